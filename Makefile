@@ -1,0 +1,34 @@
+# Thin front over the CMake presets. Every target installs what is missing first.
+PRESET ?= default
+BUILD  := build/$(PRESET)
+RUN    := tools/winerun --state $(BUILD)/wine
+
+.PHONY: setup configure build demo test bench format clean
+
+setup:
+	@tools/setup.sh
+
+configure: setup
+	@cmake --preset $(PRESET) >/dev/null
+
+build: configure
+	@cmake --build --preset $(PRESET)
+
+# Builds and runs the gallery host: loads velkin.dll as a package and shows it working.
+demo: build
+	@cd $(BUILD)/bin && ../../../$(RUN) gallery.exe; rc=$$?; ../../../$(RUN) --shutdown; exit $$rc
+
+# Builds and runs every test; the last lines are CTest's summary.
+test: build
+	@ctest --preset $(PRESET); rc=$$?; $(RUN) --shutdown; exit $$rc
+
+# Builds and runs every benchmark in bench/, each printing figures beside its baseline.
+bench: build
+	@rc=0; for b in $(BUILD)/bin/bench_*.exe; do [ -e "$$b" ] || continue; \
+	  echo "== $$(basename $$b .exe)"; $(RUN) "$$b" || rc=1; done; $(RUN) --shutdown; exit $$rc
+
+format:
+	@git ls-files '*.h' '*.cpp' | xargs clang-format -i
+
+clean:
+	@rm -rf $(BUILD)

@@ -1,0 +1,23 @@
+# GoogleTest built from Debian's source package with the cross compiler.
+set(gtest_src /usr/src/googletest/googletest)
+if(NOT EXISTS ${gtest_src}/src/gtest-all.cc)
+  message(FATAL_ERROR "GoogleTest sources not found in ${gtest_src}: run tools/setup.sh")
+endif()
+add_library(gtest STATIC ${gtest_src}/src/gtest-all.cc)
+target_include_directories(gtest SYSTEM PUBLIC ${gtest_src}/include PRIVATE ${gtest_src})
+add_library(gtest_main STATIC ${gtest_src}/src/gtest_main.cc)
+target_link_libraries(gtest_main PUBLIC gtest)
+
+include(GoogleTest)
+
+# velkin_test(NAME SOURCES... [LIBS ...] [NO_MAIN]): one test program in bin/, each
+# test case registered with CTest; cases are listed at test time, under Wine.
+function(velkin_test name)
+  cmake_parse_arguments(P "NO_MAIN" "" "SOURCES;LIBS" ${ARGN})
+  velkin_program(${name} SOURCES ${P_SOURCES} LIBS ${P_LIBS} gtest)
+  if(NOT P_NO_MAIN)
+    target_link_libraries(${name} PRIVATE gtest_main)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/bin PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,53 @@
+#include "platform/ostrel/filelog.h"
+
+#include <windows.h>
+
+#include <cstdarg>
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace {
+std::mutex logMutex;
+}
+
+const char* FILELogPath() {
+  static const std::string path = [] {
+    char exe[MAX_PATH * 2];
+    DWORD n = GetModuleFileNameA(nullptr, exe, sizeof exe);
+    std::string s(exe, n < sizeof exe ? n : 0);
+    std::size_t slash = s.find_last_of("\\/");
+    std::size_t dot = s.find_last_of('.');
+    if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) s.resize(dot);
+    return s + ".log";
+  }();
+  return path.c_str();
+}
+
+void FILELog(const char* format, ...) {
+  if (!format) return;
+  va_list args;
+  va_start(args, format);
+  va_list again;
+  va_copy(again, args);
+  int n = std::vsnprintf(nullptr, 0, format, args);
+  va_end(args);
+  std::vector<char> text(n > 0 ? n + 1 : 1, '\0');
+  if (n > 0) std::vsnprintf(text.data(), text.size(), format, again);
+  va_end(again);
+
+  SYSTEMTIME t;
+  GetLocalTime(&t);
+  char stamp[32];
+  std::snprintf(stamp, sizeof stamp, "%04u-%02u-%02u %02u:%02u:%02u.%03u ", t.wYear, t.wMonth, t.wDay, t.wHour,
+                t.wMinute, t.wSecond, t.wMilliseconds);
+
+  std::lock_guard<std::mutex> lock(logMutex);
+  if (FILE* f = std::fopen(FILELogPath(), "ab")) {
+    std::fputs(stamp, f);
+    std::fputs(text.data(), f);
+    std::fputs("\r\n", f);
+    std::fclose(f);
+  }
+}

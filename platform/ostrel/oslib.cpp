@@ -1,0 +1,39 @@
+#include "platform/ostrel/oslib.h"
+
+#include <windows.h>
+
+#include <cstring>
+#include <string>
+
+void* GetHInstance() { return GetModuleHandleA(nullptr); }
+
+const char* GetStartupDir() {
+  // The executable does not move while the process runs: computed once.
+  static const std::string dir = [] {
+    char path[MAX_PATH * 2];
+    DWORD n = GetModuleFileNameA(nullptr, path, sizeof path);
+    std::string s(path, n < sizeof path ? n : 0);
+    std::size_t cut = s.find_last_of("\\/");
+    return cut == std::string::npos ? std::string(".\\") : s.substr(0, cut + 1);
+  }();
+  return dir.c_str();
+}
+
+bool CheckReadable(const void* p, std::size_t size) {
+  if (!p) return false;
+  auto at = reinterpret_cast<std::uintptr_t>(p);
+  const std::uintptr_t end = at + size;
+  if (end < at) return false;  // wraps round the address space
+  do {
+    MEMORY_BASIC_INFORMATION mbi;
+    if (VirtualQuery(reinterpret_cast<void*>(at), &mbi, sizeof mbi) != sizeof mbi) return false;
+    if (mbi.State != MEM_COMMIT) return false;
+    if (mbi.Protect & (PAGE_NOACCESS | PAGE_GUARD)) return false;
+    at = reinterpret_cast<std::uintptr_t>(mbi.BaseAddress) + mbi.RegionSize;
+  } while (at < end);
+  return true;
+}
+
+void MemMove(void* dst, const void* src, std::size_t size) { std::memmove(dst, src, size); }
+
+void MemSet(void* dst, int value, std::size_t size) { std::memset(dst, value, size); }

@@ -1,0 +1,23 @@
+#include "platform/vcl/classes.h"
+
+namespace Classes {
+
+VCL_CLASS_IMPL(TPersistent, TObject)
+
+void TPersistent::Assign(TPersistent* source) {
+  if (source)
+    source->AssignTo(this);
+  else
+    AssignError(nullptr);
+}
+
+void TPersistent::AssignTo(TPersistent* dest) { dest->AssignError(this); }
+
+void TPersistent::DefineProperties(TFiler*) {}
+
+void TPersistent::AssignError(TPersistent* source) {
+  System::AnsiString from = source ? source->ClassName() : System::AnsiString("nil");
+  throw Sysutils::EConvertError("Cannot assign a " + from + " to a " + ClassName());
+}
+
+}  // namespace Classes

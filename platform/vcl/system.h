@@ -1,0 +1,74 @@
+#pragma once
+#include <new>
+
+#include "platform/vcl/ansistring.h"
+#include "platform/vcl/closure.h"
+#include "platform/vcl/set.h"
+#include "platform/vcl/vcl_api.h"
+
+namespace System {
+
+class TObject;
+
+// Run-time description of a class: its name and its parent's. One instance per
+// class, made by VCL_CLASS_IMPL; later additions (published properties, a
+// factory) extend this record without changing how classes declare it.
+struct VCL_API TMetaClass {
+  const char* Name;
+  const TMetaClass* Parent;
+
+  const char* ClassName() const { return Name; }
+  const TMetaClass* ClassParent() const { return Parent; }
+  // Case-insensitive, as the framework compares class names.
+  bool ClassNameIs(const char* name) const;
+  // True for this class itself and for every ancestor.
+  bool InheritsFrom(const TMetaClass* ancestor) const;
+};
+
+// Puts the class-information members into a class declaration.
+#define VCL_CLASS()                                \
+ public:                                           \
+  static const ::System::TMetaClass* StaticClass(); \
+  const ::System::TMetaClass* ClassType() const override
+
+// Defines them, in one source file of the class's package.
+#define VCL_CLASS_IMPL(Cls, ParentCls)                                             \
+  const ::System::TMetaClass* Cls::StaticClass() {                                 \
+    static const ::System::TMetaClass meta{#Cls, ParentCls::StaticClass()};        \
+    return &meta;                                                                  \
+  }                                                                                \
+  const ::System::TMetaClass* Cls::ClassType() const { return Cls::StaticClass(); }
+
+class VCL_API TObject {
+ public:
+  TObject() = default;
+  TObject(const TObject&) = default;
+  TObject& operator=(const TObject&) = default;
+  virtual ~TObject();
+
+  static const TMetaClass* StaticClass();
+  virtual const TMetaClass* ClassType() const;
+
+  AnsiString ClassName() const { return ClassType()->Name; }
+  const TMetaClass* ClassParent() const { return ClassType()->Parent; }
+  bool ClassNameIs(const AnsiString& name) const { return ClassType()->ClassNameIs(name.c_str()); }
+  bool InheritsFrom(const TMetaClass* ancestor) const { return ClassType()->InheritsFrom(ancestor); }
+
+  // Runs when the object is destroyed by delete, before any destructor, while
+  // the whole object still exists (virtual calls reach the most derived class).
+  virtual void BeforeDestruction() {}
+
+  // delete of any framework object goes through here to give BeforeDestruction
+  // its chance; objects on the stack are destroyed without it.
+  void operator delete(TObject* object, std::destroying_delete_t) {
+    void* block = dynamic_cast<void*>(object);
+    object->BeforeDestruction();
+    object->~TObject();
+    ::operator delete(block);
+  }
+};
+
+// Event member taking the sender.
+using TNotifyEvent = TClosure<void(TObject* Sender)>;
+
+}  // namespace System

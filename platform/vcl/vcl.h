@@ -1,0 +1,10 @@
+#pragma once
+// Prelude: brings the framework's classes into scope, as its users expect.
+#include "platform/vcl/classes.h"
+#include "platform/vcl/package.h"
+#include "platform/vcl/sysutils.h"
+#include "platform/vcl/system.h"
+
+using namespace System;
+using namespace Sysutils;
+using namespace Classes;

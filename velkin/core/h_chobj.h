@@ -1,0 +1,73 @@
+#pragma once
+#include "platform/vcl/classes.h"
+#include "velkin/velkin_api.h"
+
+// Objects that announce their changes to an owner, with nested locks that hold
+// the change notification back until the last unlock.
+
+// Event member taking the sender and whether the unlock was silent.
+using HUnlockEvent = System::TClosure<void(System::TObject* Sender, bool Silent)>;
+
+class VELKIN_API HChangableObject : public Classes::TPersistent {
+  VCL_CLASS();
+
+ public:
+  HChangableObject() = default;
+  ~HChangableObject() override;
+
+  bool GetLocked() const { return lockCount_ > 0; }
+  int GetLockCount() const { return lockCount_; }
+  bool GetModified() const { return modified_; }
+  bool GetLockOnChange() const { return lockOnChange_; }
+  void SetLockOnChange(bool value) { lockOnChange_ = value; }
+
+  void Lock();
+  // Releases one level; the last one fires the deferred notification.
+  // Ignored when not locked.
+  void Unlock();
+  // Releases one level without the deferred notification.
+  void SilentUnlock();
+
+  void Changing();
+  void Changed();
+  void Deleting();
+
+  System::TNotifyEvent OnChanging;
+  System::TNotifyEvent OnChanged;
+  System::TNotifyEvent OnDeleting;
+  System::TNotifyEvent OnLock;
+  HUnlockEvent OnUnlock;
+
+ protected:
+  virtual void DoUnlock(bool silent);
+  virtual void DoLock();
+  virtual void DoChanging();
+  virtual void DoChanged();
+  virtual void DoDeleting();
+
+  int lockCount_ = 0;
+  bool modified_ = false;
+  bool lockOnChange_ = false;
+};
+
+// A change-tracking object holding a resource that must be rebuilt after its
+// description changed: a locked batch ends in OnDirtied, not OnChanged.
+class VELKIN_API HSizableObject : public HChangableObject {
+  VCL_CLASS();
+
+ public:
+  HSizableObject() = default;
+
+  bool GetDirty() const { return dirty_; }
+  // Sets both the dirty and the modified flag.
+  void SetDirty(bool value);
+  void Dirtied();
+
+  System::TNotifyEvent OnDirtied;
+
+ protected:
+  void DoUnlock(bool silent) override;
+  virtual void DoDirtied();
+
+  bool dirty_ = false;
+};
