@@ -21,3 +21,14 @@ function(velkin_test name)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/bin PROPERTIES TIMEOUT 120)
 endfunction()
+
+# One test program per *_test.cpp in the calling directory, named PREFIX_<file>;
+# a broken test file then stops only its own program from building.
+function(velkin_tests_per_file prefix)
+  cmake_parse_arguments(P "" "" "LIBS" ${ARGN})
+  file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
+  foreach(t IN LISTS tests)
+    get_filename_component(n ${t} NAME_WE)
+    velkin_test(${prefix}_${n} SOURCES ${t} LIBS ${P_LIBS})
+  endforeach()
+endfunction()
