@@ -28,12 +28,20 @@ bool CheckReadable(const void* p, std::size_t size) {
     MEMORY_BASIC_INFORMATION mbi;
     if (VirtualQuery(reinterpret_cast<void*>(at), &mbi, sizeof mbi) != sizeof mbi) return false;
     if (mbi.State != MEM_COMMIT) return false;
-    if (mbi.Protect & (PAGE_NOACCESS | PAGE_GUARD)) return false;
+    // Execute-only pages are committed but cannot be read either.
+    constexpr DWORD readable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ |
+                               PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+    if (!(mbi.Protect & readable) || (mbi.Protect & (PAGE_NOACCESS | PAGE_GUARD))) return false;
     at = reinterpret_cast<std::uintptr_t>(mbi.BaseAddress) + mbi.RegionSize;
   } while (at < end);
   return true;
 }
 
-void MemMove(void* dst, const void* src, std::size_t size) { std::memmove(dst, src, size); }
+// The C functions are undefined for null pointers even when size is 0.
+void MemMove(void* dst, const void* src, std::size_t size) {
+  if (dst && src && size) std::memmove(dst, src, size);
+}
 
-void MemSet(void* dst, int value, std::size_t size) { std::memset(dst, value, size); }
+void MemSet(void* dst, int value, std::size_t size) {
+  if (dst && size) std::memset(dst, value, size);
+}

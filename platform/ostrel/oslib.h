@@ -15,5 +15,6 @@ OSTREL_API const char* GetStartupDir();
 // touching them. A null pointer is never readable; size 0 at a valid pointer is.
 OSTREL_API bool CheckReadable(const void* p, std::size_t size);
 
+// memmove/memset that do nothing when a pointer is null.
 OSTREL_API void MemMove(void* dst, const void* src, std::size_t size);
 OSTREL_API void MemSet(void* dst, int value, std::size_t size);

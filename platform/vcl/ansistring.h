@@ -35,6 +35,9 @@ class VCL_API AnsiString {
   AnsiString UpperCase() const;
   AnsiString LowerCase() const;
   AnsiString Trim() const;
+  // Decimal, or hexadecimal after "$" or "0x", with optional sign, surrounding
+  // blanks ignored; defaultValue when that is not the whole text or the value
+  // does not fit in an int.
   int ToIntDef(int defaultValue) const;
 
   static AnsiString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));

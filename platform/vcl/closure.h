@@ -9,8 +9,8 @@ template <class Signature>
 class TClosure;
 
 // A bound method: an object pointer plus a member-function pointer, cheap to
-// copy. It is set exactly when its method part is non-null; calling an unset
-// closure is the caller's error, so callers test it first (IsSet()).
+// copy. It is set exactly when its method part is non-null. Calling an unset
+// closure does nothing and returns a value-initialised R.
 template <class R, class... A>
 class TClosure<R(A...)> {
  public:
@@ -33,10 +33,15 @@ class TClosure<R(A...)> {
   // The object part (the "Data" of the bound method).
   void* Data() const { return object_; }
 
-  R operator()(A... args) const { return call_(*this, static_cast<A>(args)...); }
+  R operator()(A... args) const {
+    if (!call_) return R();
+    return call_(*this, static_cast<A>(args)...);
+  }
 
+  // Same object and same method. The call thunk is left out: each module that
+  // binds a method has its own copy of it.
   bool operator==(const TClosure& o) const {
-    return object_ == o.object_ && call_ == o.call_ && std::memcmp(method_, o.method_, sizeof method_) == 0;
+    return object_ == o.object_ && std::memcmp(method_, o.method_, sizeof method_) == 0;
   }
 
  private:

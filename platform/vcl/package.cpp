@@ -32,13 +32,21 @@ TPackageInfo GetPackageInfo(void* module) {
 
 void* LoadPackage(const AnsiString& name) {
   HMODULE h = LoadLibraryA(name.c_str());
-  if (!h) throw EPackageError("Can't load package " + name + ".\n" + GetIOErrorS_CON(-2));
+  if (!h) {
+    const int error = static_cast<int>(GetLastError());  // before anything else can change it
+    throw EPackageError("Can't load package " + name + ".\n" + GetIOErrorS_CON(error));
+  }
   auto init = reinterpret_cast<void (*)()>(GetProcAddress(h, "Initialize"));
   if (!init || !FindResourceA(h, "PACKAGEINFO", MAKEINTRESOURCEA(10))) {
     FreeLibrary(h);
     throw EPackageError("Can't load package " + name + ".\nIt is not a package");
   }
-  init();
+  try {
+    init();
+  } catch (...) {
+    FreeLibrary(h);
+    throw;
+  }
   return h;
 }
 

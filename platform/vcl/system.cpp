@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cctype>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdint>
@@ -12,7 +13,16 @@
 
 namespace System {
 
-bool TMetaClass::ClassNameIs(const char* name) const { return name && lstrcmpiA(Name, name) == 0; }
+// Class names are identifiers: ASCII case folding, independent of the locale
+// (a linguistic compare would make "I" and "i" differ under a Turkish one).
+bool TMetaClass::ClassNameIs(const char* name) const {
+  if (!name || !Name) return false;
+  auto up = [](unsigned char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c; };
+  const char* a = Name;
+  for (; *a && *name; ++a, ++name)
+    if (up(static_cast<unsigned char>(*a)) != up(static_cast<unsigned char>(*name))) return false;
+  return *a == *name;
+}
 
 bool TMetaClass::InheritsFrom(const TMetaClass* ancestor) const {
   for (const TMetaClass* m = this; m; m = m->Parent)
@@ -45,12 +55,14 @@ int AnsiString::Pos(const AnsiString& sub) const {
 }
 
 AnsiString AnsiString::SubString(int start, int count) const {
-  if (start < 1) {
-    count += start - 1;
-    start = 1;
+  // 64-bit so that extreme arguments cannot overflow.
+  long long first = start, n = count;
+  if (first < 1) {
+    n += first - 1;
+    first = 1;
   }
-  if (count <= 0 || start > Length()) return AnsiString();
-  return AnsiString(s_.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(count)));
+  if (n <= 0 || first > Length()) return AnsiString();
+  return AnsiString(s_.substr(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(n)));
 }
 
 AnsiString AnsiString::UpperCase() const {
@@ -75,11 +87,25 @@ AnsiString AnsiString::Trim() const {
 int AnsiString::ToIntDef(int defaultValue) const {
   const std::string t = Trim().s_;
   if (t.empty()) return defaultValue;
+  // Decimal, or hexadecimal after "$" or "0x"; a leading zero is not octal.
+  const bool negative = t.starts_with('-');
+  std::size_t at = negative || t.starts_with('+') ? 1 : 0;
+  int base = 10;
+  if (t.compare(at, 1, "$") == 0) {
+    base = 16;
+    at += 1;
+  } else if (t.compare(at, 2, "0x") == 0 || t.compare(at, 2, "0X") == 0) {
+    base = 16;
+    at += 2;
+  }
+  if (at >= t.size() || !std::isxdigit(static_cast<unsigned char>(t[at]))) return defaultValue;
   char* end = nullptr;
   errno = 0;
-  long long v = std::strtoll(t.c_str(), &end, 0);
-  if (errno || *end || v < INT32_MIN || v > INT32_MAX) return defaultValue;
-  return static_cast<int>(v);
+  unsigned long long v = std::strtoull(t.c_str() + at, &end, base);
+  if (errno || *end) return defaultValue;
+  const unsigned long long limit = negative ? 0x80000000ull : 0x7FFFFFFFull;
+  if (v > limit) return defaultValue;
+  return negative ? static_cast<int>(0 - v) : static_cast<int>(v);
 }
 
 AnsiString AnsiString::Format(const char* format, ...) {

@@ -22,6 +22,9 @@ TLibModule* modules = nullptr;
 void RegisterModule(TLibModule* module) {
   if (!module) return;
   std::lock_guard<std::mutex> lock(modulesMutex);
+  // A second registration would link the module to itself.
+  for (TLibModule* m = modules; m; m = m->Next)
+    if (m == module) return;
   module->Next = modules;
   modules = module;
 }
