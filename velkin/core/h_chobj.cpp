@@ -3,7 +3,18 @@
 VCL_CLASS_IMPL(HChangableObject, Classes::TPersistent)
 VCL_CLASS_IMPL(HSizableObject, HChangableObject)
 
-HChangableObject::~HChangableObject() { Deleting(); }
+HChangableObject::~HChangableObject() { AnnounceDestruction(); }
+
+void HChangableObject::BeforeDestruction() {
+  TPersistent::BeforeDestruction();
+  AnnounceDestruction();
+}
+
+void HChangableObject::AnnounceDestruction() {
+  if (destructionAnnounced_) return;
+  destructionAnnounced_ = true;
+  Deleting();
+}
 
 void HChangableObject::Lock() {
   ++lockCount_;

@@ -13,7 +13,13 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
 
  public:
   HChangableObject() = default;
+  // Fires OnDeleting unless BeforeDestruction already did.
   ~HChangableObject() override;
+
+  // Fires OnDeleting while the whole object still exists, so that overrides of
+  // DoDeleting run and a listener sees the complete sender. Subclasses that
+  // override it call the inherited body.
+  void BeforeDestruction() override;
 
   bool GetLocked() const { return lockCount_ > 0; }
   int GetLockCount() const { return lockCount_; }
@@ -48,6 +54,12 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
   int lockCount_ = 0;
   bool modified_ = false;
   bool lockOnChange_ = false;
+
+ private:
+  // Destruction announces itself once, from BeforeDestruction (delete) or
+  // from the destructor (objects destroyed without delete).
+  void AnnounceDestruction();
+  bool destructionAnnounced_ = false;
 };
 
 // A change-tracking object holding a resource that must be rebuilt after its

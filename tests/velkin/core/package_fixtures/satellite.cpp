@@ -1,0 +1,1 @@
+// The satellite DLL carries resources only (satellite.rc); it is loaded as data.

@@ -1,0 +1,133 @@
+#include "velkin/core/velkin.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <iterator>
+
+#include "platform/ostrel/filelog.h"
+#include "platform/ostrel/oslib.h"
+#include "platform/ostrel/units.h"
+#include "platform/pellum/units.h"
+#include "platform/vcl/sysutils.h"
+#include "platform/vcl/units.h"
+#include "velkin/core/units.h"
+#include "velkin/gdi/gdi_temp.h"
+
+namespace Velkin {
+namespace {
+Sysinit::TUnitCounter unitCounter;
+}  // namespace
+
+void Initialize() { unitCounter.Start(); }
+void Finalize() { unitCounter.Stop(); }
+void Register() {}
+
+}  // namespace Velkin
+
+namespace {
+
+#define UNIT(Name, Ns) \
+  { Name, &Ns::Initialize, &Ns::Finalize }
+#define OWN(Ns) UNIT(#Ns, Ns)
+
+// Same order as the "contains" lines of PACKAGEINFO (velkin/resources/package.rc).
+// The imported units come in the order of the packages that hold them, lowest
+// first: ostrel, then vcl, then pellum.
+const Sysinit::TUnitEntry unitTable[] = {
+    UNIT("Ostrel", Ostrel),
+    UNIT("System", System),
+    UNIT("SysInit", Sysinit),
+    UNIT("SysUtils", Sysutils),
+    UNIT("Classes", Classes),
+    UNIT("Graphics", Graphics),
+    UNIT("Controls", Controls),
+    UNIT("Forms", Forms),
+    UNIT("StdCtrls", Stdctrls),
+    UNIT("ExtCtrls", Extctrls),
+    UNIT("ComCtrls", Comctrls),
+    UNIT("Mktclass", Mktclass),
+    UNIT("Gdi_ext", Gdi_ext),
+    UNIT("Filectrl", Filectrl),
+    OWN(Velkin),
+    OWN(Xmessagebox),
+    OWN(Gdi_temp),
+    OWN(H_bitmap),
+    OWN(Gdi_utils),
+    OWN(H_chobj),
+    OWN(Gdi_object),
+    OWN(Hinput),
+    OWN(Hoperation),
+    OWN(Vcl_utils),
+    OWN(H_cfield),
+    OWN(H_module),
+    OWN(H_thread),
+    OWN(Gdi_canvas),
+    OWN(H_abrush),
+    OWN(H_extdraw),
+    OWN(Tc_draw),
+    OWN(Tc_gsr),
+    OWN(Msg_str),
+    OWN(H_tcvt),
+    OWN(Hclasslist),
+    OWN(Hmleditor),
+    OWN(Brannock),
+    OWN(Himagelnk),
+    OWN(H_dblbuf),
+    OWN(Fmap),
+    OWN(H_dynarray),
+    OWN(Hsync),
+};
+
+#undef OWN
+#undef UNIT
+
+constexpr int unitCount = static_cast<int>(std::size(unitTable));
+
+// Registered with the framework for the library's lifetime, so LoadStr finds
+// the library's string tables (or its language satellite's).
+Sysutils::TLibModule libModule;
+
+void ProcessAttach(HINSTANCE instance) {
+  // GetModuleFileNameA returns at most the buffer size it is given and may
+  // leave a truncated path unterminated: one byte more is kept for the end.
+  char exe[261];
+  DWORD n = GetModuleFileNameA(nullptr, exe, 260);
+  exe[n] = '\0';
+  // Eight hex digits: the line carries the low 32 bits of the handle.
+  FILELog("VELK(%08X) Loaded by: [%s]", static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(GetHInstance())), exe);
+
+  char own[262];
+  n = GetModuleFileNameA(instance, own, 261);
+  own[n] = '\0';
+  libModule.Instance = instance;
+  void* satellite = n ? Sysutils::LoadResourceModule(own) : nullptr;
+  libModule.ResInstance = satellite ? satellite : instance;
+  Sysutils::RegisterModule(&libModule);
+}
+
+void ProcessDetach() {
+  Sysutils::UnregisterModule(&libModule);
+  if (libModule.ResInstance && libModule.ResInstance != libModule.Instance)
+    FreeLibrary(static_cast<HMODULE>(libModule.ResInstance));
+  libModule.ResInstance = nullptr;
+}
+
+}  // namespace
+
+extern "C" void Initialize() { Sysinit::InitializeUnits(unitTable, unitCount); }
+extern "C" void Finalize() { Sysinit::FinalizeUnits(unitTable, unitCount); }
+
+namespace Velkin {
+const Sysinit::TUnitEntry* GetUnitTable(int* count) {
+  if (count) *count = unitCount;
+  return unitTable;
+}
+}  // namespace Velkin
+
+// Thread attach and detach do nothing; the load never fails.
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) ProcessAttach(instance);
+  if (reason == DLL_PROCESS_DETACH) ProcessDetach();
+  return 1;
+}
