@@ -1,0 +1,88 @@
+#include "velkin/core/h_module.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/ostrel/ioerror.h"
+#include "platform/ostrel/oslib.h"
+#include "platform/vcl/sysutils.h"
+
+VCL_CLASS_IMPL(HModule, System::TObject)
+
+namespace {
+constexpr int sInvalidModuleHandle = 1010;
+thread_local System::AnsiString invalidHandleText;
+}  // namespace
+
+HModule::HModule(const HModule& other) : System::TObject(other) {
+  if (!other.name_.IsEmpty()) Assign(other);
+}
+
+HModule& HModule::operator=(const HModule& other) {
+  Assign(other);
+  return *this;
+}
+
+HModule::~HModule() { Free(); }
+
+const char* HModule::Assign(const char* name) {
+  MyString local(name);  // name may point into our own name_
+  Free();
+  if (local.IsEmpty()) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return GetIOErrorS_CON(-2);
+  }
+  HMODULE h = LoadLibraryA(local.Text());
+  if (!h) {
+    local = MyString(GetStartupDir()) + local;
+    h = LoadLibraryA(local.Text());
+  }
+  if (!h) return GetIOErrorS_CON(-2);
+
+  if (const char* refused = DoLoad(h)) {
+    FreeLibrary(h);
+    return refused;
+  }
+  handle_ = h;
+  name_ = local;
+  return nullptr;
+}
+
+const char* HModule::Assign(void* handle) {
+  if (!handle) {
+    invalidHandleText = Sysutils::LoadStr(sInvalidModuleHandle);
+    // Without the package's string table the text must still say something.
+    if (invalidHandleText.IsEmpty()) invalidHandleText = "Invalid module handle";
+    return invalidHandleText.c_str();
+  }
+  // Paths may exceed MAX_PATH: grow until the whole path fits, never load a cut one.
+  std::string path(MAX_PATH + 1, '\0');
+  for (;;) {
+    const DWORD n = GetModuleFileNameA(static_cast<HMODULE>(handle), path.data(), static_cast<DWORD>(path.size()));
+    if (n == 0) return GetIOErrorS_CON(-2);
+    if (n < path.size()) {
+      path.resize(n);
+      break;
+    }
+    if (path.size() >= 32768) {
+      SetLastError(ERROR_INSUFFICIENT_BUFFER);
+      return GetIOErrorS_CON(-2);
+    }
+    path.resize(path.size() * 2);
+  }
+  return Assign(path.c_str());
+}
+
+const char* HModule::Assign(const HModule& other) { return Assign(other.name_.Text()); }
+
+void HModule::Free() {
+  if (!handle_) return;
+  DoFree();
+  FreeLibrary(static_cast<HMODULE>(handle_));
+  handle_ = nullptr;
+}
+
+const char* HModule::DoLoad(void*) { return nullptr; }
+
+void HModule::DoFree() {}

@@ -1,0 +1,153 @@
+#pragma once
+#include <cstdint>
+
+#include "velkin/velkin_api.h"
+
+// Unit Brannock: two locks for application threads.
+
+// A recursive mutex that spins on an interlocked counter before it sleeps on a
+// kernel event. Private to one process, or, with a name, shared by every
+// process that builds an optex of that name (state in a named shared-memory
+// block, wake-ups through a named event). Uncontended Enter/Leave touch no
+// kernel object: one compare-exchange and one decrement, inline.
+//
+// Failed creation of a kernel object throws Sysutils::Exception; a name that
+// does not fit a kernel object name is refused the same way, never cut.
+// Misuse (Leave by a thread that does not own the lock, destroying an owned
+// lock) breaks into the debugger and leaves the lock as it was.
+class VELKIN_API COptex {
+ public:
+  // Bytes a ConstructObjectName buffer must hold: the longest kernel object
+  // name (MAX_PATH less the terminator) and its terminator.
+  static constexpr int ObjectNameSize = 260;
+  // Longest name: the longer prefix ("Optex_Event_") plus the name must fit a kernel object name.
+  static constexpr int MaxNameLength = ObjectNameSize - 1 - 12;
+
+  explicit COptex(unsigned long spinCount = 4000);
+  // A null name gives a private optex.
+  explicit COptex(const char* name, unsigned long spinCount = 4000);
+  explicit COptex(const wchar_t* name, unsigned long spinCount = 4000);
+  COptex(const COptex&) = delete;
+  COptex& operator=(const COptex&) = delete;
+  ~COptex();
+
+  // Attempts beyond the first that TryEnter makes; ignored on a one-processor
+  // machine, where spinning cannot help. Shared by all users of a named optex.
+  void SetSpinCount(unsigned long spinCount);
+
+  // Blocks until owned; the owner may enter again and leaves once per entry.
+  void Enter() {
+    if (!TryEnter()) EnterWait();
+  }
+
+  bool TryEnter() {
+    SharedInfo* const psi = m_psi;
+    const uint32_t me = ThreadId();
+    int32_t expected = 0;
+    if (__atomic_compare_exchange_n(&psi->LockCount, &expected, 1, false, __ATOMIC_ACQUIRE, __ATOMIC_RELAXED)) {
+      __atomic_store_n(&psi->OwnerThreadId, me, __ATOMIC_RELAXED);
+      psi->RecurseCount = 1;
+      return true;
+    }
+    return TryEnterBusy(me);
+  }
+
+  void Leave() {
+    SharedInfo* const psi = m_psi;
+    if (__atomic_load_n(&psi->OwnerThreadId, __ATOMIC_RELAXED) != ThreadId()) return Misuse();
+    if (--psi->RecurseCount > 0) {
+      __atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE);
+      return;
+    }
+    __atomic_store_n(&psi->OwnerThreadId, 0, __ATOMIC_RELAXED);
+    if (__atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE) > 0) WakeWaiter();
+  }
+
+  bool IsSingleProcessOptex() const { return m_hfm == nullptr; }
+
+  // Writes prefix and name ("Optex_Event_" + "Jobs") into buffer, which holds
+  // ObjectNameSize bytes. Returns buffer, or null (buffer emptied) for a null
+  // name. Throws Sysutils::Exception for a name longer than fits, or a wide
+  // name that the ANSI code page cannot represent exactly.
+  static char* ConstructObjectName(char* buffer, const char* prefix, int unicode, void* name);
+
+  // Kernel calls made so far by all optexes of this process: waits on and
+  // wake-ups through the event. The uncontended path makes none.
+  static long GetEventWaits();
+  static long GetEventSets();
+
+ protected:
+  void CommonConstructor(unsigned long spinCount, int unicode, void* name);
+
+ private:
+  // Layout shared between processes: keep it fixed.
+  struct SharedInfo {
+    uint32_t SpinCount;
+    int32_t LockCount;  // 0 free, else 1 + entries waiting or nested
+    uint32_t OwnerThreadId;
+    int32_t RecurseCount;
+  };
+  static_assert(sizeof(SharedInfo) == 16);
+
+  // The calling thread's id, read from its thread block: no call.
+  static uint32_t ThreadId() {
+#if defined(__x86_64__)
+    uint32_t id;
+    __asm__("movl %%gs:0x48, %0" : "=r"(id));
+    return id;
+#elif defined(__i386__)
+    uint32_t id;
+    __asm__("movl %%fs:0x24, %0" : "=r"(id));
+    return id;
+#else
+    return SlowThreadId();
+#endif
+  }
+  static uint32_t SlowThreadId();
+
+  // The rest of TryEnter once the first attempt failed: nesting, then spinning.
+  bool TryEnterBusy(uint32_t me);
+  void EnterWait();
+  void WakeWaiter();
+  void Release();
+  static void Misuse();
+
+  void* m_hevt = nullptr;
+  void* m_hfm = nullptr;
+  SharedInfo* m_psi = nullptr;
+
+  static int sm_fUniprocessorHost;
+};
+
+// Any number of readers or one writer. A waiting writer goes before readers
+// that come after it; when a writer is done, every waiting reader is let in
+// together. Not recursive, not bound to threads: Done ends whichever entry
+// the lock is in.
+class VELKIN_API CSingleWriteMultiRead {
+ public:
+  CSingleWriteMultiRead();
+  CSingleWriteMultiRead(const CSingleWriteMultiRead&) = delete;
+  CSingleWriteMultiRead& operator=(const CSingleWriteMultiRead&) = delete;
+  ~CSingleWriteMultiRead();
+
+  void WaitToRead();
+  void WaitToWrite();
+  void Done();
+
+  // A snapshot of the counters: readers inside (or -1 for a writer), and the
+  // readers and writers asleep.
+  int GetActive() const;
+  int GetWaitingReaders() const;
+  int GetWaitingWriters() const;
+
+ private:
+  void EnterLock() const;
+  void LeaveLock() const;
+
+  alignas(8) mutable unsigned char Lock[40];  // CRITICAL_SECTION, kept opaque here
+  void* ReaderSemaphore = nullptr;
+  void* WriterSemaphore = nullptr;
+  int32_t WaitingReaders = 0;
+  int32_t WaitingWriters = 0;
+  int32_t Active = 0;
+};
