@@ -1,6 +1,58 @@
 #include "velkin/gdi/gdi_temp.h"
 
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+
 #include "platform/vcl/package.h"
+#include "platform/vcl/sysutils.h"
+
+HTempItem::~HTempItem() = default;
+
+HTemp_CompatibleDC::HTemp_CompatibleDC(void* referenceDC) { dc_ = CreateCompatibleDC(static_cast<HDC>(referenceDC)); }
+
+HTemp_CompatibleDC::~HTemp_CompatibleDC() {
+  if (dc_) DeleteDC(static_cast<HDC>(dc_));
+}
+
+HTemp_WindowDC::HTemp_WindowDC(void* window) : window_(window) { dc_ = GetWindowDC(static_cast<HWND>(window)); }
+
+HTemp_WindowDC::~HTemp_WindowDC() {
+  if (dc_) ReleaseDC(static_cast<HWND>(window_), static_cast<HDC>(dc_));
+}
+
+HTempHolder::~HTempHolder() { delete Item; }
+
+HTempPool::~HTempPool() {
+  // Entries go in the order they were added.
+  for (auto& holder : holders_) holder.reset();
+}
+
+HTempItem* HTempPool::Get(const System::AnsiString& name, HTempCreator creator, unsigned long data) {
+  for (const auto& holder : holders_)
+    if (holder->Name == name) return holder->Item;
+  if (!creator) return nullptr;
+  auto holder = std::make_unique<HTempHolder>(name, creator(data));
+  if (!holder->Item) return nullptr;
+  holders_.push_back(std::move(holder));
+  return holders_.back()->Item;
+}
+
+HTempPool* TempPool = nullptr;
+
+void HTempRaiseNotFound(const System::AnsiString& name, HTempCreator creator, unsigned long data) {
+  // The words are the library's message text, misspellings included.
+  const auto proc = reinterpret_cast<uintptr_t>(creator);
+  throw Sysutils::Exception("Can not retrive temprorary item named: [" + name +
+                            "] by: Proc:" + System::AnsiString(std::to_string(proc)) +
+                            "Data: " + System::AnsiString(std::to_string(data)));
+}
+
+HTempItem* HTempCreateCompatibleDC(unsigned long data) {
+  // GDI handles fit in 32 bits and are sign-extended on 64-bit Windows.
+  return new HTemp_CompatibleDC(reinterpret_cast<void*>(static_cast<intptr_t>(static_cast<int32_t>(data))));
+}
 
 namespace Gdi_temp {
 namespace {
@@ -12,11 +64,14 @@ int shutDowns = 0;
 void Initialize() {
   if (!counter.Start()) return;
   ++startUps;
+  TempPool = new HTempPool;
 }
 
 void Finalize() {
   if (!counter.Stop()) return;
   ++shutDowns;
+  delete TempPool;
+  TempPool = nullptr;
 }
 
 int StartUpRuns() { return startUps; }

@@ -1,7 +1,104 @@
 #pragma once
+#include <memory>
+#include <vector>
+
+#include "platform/vcl/ansistring.h"
 #include "velkin/velkin_api.h"
 
-// Unit Gdi_temp: the temporary object pool's start-up and shut-down.
+// Temporary GDI helpers that no caller supplies (a memory DC to measure text
+// in, the screen DC to create bitmaps on), owned by small items; long-lived
+// ones are kept by name in the process-wide pool TempPool.
+
+// Owns one device context.
+class VELKIN_API HTempItem {
+ public:
+  HTempItem() = default;
+  virtual ~HTempItem();
+  HTempItem(const HTempItem&) = delete;
+  HTempItem& operator=(const HTempItem&) = delete;
+
+  void* GetDC() const { return dc_; }
+
+ protected:
+  void* dc_ = nullptr;
+};
+
+// A memory DC compatible with a reference DC (null: the screen); deleted with the item.
+class VELKIN_API HTemp_CompatibleDC : public HTempItem {
+ public:
+  explicit HTemp_CompatibleDC(void* referenceDC);
+  ~HTemp_CompatibleDC() override;
+};
+
+// The window DC of a window (0: the whole screen); released with the item.
+class VELKIN_API HTemp_WindowDC : public HTempItem {
+ public:
+  explicit HTemp_WindowDC(void* window);
+  ~HTemp_WindowDC() override;
+  void* GetWindow() const { return window_; }
+
+ private:
+  void* window_ = nullptr;
+};
+
+// One pool entry: the owned item and its name.
+class VELKIN_API HTempHolder {
+ public:
+  HTempHolder(const System::AnsiString& name, HTempItem* item) : Name(name), Item(item) {}
+  ~HTempHolder();
+  HTempHolder(const HTempHolder&) = delete;
+  HTempHolder& operator=(const HTempHolder&) = delete;
+
+  System::AnsiString Name;
+  HTempItem* Item;
+};
+
+using HTempCreator = HTempItem* (*)(unsigned long data);
+
+// Items registered once by name and reused until the pool goes; destroying the
+// pool deletes the entries in the order they were added.
+class VELKIN_API HTempPool {
+ public:
+  HTempPool() = default;
+  ~HTempPool();
+  HTempPool(const HTempPool&) = delete;
+  HTempPool& operator=(const HTempPool&) = delete;
+
+  // The item registered under name (exact, case-sensitive); otherwise
+  // creator(data) registered under it. Null, with the pool unchanged, when
+  // there is no such item and the creator is null or returns null.
+  HTempItem* Get(const System::AnsiString& name, HTempCreator creator, unsigned long data);
+  int GetCount() const { return static_cast<int>(holders_.size()); }
+
+ private:
+  std::vector<std::unique_ptr<HTempHolder>> holders_;
+};
+
+// The pool; made by Gdi_temp::Initialize, destroyed by Gdi_temp::Finalize.
+extern VELKIN_API HTempPool* TempPool;
+
+// Raises Sysutils::Exception "Can not retrive temprorary item named: [<name>]
+// by: Proc:<creator address in decimal>Data: <data in decimal>".
+[[noreturn]] VELKIN_API void HTempRaiseNotFound(const System::AnsiString& name, HTempCreator creator,
+                                                unsigned long data);
+
+// Typed fetch from TempPool: the item, checked to be a T; raises through
+// HTempRaiseNotFound when there is none (no pool, creator null or failing) or
+// it is of another class.
+template <class T>
+T* HTempGet(const System::AnsiString& name, HTempCreator creator, unsigned long data) {
+  HTempItem* item = TempPool ? TempPool->Get(name, creator, data) : nullptr;
+  T* typed = dynamic_cast<T*>(item);
+  if (!typed) HTempRaiseNotFound(name, creator, data);
+  return typed;
+}
+
+// Creator of the shared memory DC "All.HTemp_CompatibleDC": compatible with
+// the DC whose handle value is data (0: the screen; GDI handles fit 32 bits).
+VELKIN_API HTempItem* HTempCreateCompatibleDC(unsigned long data);
+
+// Unit Gdi_temp: creates TempPool on its first start, destroys it on the
+// matching last stop.
 namespace Gdi_temp {
 VELKIN_API void Initialize();
 VELKIN_API void Finalize();

@@ -1,0 +1,43 @@
+#pragma once
+#include <windows.h>
+
+#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/graphics_object.h"
+
+namespace Graphics {
+
+enum TBrushStyle { bsSolid, bsClear, bsHorizontal, bsVertical, bsFDiagonal, bsBDiagonal, bsCross, bsDiagCross };
+
+// A brush whose GDI handle is made on demand from colour and style.
+class VCL_API TBrush : public TGraphicsObject {
+  VCL_CLASS();
+
+ public:
+  TBrush() = default;
+  ~TBrush() override;
+  TBrush(const TBrush&) = delete;
+  TBrush& operator=(const TBrush&) = delete;
+
+  TColor GetColor() const { return color_; }
+  void SetColor(TColor value);
+  TBrushStyle GetStyle() const { return style_; }
+  void SetStyle(TBrushStyle value);
+
+  // The brush's handle, created when first asked for; owned by the brush.
+  HBRUSH GetHandle();
+  bool HandleAllocated() const { return handle_ != nullptr; }
+
+  void Assign(Classes::TPersistent* source) override;
+
+ protected:
+  void Changed() override;
+
+ private:
+  void FreeHandle();
+
+  TColor color_ = clWhite;
+  TBrushStyle style_ = bsSolid;
+  HBRUSH handle_ = nullptr;
+};
+
+}  // namespace Graphics

@@ -1,0 +1,21 @@
+#pragma once
+#include "platform/vcl/classes.h"
+#include "platform/vcl/vcl_api.h"
+
+namespace Graphics {
+
+// Base of pen, brush and font: a persistent object that tells its owner (the
+// canvas) about every change through OnChange.
+class VCL_API TGraphicsObject : public Classes::TPersistent {
+  VCL_CLASS();
+
+ public:
+  System::TNotifyEvent OnChange;
+
+ protected:
+  // Fires OnChange; subclasses drop their OS handle afterwards, so a canvas
+  // listening here deselects it while it still exists.
+  virtual void Changed();
+};
+
+}  // namespace Graphics

@@ -1,0 +1,31 @@
+#pragma once
+#include "platform/ostrel/mygeom.h"
+#include "velkin/gdi/gdi_object.h"
+
+// A rectangular clipping region. Selecting it makes it the context's clip
+// region and keeps a copy of the previous one; restoring selects that copy.
+// A context that had no clip region gets the empty region back, so drawing
+// there stays clipped away until the caller resets the clip.
+class VELKIN_API HGDIRegion : public HGDIObject {
+  VCL_CLASS();
+
+ public:
+  // Edges are inclusive; the stored rectangle is exclusive (right + 1, bottom + 1).
+  explicit HGDIRegion(const MyRect& r);
+  HGDIRegion(int left, int top, int right, int bottom);
+  ~HGDIRegion() override;
+
+  // The stored, exclusive rectangle.
+  const MyRect& GetRect() const { return rect_; }
+
+  virtual bool Check(void* handle);
+
+ protected:
+  void* DoCreateHandle() override;
+  void DoDestroyHandle(void* handle) override;
+  void* DoSelect(void* dc, void* handle) override;
+  void DoRestore(void* dc, void* old) override;
+
+ private:
+  MyRect rect_;
+};
