@@ -16,14 +16,19 @@ build: configure
 
 # Builds and runs the gallery host: loads velkin.dll as a package and shows it working.
 demo: build
+	@$(RUN) --prepare
 	@cd $(BUILD)/bin && ../../../$(RUN) gallery.exe; rc=$$?; ../../../$(RUN) --shutdown; exit $$rc
 
 # Builds and runs every test; the last lines are CTest's summary.
+# The Wine prefix is made first (once, ~20 s): CTest lists each program's cases
+# under Wine, and that listing has a time limit.
 test: build
+	@$(RUN) --prepare
 	@ctest --preset $(PRESET); rc=$$?; $(RUN) --shutdown; exit $$rc
 
 # Builds and runs every benchmark in bench/, each printing figures beside its baseline.
 bench: build
+	@$(RUN) --prepare
 	@rc=0; for b in $(BUILD)/bin/bench_*.exe; do [ -e "$$b" ] || continue; \
 	  echo "== $$(basename $$b .exe)"; $(RUN) "$$b" || rc=1; done; $(RUN) --shutdown; exit $$rc
 

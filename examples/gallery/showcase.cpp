@@ -3,11 +3,13 @@
 #include <cstdio>
 
 #include "examples/gallery/package_steps.h"
+#include "examples/gallery/picture_steps.h"
 
 const std::vector<ShowcaseStep>& ShowcaseSteps() {
   static const std::vector<ShowcaseStep> steps = {
       {"Load log line", ShowLoadLogLine},
       {"Units in start-up order", ShowUnits},
+      {"Drawing pictures", ShowPictures},
   };
   return steps;
 }

@@ -1,0 +1,23 @@
+#include "examples/gallery/picture_steps.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+
+#include "examples/gallery/pictures/pictures.h"
+#include "platform/ostrel/oslib.h"
+
+bool ShowPictures(ShowcaseContext&) {
+  const std::string dir = GetStartupDir();
+  HMODULE plugin = LoadLibraryA((dir + "gallery_pictures.dll").c_str());
+  if (!plugin) {
+    std::printf("   gallery_pictures.dll not loaded (error %lu)\n", GetLastError());
+    return false;
+  }
+  auto render = reinterpret_cast<RenderPicturesProc>(reinterpret_cast<void*>(GetProcAddress(plugin, "RenderPictures")));
+  const bool ok = render && render((dir + "pictures").c_str()) != 0;
+  if (!render) std::printf("   RenderPictures not found in gallery_pictures.dll\n");
+  FreeLibrary(plugin);
+  return ok;
+}

@@ -1,0 +1,106 @@
+#include "examples/gallery/pictures/picture_sheet.h"
+
+#include <wincodec.h>
+
+#include <cstdio>
+
+#include "velkin/draw/tc_draw.h"
+#include "velkin/draw/tc_text.h"
+
+PictureSheet::PictureSheet(int width, int height, const char* title) : width_(width), height_(height) {
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  bi.bmiHeader.biWidth = width;
+  bi.bmiHeader.biHeight = -height;
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  dc_ = CreateCompatibleDC(nullptr);
+  void* bits = nullptr;
+  bitmap_ = CreateDIBSection(dc_, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
+  bits_ = static_cast<uint32_t*>(bits);
+  oldBitmap_ = SelectObject(dc_, bitmap_);
+  canvas_.SetHandle(dc_);
+  TC_Fill(&canvas_, MyRect{0, 0, width, height}, Graphics::clWhite);
+  TC_Fill(&canvas_, MyRect{0, 0, width, kTitleHeight}, Graphics::TColor(0x603000));
+  canvas_.GetFont()->SetStyle(Graphics::TFontStyles{Graphics::fsBold});
+  TC_TextOut(&canvas_, MyRect{8, 0, width - 8, kTitleHeight}, title, Graphics::clWhite, DT_VCENTER | DT_SINGLELINE);
+  canvas_.GetFont()->SetStyle(Graphics::TFontStyles{});
+}
+
+PictureSheet::~PictureSheet() {
+  canvas_.SetHandle(nullptr);
+  SelectObject(dc_, oldBitmap_);
+  DeleteObject(bitmap_);
+  DeleteDC(dc_);
+}
+
+MyRect PictureSheet::Cell(int col, int row, int cellW, int cellH) const {
+  const int x = 8 + col * cellW, y = kTitleHeight + 6 + row * cellH;
+  return {x, y, x + cellW, y + cellH};
+}
+
+void PictureSheet::Label(const MyRect& cell, const char* text) {
+  TC_TextOut(&canvas_, MyRect{cell.left, cell.top, cell.right, cell.top + kLabelHeight}, text, Graphics::clBlack,
+             DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
+}
+
+void PictureSheet::Note(const MyRect& r, const char* text, unsigned flags) {
+  TC_TextOut(&canvas_, r, text, Graphics::TColor(0x404040), flags);
+}
+
+bool PictureSheet::SavePng(const std::string& path) const {
+  GdiFlush();
+  return WritePng(path, bits_, width_, height_);
+}
+
+namespace {
+
+// Releases a COM interface at scope end.
+template <class T>
+struct ComPtr {
+  T* p = nullptr;
+  ~ComPtr() {
+    if (p) p->Release();
+  }
+  T** operator&() { return &p; }
+  T* operator->() const { return p; }
+};
+
+bool Failed(HRESULT hr, const char* what) {
+  if (SUCCEEDED(hr)) return false;
+  std::fprintf(stderr, "WIC: %s failed (0x%08lX)\n", what, static_cast<unsigned long>(hr));
+  return true;
+}
+
+}  // namespace
+
+bool WritePng(const std::string& path, const uint32_t* bits, int width, int height) {
+  ComPtr<IWICImagingFactory> factory;
+  if (Failed(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
+                              reinterpret_cast<void**>(&factory)),
+             "creating the imaging factory"))
+    return false;
+  ComPtr<IWICStream> stream;
+  if (Failed(factory->CreateStream(&stream), "CreateStream")) return false;
+  std::wstring wide(path.begin(), path.end());
+  if (Failed(stream->InitializeFromFilename(wide.c_str(), GENERIC_WRITE), "opening the file")) return false;
+  ComPtr<IWICBitmapEncoder> encoder;
+  if (Failed(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder), "CreateEncoder")) return false;
+  if (Failed(encoder->Initialize(stream.p, WICBitmapEncoderNoCache), "encoder Initialize")) return false;
+  ComPtr<IWICBitmapFrameEncode> frame;
+  if (Failed(encoder->CreateNewFrame(&frame, nullptr), "CreateNewFrame")) return false;
+  if (Failed(frame->Initialize(nullptr), "frame Initialize")) return false;
+  if (Failed(frame->SetSize(width, height), "SetSize")) return false;
+  WICPixelFormatGUID format = GUID_WICPixelFormat32bppBGR;
+  if (Failed(frame->SetPixelFormat(&format), "SetPixelFormat")) return false;
+  if (!IsEqualGUID(format, GUID_WICPixelFormat32bppBGR)) {
+    std::fprintf(stderr, "WIC: the PNG encoder wants another pixel format\n");
+    return false;
+  }
+  const UINT stride = static_cast<UINT>(width) * 4;
+  if (Failed(frame->WritePixels(height, stride, stride * height, reinterpret_cast<BYTE*>(const_cast<uint32_t*>(bits))),
+             "WritePixels"))
+    return false;
+  if (Failed(frame->Commit(), "frame Commit")) return false;
+  return !Failed(encoder->Commit(), "encoder Commit");
+}

@@ -1,0 +1,50 @@
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+
+#include "platform/ostrel/mygeom.h"
+#include "platform/vcl/graphics_canvas.h"
+
+// One gallery picture: a white 32-bit DIB with a framework canvas over it, a
+// title line at the top and labelled cells below, saved as PNG through WIC.
+class PictureSheet {
+ public:
+  static constexpr int kTitleHeight = 28;
+  static constexpr int kLabelHeight = 16;
+
+  PictureSheet(int width, int height, const char* title);
+  ~PictureSheet();
+  PictureSheet(const PictureSheet&) = delete;
+  PictureSheet& operator=(const PictureSheet&) = delete;
+
+  int GetWidth() const { return width_; }
+  int GetHeight() const { return height_; }
+  HDC GetDC() const { return dc_; }
+  Graphics::TCanvas* GetCanvas() { return &canvas_; }
+  uint32_t* GetBits() const { return bits_; }
+
+  // Cell (col, row) of a grid of cellW x cellH cells under the title; the
+  // label goes in its top kLabelHeight pixels, Body() is the rest.
+  MyRect Cell(int col, int row, int cellW, int cellH) const;
+  static MyRect Body(const MyRect& cell) { return {cell.left, cell.top + kLabelHeight, cell.right, cell.bottom}; }
+  // A label centred in the top strip of cell, through the library's text routine.
+  void Label(const MyRect& cell, const char* text);
+  // Small text anywhere.
+  void Note(const MyRect& r, const char* text, unsigned flags);
+
+  // Writes the picture; false with a reason on stderr when WIC fails.
+  bool SavePng(const std::string& path) const;
+
+ private:
+  int width_, height_;
+  HDC dc_;
+  HBITMAP bitmap_;
+  HGDIOBJ oldBitmap_;
+  uint32_t* bits_ = nullptr;
+  Graphics::TCanvas canvas_;
+};
+
+// Writes width x height top-down 32-bit pixels (blue, green, red, unused) as a PNG.
+bool WritePng(const std::string& path, const uint32_t* bits, int width, int height);

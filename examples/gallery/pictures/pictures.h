@@ -1,0 +1,16 @@
+#pragma once
+// The drawing showcase, a plug-in of the gallery host: it links the library,
+// so the host loads it only after it has loaded the library as a package.
+
+#ifdef GALLERY_PICTURES_BUILD
+#define GALLERY_PICTURES_API extern "C" __declspec(dllexport)
+#else
+#define GALLERY_PICTURES_API extern "C" __declspec(dllimport)
+#endif
+
+// Draws every picture with the library's own routines and writes it as a PNG
+// into folder (made when missing), with an overview of them all; prints one
+// progress line per picture, the total time and the folder. 1 when every
+// picture was written, else 0.
+GALLERY_PICTURES_API int RenderPictures(const char* folder);
+using RenderPicturesProc = int (*)(const char* folder);

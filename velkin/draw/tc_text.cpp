@@ -1,0 +1,118 @@
+#include "velkin/draw/tc_text.h"
+
+#include <windows.h>
+
+#include "platform/vcl/graphics_canvas.h"
+#include "velkin/draw/gdi_canvas.h"
+
+using Graphics::clDefault;
+using Graphics::clNone;
+using Graphics::TColor;
+
+namespace {
+
+// Transparent background and the text colour for one call.
+class TextState {
+ public:
+  TextState(HDC dc, COLORREF color)
+      : dc_(dc), oldMode_(SetBkMode(dc, TRANSPARENT)), oldColor_(SetTextColor(dc, color)) {}
+  ~TextState() {
+    SetTextColor(dc_, oldColor_);
+    SetBkMode(dc_, oldMode_);
+  }
+  TextState(const TextState&) = delete;
+  TextState& operator=(const TextState&) = delete;
+
+ private:
+  HDC dc_;
+  int oldMode_;
+  COLORREF oldColor_;
+};
+
+COLORREF TextColor(TColor color, TColor fontColor) {
+  if (color == clNone || color == clDefault) color = fontColor;
+  return static_cast<COLORREF>(Graphics::ColorToRGB(color)) & 0xFFFFFF;
+}
+
+unsigned LayoutFlags(unsigned flags) {
+  // DrawText ignores the vertical placements without a single line.
+  if (flags & (DT_VCENTER | DT_BOTTOM)) flags |= DT_SINGLELINE;
+  return flags;
+}
+
+void DrawIn(HDC dc, RECT& r, const System::AnsiString& text, COLORREF color, unsigned flags) {
+  if (!dc) return;
+  TextState state(dc, color);
+  DrawTextA(dc, text.c_str(), text.Length(), &r, LayoutFlags(flags));
+}
+
+void DrawAt(HDC dc, int x, int y, const System::AnsiString& text, COLORREF color) {
+  if (!dc) return;
+  TextState state(dc, color);
+  const UINT align = SetTextAlign(dc, TA_LEFT | TA_TOP | TA_NOUPDATECP);
+  TextOutA(dc, x, y, text.c_str(), text.Length());
+  SetTextAlign(dc, align);
+}
+
+void DrawVertical(HDC dc, const MyRect& r, const System::AnsiString& text, COLORREF color, unsigned flags) {
+  if (!dc || r.IsEmpty() || text.IsEmpty()) return;
+  LOGFONTA lf{};
+  if (!GetObjectA(GetCurrentObject(dc, OBJ_FONT), sizeof lf, &lf)) return;
+  SIZE extent{};
+  GetTextExtentPoint32A(dc, text.c_str(), text.Length(), &extent);
+  lf.lfEscapement = lf.lfOrientation = 900;
+  // Bitmap fonts do not turn: ask for an outline face.
+  lf.lfOutPrecision = OUT_TT_ONLY_PRECIS;
+  HFONT rotated = CreateFontIndirectA(&lf);
+  if (!rotated) return;
+  HGDIOBJ oldFont = SelectObject(dc, rotated);
+  // Turned a quarter to the left, the text runs up from the reference point and
+  // its body lies to the right of it.
+  const int along = extent.cx, across = extent.cy;
+  int y = r.bottom;
+  if (flags & DT_CENTER)
+    y = r.bottom - (r.Height() - along) / 2;
+  else if (flags & DT_RIGHT)
+    y = r.top + along;
+  int x = r.left;
+  if (flags & DT_VCENTER)
+    x = r.left + (r.Width() - across) / 2;
+  else if (flags & DT_BOTTOM)
+    x = r.right - across;
+  {
+    TextState state(dc, color);
+    const UINT align = SetTextAlign(dc, TA_LEFT | TA_TOP | TA_NOUPDATECP);
+    ExtTextOutA(dc, x, y, ETO_CLIPPED, reinterpret_cast<const RECT*>(&r), text.c_str(),
+                static_cast<UINT>(text.Length()), nullptr);
+    SetTextAlign(dc, align);
+  }
+  SelectObject(dc, oldFont);
+  DeleteObject(rotated);
+}
+
+HDC Dc(Graphics::TCanvas* c) { return c->GetHandle(); }
+HDC Dc(HCustomCanvas* c) { return static_cast<HDC>(c->GetHandle()); }
+
+}  // namespace
+
+#define VELKIN_TC_TEXT_DEFINE(Canvas)                                                                          \
+  void TC_TextOut(Canvas* c, const MyRect& r, const System::AnsiString& text, TColor color, unsigned flags) {  \
+    if (!c) return;                                                                                            \
+    RECT box{r.left, r.top, r.right, r.bottom};                                                                \
+    DrawIn(Dc(c), box, text, TextColor(color, c->GetFont()->GetColor()), flags);                               \
+  }                                                                                                            \
+  void TC_TextOut(Canvas* c, MyRect& r, const System::AnsiString& text, unsigned flags) {                      \
+    if (!c) return;                                                                                            \
+    RECT box{r.left, r.top, r.right, r.bottom};                                                                \
+    DrawIn(Dc(c), box, text, TextColor(clDefault, c->GetFont()->GetColor()), flags);                           \
+    r = MyRect{box.left, box.top, box.right, box.bottom};                                                      \
+  }                                                                                                            \
+  void TC_TextOut(Canvas* c, int x, int y, const System::AnsiString& text) {                                   \
+    if (c) DrawAt(Dc(c), x, y, text, TextColor(clDefault, c->GetFont()->GetColor()));                          \
+  }                                                                                                            \
+  void TC_TextOutV(Canvas* c, const MyRect& r, const System::AnsiString& text, TColor color, unsigned flags) { \
+    if (c) DrawVertical(Dc(c), r, text, TextColor(color, c->GetFont()->GetColor()), flags);                    \
+  }
+
+VELKIN_TC_TEXT_DEFINE(Graphics::TCanvas)
+VELKIN_TC_TEXT_DEFINE(HCustomCanvas)
