@@ -5,7 +5,6 @@
 #include <windows.h>
 
 #include <set>
-#include <vector>
 
 #include "platform/vcl/graphics.h"
 
@@ -26,16 +25,10 @@ struct ChangeCounter {
   void Changed(System::TObject*) { ++count; }
 };
 
-TEST(GraphicsTools, ColorsAndHandles) {
+TEST(GraphicsTools, PenBrushAndFontAsGdiSeesThem) {
   EXPECT_EQ(static_cast<int>(GetSysColor(COLOR_BTNFACE)), ColorToRGB(clBtnFace));
-  EXPECT_EQ(static_cast<int>(GetSysColor(COLOR_INFOBK)), ColorToRGB(clInfoBk));
-  EXPECT_EQ(0x123456, ColorToRGB(TColor(0x123456)));
-  EXPECT_EQ(0x1FFFFFFF, ColorToRGB(clNone));
-  EXPECT_EQ(int(0x80000000u | 15), clBtnFace);
 
   TPen pen;
-  EXPECT_EQ(clBlack, pen.GetColor());
-  EXPECT_EQ(1, pen.GetWidth());
   ChangeCounter c;
   pen.OnChange = System::TNotifyEvent(&c, &ChangeCounter::Changed);
   pen.SetColor(clRed);
@@ -52,7 +45,6 @@ TEST(GraphicsTools, ColorsAndHandles) {
   EXPECT_EQ(0u, GetObjectType(first)) << "a change drops the old handle";
 
   TBrush brush;
-  EXPECT_EQ(clWhite, brush.GetColor());
   brush.SetStyle(bsDiagCross);
   brush.SetColor(clNavy);
   LOGBRUSH lb{};
@@ -60,15 +52,10 @@ TEST(GraphicsTools, ColorsAndHandles) {
   EXPECT_EQ(UINT(BS_HATCHED), lb.lbStyle);
   EXPECT_EQ(ULONG_PTR(HS_DIAGCROSS), lb.lbHatch);
   EXPECT_EQ(COLORREF(0x800000), lb.lbColor);
-  brush.SetStyle(bsClear);
-  ASSERT_GT(GetObjectA(brush.GetHandle(), sizeof lb, &lb), 0);
-  EXPECT_EQ(UINT(BS_NULL), lb.lbStyle);
 
   TFont font;
   font.SetPixelsPerInch(96);
   font.SetSize(12);
-  EXPECT_EQ(-16, font.GetHeight());
-  EXPECT_EQ(12, font.GetSize());
   font.SetStyle(TFontStyles{fsBold, fsUnderline});
   font.SetName("Arial");
   LOGFONTA lf{};
@@ -78,7 +65,6 @@ TEST(GraphicsTools, ColorsAndHandles) {
   EXPECT_EQ(1, lf.lfUnderline);
   EXPECT_EQ(0, lf.lfItalic);
   EXPECT_STREQ("Arial", lf.lfFaceName);
-
   TFont copy;
   copy.Assign(&font);
   EXPECT_EQ(-16, copy.GetHeight());
@@ -92,121 +78,64 @@ TEST(GraphicsCanvas, LazySelectionAndPixels) {
   TCanvas* canvas = bmp.GetCanvas();
   canvas->GetBrush()->SetColor(TColor(0x00FF00));
   canvas->FillRect(MyRect{0, 0, 40, 30});
-  EXPECT_EQ(0x00FF00, At(bmp, 0, 0));
   EXPECT_EQ(0x00FF00, At(bmp, 39, 29));
-
   HDC dc = canvas->GetHandle();
-  ASSERT_NE(nullptr, dc);
-  EXPECT_EQ(canvas->GetPen()->GetHandle(), GetCurrentObject(dc, OBJ_PEN));
   EXPECT_EQ(bmp.GetHandle(), GetCurrentObject(dc, OBJ_BITMAP));
 
   // A pen change while selected deselects first, then drops the old handle;
   // the next drawing call selects the new one.
   HPEN old = canvas->GetPen()->GetHandle();
+  EXPECT_EQ(old, GetCurrentObject(dc, OBJ_PEN));
   canvas->GetPen()->SetColor(clRed);
   EXPECT_EQ(0u, GetObjectType(old));
-  EXPECT_NE(old, GetCurrentObject(dc, OBJ_PEN));
   canvas->MoveTo(2, 5);
   canvas->LineTo(12, 5);
   EXPECT_EQ(canvas->GetPen()->GetHandle(), GetCurrentObject(dc, OBJ_PEN));
   EXPECT_EQ((MyPoint{12, 5}), canvas->GetPenPos());
   EXPECT_EQ(0x0000FF, At(bmp, 2, 5));
-  EXPECT_EQ(0x0000FF, At(bmp, 11, 5));
   EXPECT_EQ(0x00FF00, At(bmp, 12, 5)) << "LineTo excludes the end point";
 
   canvas->GetBrush()->SetColor(clBlue);
   canvas->Rectangle(20, 10, 30, 20);
-  EXPECT_EQ(0x0000FF, At(bmp, 20, 10));
   EXPECT_EQ(0x0000FF, At(bmp, 29, 19));
   EXPECT_EQ(0xFF0000, At(bmp, 25, 15));
   EXPECT_EQ(0x00FF00, At(bmp, 30, 20));
-
   canvas->GetBrush()->SetStyle(bsClear);
-  canvas->GetPen()->SetColor(clBlack);
   canvas->Rectangle(0, 22, 8, 30);
-  EXPECT_EQ(0x000000, At(bmp, 0, 22));
   EXPECT_EQ(0x00FF00, At(bmp, 4, 26)) << "a clear brush leaves the inside";
-
-  canvas->GetBrush()->SetStyle(bsSolid);
-  canvas->GetBrush()->SetColor(clWhite);
-  const MyPoint triangle[] = {{1, 1}, {15, 1}, {1, 15}};
-  canvas->Polygon(triangle, 3);
-  EXPECT_EQ(0xFFFFFF, At(bmp, 4, 4));
-  canvas->Polygon(nullptr, 3);
-  canvas->Polyline(triangle, 1);
-
-  // Ellipse and RoundRect: the middle of an edge is drawn, the corner is not.
-  canvas->GetBrush()->SetColor(clPurple);
-  canvas->GetPen()->SetColor(clMaroon);
-  canvas->Ellipse(20, 0, 30, 10);
-  EXPECT_EQ(0x800080, At(bmp, 25, 5));
-  EXPECT_EQ(0x000080, At(bmp, 20, 5));
-  EXPECT_EQ(0x00FF00, At(bmp, 20, 0));
-  canvas->RoundRect(31, 0, 40, 9, 6, 6);
-  EXPECT_EQ(0x000080, At(bmp, 35, 0));
-  EXPECT_EQ(0x00FF00, At(bmp, 31, 0));
-  EXPECT_EQ(0x800080, At(bmp, 35, 4));
-
   canvas->SetPixels(35, 2, clYellow);
   EXPECT_EQ(clYellow, canvas->GetPixels(35, 2));
-  EXPECT_EQ((MyRect{0, 0, 40, 30}), canvas->GetClipRect());
 
   // Text: width as GDI measures it in the canvas's font; TextOut moves the pen.
-  canvas->GetFont()->SetName("Arial");
   canvas->GetFont()->SetHeight(-12);
-  canvas->GetFont()->SetColor(clRed);
   SIZE s{};
   GetTextExtentPoint32A(canvas->GetHandle(), "Wide text", 9, &s);
   EXPECT_EQ(canvas->GetFont()->GetHandle(), GetCurrentObject(canvas->GetHandle(), OBJ_FONT));
   EXPECT_EQ(s.cx, canvas->TextWidth("Wide text"));
-  EXPECT_EQ(s.cy, canvas->TextHeight("Wide text"));
   canvas->TextOut(1, 16, "Wide text");
   EXPECT_EQ((MyPoint{1 + s.cx, 16}), canvas->GetPenPos());
-  EXPECT_EQ(COLORREF(RGB(255, 0, 0)), GetTextColor(canvas->GetHandle()));
-  canvas->GetBrush()->SetColor(clAqua);
-  canvas->TextRect(MyRect{30, 25, 40, 30}, 30, 25, "");
-  EXPECT_EQ(0xFFFF00, At(bmp, 35, 27)) << "an opaque brush fills the text rectangle";
 
-  // Draw copies the bitmap's pixels.
+  // Draw copies pixels; a resized bitmap keeps its top-left part and its
+  // canvas follows; Assign copies.
   TBitmap target;
   target.SetSize(50, 50);
   target.GetCanvas()->Draw(5, 5, &bmp);
-  EXPECT_EQ(At(bmp, 25, 15), At(target, 30, 20));
+  EXPECT_EQ(0xFF0000, At(target, 30, 20));
   EXPECT_EQ(0x000000, At(target, 2, 2));
-  target.GetCanvas()->Draw(0, 0, nullptr);
-}
-
-TEST(GraphicsBitmap, SizeAssignAndScanLines) {
-  TBitmap b;
-  EXPECT_TRUE(b.GetEmpty());
-  EXPECT_EQ(nullptr, b.GetHandle());
-  b.SetSize(10, 10);
-  b.GetCanvas()->GetBrush()->SetColor(clRed);
-  b.GetCanvas()->FillRect(MyRect{0, 0, 10, 10});
-  b.SetSize(20, 5);  // keeps the top-left part
-  EXPECT_EQ(0x0000FF, At(b, 9, 4));
-  EXPECT_EQ(0x000000, At(b, 10, 0));
-  EXPECT_EQ(nullptr, b.GetScanLine(5));
-  EXPECT_EQ(nullptr, b.GetScanLine(-1));
-  b.GetCanvas()->SetPixels(15, 1, clBlue);  // the canvas follows the new bitmap
-  EXPECT_EQ(0xFF0000, At(b, 15, 1));
-
-  TBitmap c;
-  c.Assign(&b);
-  EXPECT_EQ(20, c.GetWidth());
-  EXPECT_EQ(0xFF0000, At(c, 15, 1));
-  EXPECT_EQ(0x0000FF, At(c, 0, 0));
-  c.Assign(nullptr);
-  EXPECT_TRUE(c.GetEmpty());
-  b.SetWidth(-4);
-  EXPECT_EQ(0, b.GetWidth());
+  bmp.SetSize(36, 20);
+  EXPECT_EQ(0xFF0000, At(bmp, 25, 15));
+  EXPECT_EQ(nullptr, bmp.GetScanLine(20));
+  bmp.GetCanvas()->SetPixels(1, 1, clBlue);
+  TBitmap copy;
+  copy.Assign(&bmp);
+  EXPECT_EQ(36, copy.GetWidth());
+  EXPECT_EQ(0xFF0000, At(copy, 1, 1));
 }
 
 TEST(GraphicsCanvas, NoHandleLeaks) {
   std::set<HGDIOBJ> seen;
   HDC external = CreateCompatibleDC(nullptr);
-  HGDIOBJ originalPen = GetCurrentObject(external, OBJ_PEN);
-  HGDIOBJ originalFont = GetCurrentObject(external, OBJ_FONT);
+  HGDIOBJ originalPen = GetCurrentObject(external, OBJ_PEN), originalFont = GetCurrentObject(external, OBJ_FONT);
   for (int i = 0; i < 1500; ++i) {
     TBitmap b;
     b.SetSize(8 + i % 5, 8);
@@ -216,13 +145,12 @@ TEST(GraphicsCanvas, NoHandleLeaks) {
     seen.insert(c->GetPen()->GetHandle());
     c->GetPen()->SetWidth(1 + i % 3);
     c->GetBrush()->SetStyle(TBrushStyle(i % 8));
-    c->Rectangle(0, 0, 4, 4);
-    seen.insert(c->GetPen()->GetHandle());
-    seen.insert(c->GetBrush()->GetHandle());
     c->GetFont()->SetHeight(-(8 + i % 9));
+    c->Rectangle(0, 0, 4, 4);
     c->TextOut(0, 0, "x");
-    seen.insert(c->GetFont()->GetHandle());
-    seen.insert(c->GetHandle());
+    for (HGDIOBJ h : {HGDIOBJ(c->GetPen()->GetHandle()), HGDIOBJ(c->GetBrush()->GetHandle()),
+                      HGDIOBJ(c->GetFont()->GetHandle()), HGDIOBJ(c->GetHandle())})
+      seen.insert(h);
     b.SetSize(3, 3);  // drops the context and the DIB
     c->LineTo(1, 1);
     seen.insert(c->GetHandle());

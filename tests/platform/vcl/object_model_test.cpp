@@ -46,45 +46,29 @@ VCL_CLASS_IMPL(TOther, TPersistent)
 
 TEST(VclObjectModel, MetaClassNamesParentsAndInheritance) {
   TSubThing sub;
-  TObject* asObject = &sub;
-  EXPECT_EQ(TSubThing::StaticClass(), asObject->ClassType());
-  EXPECT_EQ("TSubThing", asObject->ClassName());
-
   std::vector<std::string> chain;
-  for (const TMetaClass* m = asObject->ClassType(); m; m = m->ClassParent()) chain.push_back(m->ClassName());
+  for (const TMetaClass* m = static_cast<TObject&>(sub).ClassType(); m; m = m->ClassParent())
+    chain.push_back(m->ClassName());
   EXPECT_EQ((std::vector<std::string>{"TSubThing", "TThing", "TPersistent", "TObject"}), chain);
-  EXPECT_EQ(TThing::StaticClass(), sub.ClassParent());
 
-  for (const char* name : {"TSubThing", "tsubthing", "TSUBTHING", "tSuBtHiNg"})
-    EXPECT_TRUE(sub.ClassNameIs(name)) << name;
-  for (const char* name : {"TSubThin", "TSubThingX", "TThing", "", " TSubThing"})
-    EXPECT_FALSE(sub.ClassNameIs(name)) << name;
+  for (const char* name : {"TSubThing", "tsubthing", "tSuBtHiNg"}) EXPECT_TRUE(sub.ClassNameIs(name)) << name;
+  for (const char* name : {"TSubThin", "TSubThingX", "TThing", ""}) EXPECT_FALSE(sub.ClassNameIs(name)) << name;
   EXPECT_FALSE(TSubThing::StaticClass()->ClassNameIs(nullptr));
 
-  EXPECT_TRUE(sub.InheritsFrom(TSubThing::StaticClass()));
-  EXPECT_TRUE(sub.InheritsFrom(TThing::StaticClass()));
-  EXPECT_TRUE(sub.InheritsFrom(TObject::StaticClass()));
+  EXPECT_TRUE(sub.InheritsFrom(TThing::StaticClass()) && sub.InheritsFrom(TObject::StaticClass()));
   EXPECT_FALSE(sub.InheritsFrom(TOther::StaticClass()));
   EXPECT_FALSE(TThing::StaticClass()->InheritsFrom(TSubThing::StaticClass()));
   EXPECT_FALSE(sub.InheritsFrom(nullptr));
   // Framework classes from another module answer the same way.
   EXPECT_TRUE(EConvertError::StaticClass()->InheritsFrom(Exception::StaticClass()));
-  EXPECT_EQ(TObject::StaticClass(), Exception::StaticClass()->ClassParent());
 }
 
-// Copies from its own kind; hands itself to TOther targets in AssignTo.
+// Knows how to copy itself into a TThing.
 class TValue : public TPersistent {
   VCL_CLASS();
 
  public:
   int value = 0;
-  void Assign(TPersistent* source) override {
-    if (auto* v = dynamic_cast<TValue*>(source)) {
-      value = v->value;
-      return;
-    }
-    TPersistent::Assign(source);
-  }
 
  protected:
   void AssignTo(TPersistent* dest) override {
@@ -101,54 +85,33 @@ std::string AssignMessage(TPersistent& dest, TPersistent* source) {
   try {
     dest.Assign(source);
   } catch (EConvertError& e) {
+    EXPECT_STREQ(e.Message.c_str(), e.what()) << "the std::exception text";
     return e.Message.c_str();
   }
   return "(no exception)";
 }
 
 TEST(VclObjectModel, AssignDispatchAndErrorTexts) {
-  TValue a, b;
+  TValue a;
   a.value = 7;
-  b.Assign(&a);
-  EXPECT_EQ(7, b.value) << "Assign override";
-
   TThing thing;
   thing.Assign(&a);  // TThing has no Assign of its own: a's AssignTo does the work
   EXPECT_EQ(70, thing.value);
-
   TOther other;
   TSubThing sub;
   EXPECT_EQ("Cannot assign a TOther to a TThing", AssignMessage(thing, &other));
   EXPECT_EQ("Cannot assign a TSubThing to a TValue", AssignMessage(a, &sub));
   EXPECT_EQ("Cannot assign a TValue to a TOther", AssignMessage(other, &a));
   EXPECT_EQ("Cannot assign a nil to a TThing", AssignMessage(thing, nullptr));
-  EXPECT_EQ("Cannot assign a nil to a TValue", AssignMessage(a, nullptr));
-
-  // The error is an Exception and a std::exception with the same text.
-  try {
-    other.Assign(&thing);
-    FAIL() << "no exception";
-  } catch (std::exception& e) {
-    EXPECT_STREQ("Cannot assign a TThing to a TOther", e.what());
-    auto* framework = dynamic_cast<Exception*>(&e);
-    ASSERT_NE(nullptr, framework);
-    EXPECT_TRUE(framework->ClassNameIs("EConvertError"));
-  }
 }
 
 std::vector<std::string> events;
 
-class TBase : public TObject {
- public:
-  ~TBase() override { events.push_back("~TBase"); }
-  void BeforeDestruction() override { events.push_back("before " + Who()); }
-  virtual std::string Who() const { return "TBase"; }
-};
-
-class TDerived : public TBase {
+class TDerived : public TObject {
  public:
   ~TDerived() override { events.push_back("~TDerived"); }
-  std::string Who() const override { return "TDerived"; }
+  void BeforeDestruction() override { events.push_back("before " + Who()); }
+  virtual std::string Who() const { return "TDerived"; }
 };
 
 // TObject is not the first base here, so its address is not the block's.
@@ -159,37 +122,23 @@ struct Payload {
 class TMixed : public Payload, public TDerived {
  public:
   ~TMixed() override { events.push_back("~TMixed"); }
-  std::string Who() const override { return "TMixed" + std::to_string(sizeof bytes); }
+  std::string Who() const override { return "TMixed"; }
 };
 
 TEST(VclObjectModel, BeforeDestructionRunsFirstWithVirtualDispatch) {
-  events.clear();
-  TObject* d = new TDerived;
-  delete d;
-  EXPECT_EQ((std::vector<std::string>{"before TDerived", "~TDerived", "~TBase"}), events);
-
-  events.clear();
   auto* mixed = new TMixed;
   void* block = mixed;  // the most derived object starts the block
   TObject* asObject = mixed;
   ASSERT_NE(block, static_cast<void*>(asObject));
+  events.clear();
   lastFreed = nullptr;
   delete asObject;
-  void* freed = lastFreed;
-  EXPECT_EQ(block, freed) << "freed a pointer into the middle of the block";
-  EXPECT_EQ((std::vector<std::string>{"before TMixed40", "~TMixed", "~TDerived", "~TBase", "~Payload"}), events);
-
-  events.clear();
-  auto* viaDerived = new TMixed;
-  block = viaDerived;
-  delete static_cast<TDerived*>(viaDerived);
-  freed = lastFreed;
-  EXPECT_EQ(block, freed);
-  EXPECT_EQ("before TMixed40", events.at(0));
+  EXPECT_EQ(block, lastFreed) << "freed a pointer into the middle of the block";
+  EXPECT_EQ((std::vector<std::string>{"before TMixed", "~TMixed", "~TDerived", "~Payload"}), events);
 
   events.clear();
   { TDerived onStack; }
-  EXPECT_EQ((std::vector<std::string>{"~TDerived", "~TBase"}), events) << "no BeforeDestruction without delete";
+  EXPECT_EQ((std::vector<std::string>{"~TDerived"}), events) << "no BeforeDestruction without delete";
 }
 
 class Target {
@@ -209,66 +158,42 @@ TEST(VclObjectModel, ClosureSetEqualityAndCalls) {
   using Fn = TClosure<int(int)>;
   Target t, u;
   Fn unset;
-  EXPECT_FALSE(unset.IsSet());
   EXPECT_EQ(0, unset(3)) << "an unset closure does nothing";
   EXPECT_FALSE(Fn(&t, static_cast<int (Target::*)(int)>(nullptr)).IsSet()) << "null method";
   EXPECT_TRUE(Fn(static_cast<Target*>(nullptr), &Target::Add).IsSet()) << "the method part decides";
-  EXPECT_TRUE(Fn(nullptr) == unset);
 
   Fn add(&t, &Target::Add), peek(&t, &Target::Peek);
-  EXPECT_TRUE(add.IsSet());
-  EXPECT_EQ(8, add(3));
   EXPECT_EQ(503, peek(3)) << "const method";
-  EXPECT_EQ(&t, add.Data());
   t.base = 6;
   EXPECT_EQ(9, add(3)) << "bound to the object, not a copy";
-
-  Fn copy = add;
-  EXPECT_TRUE(copy == add);
   EXPECT_TRUE(Fn(&t, &Target::Add) == add);
   EXPECT_FALSE(Fn(&u, &Target::Add) == add) << "other object";
   EXPECT_FALSE(peek == add) << "other method";
-  EXPECT_FALSE(unset == add);
-
   DerivedTarget d;
-  Fn which(&d, &Target::Which);
-  EXPECT_EQ(2, which(0)) << "virtual method dispatches";
+  EXPECT_EQ(2, Fn(&d, &Target::Which)(0)) << "virtual method dispatches";
 }
 
 enum class TShape : int { Circle, Square, Triangle, Star };
 
-TEST(VclObjectModel, SetMembershipAndOperators) {
+TEST(VclObjectModel, SetOperatorsAndRange) {
   using Shapes = Set<TShape, 0, 3>;
   Shapes s{TShape::Circle, TShape::Star};
-  EXPECT_TRUE(s.Contains(TShape::Circle));
-  EXPECT_FALSE(s.Contains(TShape::Square));
   s << TShape::Square >> TShape::Circle;
   EXPECT_TRUE(s == (Shapes{TShape::Square, TShape::Star}));
   EXPECT_TRUE((s + Shapes{TShape::Circle}) == (Shapes{TShape::Circle, TShape::Square, TShape::Star}));
   EXPECT_TRUE((s * Shapes{TShape::Star, TShape::Triangle}) == Shapes{TShape::Star});
   EXPECT_TRUE((s - Shapes{TShape::Star}) == Shapes{TShape::Square});
-  EXPECT_TRUE(Shapes().Empty());
-  EXPECT_FALSE(s.Empty());
-  EXPECT_TRUE(s.Clear().Empty());
-
   // A range that does not start at 0; values outside it are ignored.
   Set<int, -2, 2> small{-2, 2, 3, -3};
-  EXPECT_TRUE(small.Contains(-2));
-  EXPECT_TRUE(small.Contains(2));
-  EXPECT_FALSE(small.Contains(3));
-  EXPECT_FALSE(small.Contains(-3));
   EXPECT_TRUE(small == (Set<int, -2, 2>{-2, 2}));
+  EXPECT_FALSE(small.Contains(3) || small.Contains(-3));
 }
 
 TEST(VclObjectModel, AnsiStringIndexesAndConversions) {
   const AnsiString s("Hello");
-  EXPECT_EQ('H', s[1]);
-  EXPECT_EQ('o', s[5]);
-  EXPECT_EQ('\0', s[0]);
-  EXPECT_EQ('\0', s[6]);
-  EXPECT_EQ('\0', s[-100]);
+  EXPECT_EQ("Ho", std::string({s[1], s[5]}));
+  for (int outside : {0, 6, -100}) EXPECT_EQ('\0', s[outside]) << outside;
   EXPECT_EQ(3, s.Pos("llo"));
-  EXPECT_EQ(0, s.Pos("xyz"));
   EXPECT_EQ(0, s.Pos(""));
 
   struct Sub {
@@ -280,31 +205,17 @@ TEST(VclObjectModel, AnsiStringIndexesAndConversions) {
   for (const Sub& c : subs)
     EXPECT_EQ(c.expected, s.SubString(c.start, c.count).str()) << "SubString(" << c.start << ", " << c.count << ")";
 
+  for (const char* bad : {"12a", "", "-", "0x", "1 2", "--1", "2147483648", "$80000000", "99999999999999999999"})
+    EXPECT_EQ(-1, AnsiString(bad).ToIntDef(-1)) << "\"" << bad << "\"";
   struct Num {
     const char* text;
     int expected;
-  } const nums[] = {{"42", 42},
-                    {" -42 ", -42},
-                    {"+7", 7},
-                    {"010", 10},
-                    {"$1F", 31},
-                    {"0x1f", 31},
-                    {"-$10", -16},
-                    {"2147483647", 2147483647},
-                    {"-2147483648", INT_MIN},
-                    {"2147483648", -1},
-                    {"$80000000", -1},
-                    {"12a", -1},
-                    {"", -1},
-                    {"-", -1},
-                    {"0x", -1},
-                    {"1 2", -1},
-                    {"--1", -1},
-                    {"99999999999999999999", -1}};
+  } const nums[] = {{"42", 42},  {" -42 ", -42}, {"+7", 7},     {"010", 10},
+                    {"$1F", 31}, {"0x1f", 31},   {"-$10", -16}, {"-2147483648", INT_MIN}};
   for (const Num& n : nums) EXPECT_EQ(n.expected, AnsiString(n.text).ToIntDef(-1)) << "\"" << n.text << "\"";
+  EXPECT_EQ(INT_MAX, AnsiString("2147483647").ToIntDef(-1));
 
   EXPECT_EQ(std::string("a\0b", 3), AnsiString("a\0b", 3).str()) << "counted, may hold NUL";
-  EXPECT_TRUE(AnsiString(nullptr, 5).IsEmpty());
   AnsiString grown("ab");
   grown.SetLength(4);
   EXPECT_EQ(std::string("ab\0\0", 4), grown.str());

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <sstream>
 #include <string>
-#include <vector>
 
 #include "platform/vcl/vcl.h"
 #include "velkin/core/h_chobj.h"
@@ -21,168 +21,107 @@ class Recorder : public TObject {
     if (auto* sizable = dynamic_cast<HSizableObject*>(subject))
       sizable->OnDirtied = TNotifyEvent(this, &Recorder::Dirtied);
   }
-
-  std::string Events() const { return events_.str(); }
-  void Clear() { events_.str(""); }
+  std::string events;
 
  private:
-  void Add(TObject* sender, const char* name) {
-    if (!events_.str().empty()) events_ << ' ';
-    events_ << name;
-    if (sender != subject_) events_ << "(wrong sender)";
+  void Add(TObject* sender, const std::string& name) {
+    events += (events.empty() ? "" : " ") + name + (sender == subject_ ? "" : "(wrong sender)");
     // The count is unreadable once the object is being torn down.
-    if (std::string(name) != "Deleting") events_ << ':' << subject_->GetLockCount();
+    if (name != "Deleting") events += ":" + std::to_string(subject_->GetLockCount());
   }
   void Changing(TObject* sender) { Add(sender, "Changing"); }
   void Changed(TObject* sender) { Add(sender, "Changed"); }
   void Deleting(TObject* sender) { Add(sender, "Deleting"); }
   void Locked(TObject* sender) { Add(sender, "Lock"); }
-  void Unlocked(TObject* sender, bool silent) { Add(sender, silent ? "SilentUnlock" : "Unlock"); }
   void Dirtied(TObject* sender) { Add(sender, "Dirtied"); }
+  void Unlocked(TObject* sender, bool silent) { Add(sender, silent ? "SilentUnlock" : "Unlock"); }
 
   HChangableObject* subject_;
-  std::ostringstream events_;
 };
 
-void RunScript(HChangableObject& o, const std::string& script) {
-  std::istringstream steps(script);
-  for (std::string step; steps >> step;) {
-    auto* sizable = dynamic_cast<HSizableObject*>(&o);
-    if (step == "Lock")
-      o.Lock();
-    else if (step == "Unlock")
-      o.Unlock();
-    else if (step == "SilentUnlock")
-      o.SilentUnlock();
-    else if (step == "Changing")
-      o.Changing();
-    else if (step == "Changed")
-      o.Changed();
-    else if (step == "Dirtied" && sizable)
-      sizable->Dirtied();
-    else if (step == "Clean" && sizable)
-      sizable->SetDirty(false);
-    else
-      FAIL() << "bad script step " << step;
-  }
-}
-
 struct Case {
-  const char* title;
-  bool sizable;
-  bool lockOnChange;
-  const char* script;
-  const char* events;
-  int lockCount;
-  bool modified;
-  bool dirty;
+  bool sizable, lockOnChange;
+  const char *script, *events, *state;  // state: lock count, then the flags that are set
 };
 
 const Case cases[] = {
-    {"nested batch", false, false, "Lock Lock Changed Unlock Unlock", "Lock:1 Lock:2 Unlock:1 Changed:0 Unlock:0", 0,
-     true, false},
-    {"empty batch still notifies", false, false, "Lock Unlock", "Lock:1 Changed:0 Unlock:0", 0, true, false},
-    {"silent unlock", false, false, "Lock Changed SilentUnlock", "Lock:1 SilentUnlock:0", 0, true, false},
-    {"inner silent unlock keeps the final notification", false, false, "Lock Lock SilentUnlock Unlock",
-     "Lock:1 Lock:2 SilentUnlock:1 Changed:0 Unlock:0", 0, true, false},
-    {"unlock when not locked", false, false, "Unlock SilentUnlock", "", 0, false, false},
-    {"changing while locked", false, false, "Lock Changing", "Lock:1", 1, false, false},
-    {"unlocked change notifies at once", false, false, "Changing Changed", "Changing:0 Changed:0", 0, true, false},
-    {"lock on change", false, true, "Changing Changed", "Changing:0 Lock:1 Unlock:0 Changed:0", 0, true, false},
-    {"lock on change inside a batch", false, true, "Lock Changing Changed Unlock", "Lock:1 Lock:2 Unlock:1 Unlock:0", 0,
-     true, false},
-    {"sizable: empty batch dirties", true, false, "Lock Unlock", "Lock:1 Dirtied:0 Unlock:0", 0, true, true},
-    {"sizable: clean clears both flags", true, false, "Lock Unlock Clean", "Lock:1 Dirtied:0 Unlock:0", 0, false,
-     false},
-    {"sizable: nested batch", true, false, "Lock Lock Dirtied Unlock Unlock",
-     "Lock:1 Lock:2 Unlock:1 Dirtied:0 Unlock:0", 0, true, true},
-    {"sizable: batch of changes ends dirtied", true, false, "Lock Changed Unlock", "Lock:1 Dirtied:0 Unlock:0", 0, true,
-     true},
-    {"sizable: unlocked change", true, false, "Changed", "Changed:0", 0, true, false},
-    {"sizable: dirtied while locked, silent end", true, false, "Lock Dirtied SilentUnlock", "Lock:1 SilentUnlock:0", 0,
-     true, true},
-    {"sizable: lock on change", true, true, "Changing Dirtied", "Changing:0 Lock:1 Unlock:0 Dirtied:0", 0, true, true},
+    {false, false, "Lock Lock Changed Unlock Unlock", "Lock:1 Lock:2 Unlock:1 Changed:0 Unlock:0", "0 modified"},
+    {false, false, "Lock Unlock", "Lock:1 Changed:0 Unlock:0", "0 modified"},
+    {false, false, "Lock Changed SilentUnlock", "Lock:1 SilentUnlock:0", "0 modified"},
+    {false, false, "Lock Lock SilentUnlock Unlock", "Lock:1 Lock:2 SilentUnlock:1 Changed:0 Unlock:0", "0 modified"},
+    {false, false, "Unlock SilentUnlock", "", "0"},
+    {false, false, "Lock Changing", "Lock:1", "1 locked"},
+    {false, false, "Changing Changed", "Changing:0 Changed:0", "0 modified"},
+    {false, true, "Changing Changed", "Changing:0 Lock:1 Unlock:0 Changed:0", "0 modified"},
+    {false, true, "Lock Changing Changed Unlock", "Lock:1 Lock:2 Unlock:1 Unlock:0", "0 modified"},
+    {true, false, "Lock Unlock", "Lock:1 Dirtied:0 Unlock:0", "0 modified dirty"},
+    {true, false, "Lock Unlock Clean", "Lock:1 Dirtied:0 Unlock:0", "0"},
+    {true, false, "Lock Lock Dirtied Unlock Unlock", "Lock:1 Lock:2 Unlock:1 Dirtied:0 Unlock:0", "0 modified dirty"},
+    {true, false, "Lock Changed Unlock", "Lock:1 Dirtied:0 Unlock:0", "0 modified dirty"},
+    {true, false, "Changed", "Changed:0", "0 modified"},
+    {true, false, "Lock Dirtied SilentUnlock", "Lock:1 SilentUnlock:0", "0 modified dirty"},
+    {true, true, "Changing Dirtied", "Changing:0 Lock:1 Unlock:0 Dirtied:0", "0 modified dirty"},
 };
 
 TEST(CoreChangeTracking, NotificationSequences) {
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.title);
+    SCOPED_TRACE(std::string(c.sizable ? "sizable: " : "plain: ") + c.script +
+                 (c.lockOnChange ? " (lock on change)" : ""));
     HChangableObject plain;
     HSizableObject sizable;
     HChangableObject& o = c.sizable ? sizable : plain;
     o.SetLockOnChange(c.lockOnChange);
     Recorder recorder(&o);
-    RunScript(o, c.script);
-    EXPECT_EQ(c.events, recorder.Events()) << "script: " << c.script;
-    EXPECT_EQ(c.lockCount, o.GetLockCount());
-    EXPECT_EQ(c.lockCount > 0, o.GetLocked());
-    EXPECT_EQ(c.modified, o.GetModified());
-    EXPECT_EQ(c.dirty, sizable.GetDirty());
+    std::istringstream steps(c.script);
+    for (std::string step; steps >> step;) {
+      if (step == "Lock") o.Lock();
+      if (step == "Unlock") o.Unlock();
+      if (step == "SilentUnlock") o.SilentUnlock();
+      if (step == "Changing") o.Changing();
+      if (step == "Changed") o.Changed();
+      if (step == "Dirtied") sizable.Dirtied();
+      if (step == "Clean") sizable.SetDirty(false);
+    }
+    EXPECT_EQ(c.events, recorder.events);
+    EXPECT_EQ(c.state, std::to_string(o.GetLockCount()) + (o.GetLocked() ? " locked" : "") +
+                           (o.GetModified() ? " modified" : "") + (sizable.GetDirty() ? " dirty" : ""));
     o.OnDeleting = nullptr;  // the recorder goes first
-
-    // Without listeners the same script ends in the same state: unset event
-    // members are skipped, not called.
-    HChangableObject quietPlain;
-    HSizableObject quietSizable;
-    HChangableObject& quiet = c.sizable ? quietSizable : quietPlain;
-    quiet.SetLockOnChange(c.lockOnChange);
-    RunScript(quiet, c.script);
-    EXPECT_EQ(c.lockCount, quiet.GetLockCount()) << "without listeners";
-    EXPECT_EQ(c.modified, quiet.GetModified()) << "without listeners";
   }
 }
 
 // A subclass listening to its own deletion through the overridable step.
 class Subclass : public HSizableObject {
  public:
-  explicit Subclass(std::vector<std::string>* log) : log_(log), name_("subclass") {}
+  explicit Subclass(std::string* log) : log_(log) {}
 
  protected:
   void DoDeleting() override {
-    // Reads a member of the subclass: valid only while the whole object exists.
-    log_->push_back("DoDeleting " + name_);
+    *log_ += "DoDeleting " + name_;  // a subclass member: valid only while the whole object exists
     HSizableObject::DoDeleting();
   }
 
  private:
-  std::vector<std::string>* log_;
-  std::string name_;
+  std::string* log_;
+  std::string name_ = "subclass";
 };
 
 TEST(CoreChangeTracking, DestructionFiresDeletingOnce) {
+  std::string log;
+  Subclass* o = new Subclass(&log);
+  Recorder recorder(o);
+  delete o;  // reaches the override before any destructor ran
+  EXPECT_EQ("DoDeleting subclass", log);
+  EXPECT_EQ("Deleting", recorder.events);
+
+  // Destroyed on the stack; an explicit announcement fires as asked and
+  // destruction still fires its own.
+  std::optional<Recorder> onStack;
   {
-    HChangableObject* o = new HChangableObject;
-    Recorder recorder(o);
-    delete o;
-    EXPECT_EQ("Deleting", recorder.Events()) << "deleted from the heap";
+    HSizableObject s;
+    onStack.emplace(&s);
+    s.Deleting();
   }
-  {
-    Recorder* recorder = nullptr;
-    {
-      HSizableObject o;
-      recorder = new Recorder(&o);
-    }
-    EXPECT_EQ("Deleting", recorder->Events()) << "destroyed on the stack";
-    delete recorder;
-  }
-  {
-    // delete reaches the subclass's override before any destructor ran.
-    std::vector<std::string> log;
-    Subclass* o = new Subclass(&log);
-    Recorder recorder(o);
-    delete o;
-    ASSERT_EQ(1u, log.size());
-    EXPECT_EQ("DoDeleting subclass", log[0]);
-    EXPECT_EQ("Deleting", recorder.Events());
-  }
-  {
-    // An explicit announcement fires as asked; destruction still fires its own.
-    HChangableObject* o = new HChangableObject;
-    Recorder recorder(o);
-    o->Deleting();
-    delete o;
-    EXPECT_EQ("Deleting Deleting", recorder.Events());
-  }
+  EXPECT_EQ("Deleting Deleting", onStack->events);
 }
 
 }  // namespace

@@ -1,11 +1,12 @@
 // Bitmaps and DIB sections: sizes as GDI sees them, the bottom-up row
-// arithmetic of DataAt, pixel access, the AntiAlias arithmetic and the memory
-// guard of out-of-range calls.
+// arithmetic of DataAt, pixel access, and the exact AntiAlias arithmetic with
+// its guard against out-of-range memory.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <cstring>
 #include <initializer_list>
+#include <utility>
 #include <vector>
 
 #include "velkin/gdi/gdi_bitmap.h"
@@ -20,10 +21,12 @@ namespace {
 // Pixel k of the buffer, in memory order.
 HColor32* Pixel(HGDIDib32& d, int k) { return static_cast<HColor32*>(d.GetPixels()) + k; }
 
-// Fills the buffer with values whose sums rarely divide evenly.
-void Fill(HGDIDib32& d) {
-  const int n = d.GetSize() / 4;
-  for (int k = 0; k < n; ++k) *Pixel(d, k) = HColor32{uint8_t(3 * k + 1), uint8_t(200 - 7 * k), uint8_t(k * k), 0x55};
+// A live buffer filled with values whose sums rarely divide evenly (fourth
+// byte: the pixel's index), or with `fill` when given.
+void Fill(HGDIDib32& d, const HColor32* fill = nullptr) {
+  ASSERT_NE(nullptr, d.DataAt(0, d.GetHeight()));
+  for (int k = 0; k < d.GetSize() / 4; ++k)
+    *Pixel(d, k) = fill ? *fill : HColor32{uint8_t(3 * k + 1), uint8_t(200 - 7 * k), uint8_t(k * k), uint8_t(k)};
 }
 
 // The truncated per-channel average of the listed source pixels, fourth byte x.
@@ -34,24 +37,20 @@ HColor32 Avg(HGDIDib32& src, std::initializer_list<int> ks, uint8_t x) {
   return HColor32{uint8_t(b / n), uint8_t(g / n), uint8_t(r / n), x};
 }
 
-TEST(GdiDib, SizesAndRows) {
+TEST(GdiDib, SizesRowsAndPixels) {
   HGDIDib32 tiny(0, 0);
-  EXPECT_EQ(1, tiny.GetWidth());
-  EXPECT_EQ(1, tiny.GetHeight());
+  EXPECT_EQ((MyPoint{1, 1}), (MyPoint{tiny.GetWidth(), tiny.GetHeight()}));
   tiny.SetWidth(0);
   EXPECT_EQ(0, tiny.GetWidth());
   ASSERT_NE(nullptr, tiny.GetHandle());
   EXPECT_EQ(1, tiny.GetDibSection().dsBm.bmWidth);
-  EXPECT_EQ(32, tiny.GetBitmapInfo().bmiHeader.biBitCount);
-
   MyRect r{5, 7, -2, 100};
-  HGDIDib32 d(10, 20);
-  d.CorrectRect(r);
+  HGDIDib32(10, 20).CorrectRect(r);
   EXPECT_EQ((MyRect{0, 7, 5, 20}), r);
 
   // 3 pixels wide: lines of 12 bytes; y = height is the first line in memory.
   HGDIDib32 dib(3, 4);
-  auto* bits = static_cast<uint8_t*>(static_cast<void*>(dib.DataAt(0, 4)));
+  auto* bits = reinterpret_cast<uint8_t*>(dib.DataAt(0, 4));
   ASSERT_NE(nullptr, bits);
   EXPECT_EQ(dib.GetPixels(), bits);
   EXPECT_EQ(12, dib.GetLineSize());
@@ -59,12 +58,8 @@ TEST(GdiDib, SizesAndRows) {
   EXPECT_EQ(static_cast<void*>(bits + 36), dib.DataAt(0, 1));
   EXPECT_EQ(static_cast<void*>(bits + 12), dib.DataAt(3, 4)) << "x runs on into the next line";
   EXPECT_EQ(static_cast<void*>(bits + 44), dib.DataAt(2, 1)) << "last pixel of the buffer";
-  // Out of range: no address outside the buffer is handed out.
-  EXPECT_EQ(nullptr, dib.DataAt(0, 0));
-  EXPECT_EQ(nullptr, dib.DataAt(3, 1));
-  EXPECT_EQ(nullptr, dib.DataAt(-1, 4));
-  EXPECT_EQ(nullptr, dib.DataAt(0, 5));
-  EXPECT_EQ(nullptr, dib.DataAt(0x7FFFFFFF, -0x7FFFFFFF));
+  const std::pair<int, int> outside[] = {{0, 0}, {3, 1}, {-1, 4}, {0, 5}, {0x7FFFFFFF, -0x7FFFFFFF}};
+  for (auto [x, y] : outside) EXPECT_EQ(nullptr, dib.DataAt(x, y)) << "out of range: " << x << "," << y;
 
   // GDI's top row is DataAt's y = 1 (the last line in memory).
   HDC dc = CreateCompatibleDC(nullptr);
@@ -76,7 +71,6 @@ TEST(GdiDib, SizesAndRows) {
   dib.SetPixelAt(1, 4, c);
   EXPECT_EQ(c, dib.GetPixelAt(1, 4)) << "all four bytes";
   EXPECT_EQ(RGB(3, 2, 1), GetPixel(dc, 1, 3));
-
   // Out-of-range pixel access reads zero and writes nothing.
   std::vector<uint8_t> before(bits, bits + 48);
   dib.SetPixelAt(3, 1, HColor32{9, 9, 9, 9});
@@ -87,21 +81,15 @@ TEST(GdiDib, SizesAndRows) {
 
   // A size change while selected re-makes the DIB at once, in the same
   // context, and marks it dirty: the next GetHandle makes yet another.
-  void* old = dib.GetHandle();
   dib.SetWidth(5);
-  EXPECT_EQ(0u, GetObjectType(old));
   HGDIOBJ now = GetCurrentObject(dc, OBJ_BITMAP);
   BITMAP bm{};
   ASSERT_GT(GetObjectA(now, sizeof bm, &bm), 0);
   EXPECT_EQ(5, bm.bmWidth);
-  EXPECT_TRUE(dib.GetSelected());
   EXPECT_NE(now, dib.GetHandle());
-  EXPECT_EQ(0u, GetObjectType(now));
-  EXPECT_EQ(5, dib.GetDibSection().dsBm.bmWidth);
   EXPECT_EQ(20, dib.GetLineSize());
   dib.Restore();
   DeleteDC(dc);
-
   // After DestroyHandle the stored pointer is stale: DataAt makes a new DIB.
   dib.DestroyHandle();
   ASSERT_NE(nullptr, dib.DataAt(0, 1));
@@ -110,19 +98,15 @@ TEST(GdiDib, SizesAndRows) {
 
 TEST(GdiDib, CompatibleBitmapAndAssign) {
   HGDIBitmap bmp;
-  EXPECT_EQ(1, bmp.GetWidth());
   bmp.Assign(30, 0);
-  EXPECT_EQ(30, bmp.GetWidth());
   EXPECT_EQ(1, bmp.GetHeight());
   bmp.SetHeight(12);
   BITMAP bm{};
   ASSERT_GT(GetObjectA(bmp.GetHandle(), sizeof bm, &bm), 0);
   EXPECT_EQ(30, bm.bmWidth);
   EXPECT_EQ(12, bm.bmHeight);
-  EXPECT_TRUE(bmp.Check(bmp.GetHandle()));
 
-  // A paletted DIB: lines rounded up to 4 bytes.
-  HGDIDib dib8(8, 10, 3);
+  HGDIDib dib8(8, 10, 3);  // paletted: lines rounded up to 4 bytes
   ASSERT_NE(nullptr, dib8.GetHandle());
   EXPECT_EQ(8, dib8.GetDibSection().dsBm.bmBitsPixel);
   EXPECT_EQ(12, dib8.GetLineSize());
@@ -132,77 +116,62 @@ TEST(GdiDib, CompatibleBitmapAndAssign) {
   dib.Assign(&bmp);
   EXPECT_EQ(30, dib.GetWidth());
   EXPECT_EQ(12, dib.GetHeight());
-  dib.Assign(static_cast<Classes::TPersistent*>(&bmp));  // ignored on purpose
+  dib.Assign(static_cast<Classes::TPersistent*>(&dib8));  // ignored on purpose
   dib.Assign(static_cast<Classes::TPersistent*>(nullptr));
   EXPECT_EQ(30, dib.GetWidth());
 }
 
-TEST(GdiDib, AntiAliasArithmetic) {
-  // 4 x 3: lines of 4 pixels, buffer pixels 0..11. Rows y = 0..3; y = 0 lies
-  // past the buffer and y = 3 is the first line in memory.
+TEST(GdiDib, AntiAliasArithmeticStaysInBuffer) {
+  // 4 x 3: buffer pixels 0..11; y = 0 lies past the buffer, y = 3 is the
+  // first line in memory. Each row walks 5 samples two pixels apart; later
+  // rows overwrite earlier ones; neighbours before the buffer are left out.
+  const HColor32 grey{7, 7, 7, 0xAB};
   HGDIDib32 src(4, 3), dst(4, 3);
-  ASSERT_NE(nullptr, src.DataAt(0, 3));
-  ASSERT_NE(nullptr, dst.DataAt(0, 3));
   Fill(src);
-  for (int k = 0; k < 12; ++k) *Pixel(dst, k) = HColor32{7, 7, 7, 0xAB};
+  Fill(dst, &grey);
   MyRect r{0, 0, 4, 3};
   src.AntiAlias(&dst, r);
-  EXPECT_EQ((MyRect{0, 0, 4, 3}), r);
-  // Each row walks 5 samples two pixels apart; later rows overwrite earlier
-  // ones where the walks overlap. Neighbours before the buffer are left out.
   const HColor32 expected[12] = {
-      Avg(src, {0}, 0xAB),       HColor32{7, 7, 7, 0xAB}, Avg(src, {2, 0}, 0xAB),     HColor32{7, 7, 7, 0xAB},
-      Avg(src, {4, 2}, 0xAB),    HColor32{7, 7, 7, 0xAB}, Avg(src, {6, 4}, 0xAB),     HColor32{7, 7, 7, 0xAB},
-      Avg(src, {8, 6, 0}, 0xAB), HColor32{7, 7, 7, 0xAB}, Avg(src, {10, 8, 2}, 0xAB), HColor32{7, 7, 7, 0xAB},
+      Avg(src, {0}, 0xAB),    grey, Avg(src, {2, 0}, 0xAB),    grey, Avg(src, {4, 2}, 0xAB),     grey,
+      Avg(src, {6, 4}, 0xAB), grey, Avg(src, {8, 6, 0}, 0xAB), grey, Avg(src, {10, 8, 2}, 0xAB), grey,
   };
   for (int k = 0; k < 12; ++k) EXPECT_EQ(expected[k], *Pixel(dst, k)) << "pixel " << k;
 
-  // Fully inside the buffer: 8 x 6, samples at x = 1, 3, 5 on rows 2 and 3.
+  // Fully inside the buffer: 8 x 6, samples at x = 1, 3, 5 on rows 2 and 3;
+  // the target takes the source size.
   HGDIDib32 big(8, 6), out(2, 2);
-  ASSERT_NE(nullptr, big.DataAt(0, 6));
   Fill(big);
   MyRect inner{1, 2, 3, 3};
   big.AntiAlias(&out, inner);
-  ASSERT_EQ(8, out.GetWidth()) << "target takes the source size";
-  ASSERT_EQ(6, out.GetHeight());
-  ASSERT_NE(nullptr, out.DataAt(0, 6));
+  ASSERT_EQ((MyPoint{8, 6}), (MyPoint{out.GetWidth(), out.GetHeight()}));
   const uint8_t x = Pixel(out, 33)->Reserved;  // fresh DIB: whatever it holds
-  struct {
-    int k;
-    HColor32 want;
-  } cases[] = {
+  const std::pair<int, HColor32> cases[] = {
       {33, Avg(big, {33, 31, 17}, x)}, {35, Avg(big, {35, 33, 19}, x)}, {37, Avg(big, {37, 35, 21}, x)},
       {25, Avg(big, {25, 23, 9}, x)},  {27, Avg(big, {27, 25, 11}, x)}, {29, Avg(big, {29, 27, 13}, x)},
   };
-  for (const auto& c : cases) EXPECT_EQ(c.want, *Pixel(out, c.k)) << "pixel " << c.k;
+  for (const auto& [k, want] : cases) EXPECT_EQ(want, *Pixel(out, k)) << "pixel " << k;
 
   // An empty corrected rectangle leaves the target alone, size included.
   HGDIDib32 keep(7, 7);
-  MyRect empty{2, 2, 2, 5};
+  MyRect empty{2, 2, 2, 5}, outside{50, 50, 60, 60};
   big.AntiAlias(&keep, empty);
   EXPECT_EQ(7, keep.GetWidth());
-  MyRect outside{50, 50, 60, 60};
   big.AntiAlias(&keep, outside);  // clamps to nothing: no sample, no crash
   big.AntiAlias(nullptr, inner);
-}
 
-TEST(GdiDib, AntiAliasWideRectStaysInBuffer) {
-  // Rows of a full-width rectangle run two lines long; every sample that
-  // would fall outside the buffer is skipped, nothing else is touched.
-  HGDIDib32 src(9, 5), dst(9, 5);
-  ASSERT_NE(nullptr, src.DataAt(0, 5));
-  ASSERT_NE(nullptr, dst.DataAt(0, 5));
-  Fill(src);
-  const int n = dst.GetSize() / 4;
-  for (int k = 0; k < n; ++k) *Pixel(dst, k) = HColor32{0, 0, 0, uint8_t(k)};
+  // Rows of a full-width rectangle run two lines long: every sample that
+  // would fall outside the buffer is skipped, the fourth bytes are kept.
+  HGDIDib32 wide(9, 5), wideOut(9, 5);
+  Fill(wide);
+  Fill(wideOut);
   MyRect all{-10, -10, 100, 100};
-  src.AntiAlias(&dst, all);
-  for (int k = 0; k < n; ++k) EXPECT_EQ(uint8_t(k), Pixel(dst, k)->Reserved) << "fourth byte of pixel " << k;
-  // The last row walked (y = 5) starts at pixel 0 and runs on to pixel 18 at
-  // x = 9, whose left neighbour is 16 and whose pixel two lines lower is 0.
-  EXPECT_EQ(Avg(src, {18, 16, 0}, 18), *Pixel(dst, 18));
-  // Its first sample has neither neighbour (x = 0, nothing below the buffer).
-  EXPECT_EQ(Avg(src, {0}, 0), *Pixel(dst, 0));
+  wide.AntiAlias(&wideOut, all);
+  EXPECT_EQ((MyRect{0, 0, 9, 5}), all) << "corrected in place";
+  for (int k = 0; k < 45; ++k) EXPECT_EQ(uint8_t(k), Pixel(wideOut, k)->Reserved) << "pixel " << k;
+  // The last row walked (y = 5) starts at pixel 0 (neither neighbour) and
+  // runs on to pixel 18 at x = 9: left neighbour 16, two lines lower 0.
+  EXPECT_EQ(Avg(wide, {0}, 0), *Pixel(wideOut, 0));
+  EXPECT_EQ(Avg(wide, {18, 16, 0}, 18), *Pixel(wideOut, 18));
 }
 
 }  // namespace

@@ -1,22 +1,14 @@
 // A DLL that counts its loads and unloads in the process environment, which
-// outlives it: KMOD_<NAME>_ATTACH and KMOD_<NAME>_DETACH.
+// outlives it: KMOD_ATTACH and KMOD_DETACH.
 #include <windows.h>
 
-#include <cstdio>
 #include <cstdlib>
-
-namespace {
-void Count(const char* event) {
-  char var[64], value[32] = "0";
-  std::snprintf(var, sizeof var, "%s_%s", KMOD_NAME, event);
-  GetEnvironmentVariableA(var, value, sizeof value);
-  std::snprintf(value, sizeof value, "%d", std::atoi(value) + 1);
-  SetEnvironmentVariableA(var, value);
-}
-}  // namespace
+#include <string>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
-  if (reason == DLL_PROCESS_ATTACH) Count("ATTACH");
-  if (reason == DLL_PROCESS_DETACH) Count("DETACH");
+  const char* name = reason == DLL_PROCESS_ATTACH ? "KMOD_ATTACH" : reason == DLL_PROCESS_DETACH ? "KMOD_DETACH" : "";
+  char value[32] = "0";
+  if (*name && GetEnvironmentVariableA(name, value, sizeof value) < sizeof value)
+    SetEnvironmentVariableA(name, std::to_string(std::atoi(value) + 1).c_str());
   return TRUE;
 }

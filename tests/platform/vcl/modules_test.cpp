@@ -1,0 +1,196 @@
+// Runtime packages and resource modules, against the fixture package and its
+// French satellite.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "platform/vcl/vcl.h"
+#include "tests/platform/vcl/fixtures/closure_target.h"
+
+namespace {
+
+// Through void (*)(), the generic function pointer type, to keep the cast well-formed.
+template <class Fn>
+Fn Export(HMODULE module, const char* name) {
+  return reinterpret_cast<Fn>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
+}
+
+std::vector<std::string> Strings(const std::vector<AnsiString>& v) {
+  std::vector<std::string> out;
+  for (const AnsiString& s : v) out.push_back(s.str());
+  return out;
+}
+
+std::string PackageError(const char* name) {
+  try {
+    void* h = LoadPackage(name);
+    UnloadPackage(h);
+  } catch (EPackageError& e) {
+    return e.Message.str();
+  }
+  return "(no exception)";
+}
+
+TEST(VclPackage, LoadRunsEntryPointsAndReadsTheDescriptor) {
+  // The fixture counts how often its entry points ran; our own reference keeps
+  // the counters readable after UnloadPackage.
+  HMODULE pin = LoadLibraryA("vclfix_pkg.dll");
+  ASSERT_NE(nullptr, pin) << "vclfix_pkg.dll beside the test";
+  auto inits = Export<int (*)()>(pin, "InitializeCount"), finals = Export<int (*)()>(pin, "FinalizeCount");
+  ASSERT_TRUE(inits && finals);
+  EXPECT_EQ(0, inits());
+
+  void* pkg = LoadPackage("vclfix_pkg.dll");
+  ASSERT_EQ(static_cast<void*>(pin), pkg);
+  EXPECT_EQ(1, inits());
+  EXPECT_EQ(0, finals());
+  const TPackageInfo info = GetPackageInfo(pkg);
+  EXPECT_EQ((std::vector<std::string>{"VCL", "OSTREL"}), Strings(info.Requires));
+  EXPECT_EQ((std::vector<std::string>{"Vclfix_pkg", "Second_unit"}), Strings(info.Contains));
+
+  // A closure bound inside the package equals ours for the same object and method.
+  auto bind = Export<void (*)(ClosureTargetEvent*, ClosureTarget*)>(pin, "BindWhich");
+  ASSERT_NE(nullptr, bind);
+  ClosureTarget target, other;
+  ClosureTargetEvent theirs, ours(&target, &ClosureTarget::Which);
+  bind(&theirs, &target);
+  EXPECT_EQ(6, theirs(5));
+  EXPECT_TRUE(theirs == ours);
+  bind(&theirs, &other);
+  EXPECT_FALSE(theirs == ours);
+
+  UnloadPackage(pkg);
+  EXPECT_EQ(1, finals());
+  UnloadPackage(nullptr);  // nothing to do, no crash
+  FreeLibrary(pin);
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_pkg.dll")) << "UnloadPackage left the DLL loaded";
+}
+
+TEST(VclPackage, NonPackagesAndMissingFilesRaise) {
+  EXPECT_EQ("Can't load package vclfix_res.dll.\nIt is not a package", PackageError("vclfix_res.dll"));
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_res.dll")) << "a rejected DLL stays loaded";
+
+  const std::string missing = PackageError("no_such_package.dll");
+  EXPECT_EQ(0u, missing.rfind("Can't load package no_such_package.dll.\n", 0)) << missing;
+  EXPECT_NE(std::string::npos, missing.find("(126)")) << "the system's reason, ERROR_MOD_NOT_FOUND: " << missing;
+
+  try {
+    GetPackageInfo(GetModuleHandleA(nullptr));
+    ADD_FAILURE() << "no exception";
+  } catch (EPackageError& e) {
+    EXPECT_STREQ("Module has no package descriptor", e.Message.c_str());
+  }
+}
+
+std::vector<std::string> unitLog;
+Sysinit::TUnitCounter counters[2];
+template <int U>
+void Start() {
+  unitLog.push_back("start " + std::to_string(U) + (counters[U].Start() ? " work" : ""));
+}
+template <int U>
+void Stop() {
+  unitLog.push_back("stop " + std::to_string(U) + (counters[U].Stop() ? " unwork" : ""));
+}
+
+TEST(VclPackage, UnitTablesRunInOrderAndWorkOnce) {
+  const Sysinit::TUnitEntry units[] = {{"A", Start<0>, Stop<0>}, {"Gap", nullptr, nullptr}, {"B", Start<1>, Stop<1>}};
+  Sysinit::InitializeUnits(units, 3);
+  Sysinit::InitializeUnits(units, 3);
+  Sysinit::FinalizeUnits(units, 3);
+  Sysinit::FinalizeUnits(units, 3);
+  EXPECT_EQ((std::vector<std::string>{"start 0 work", "start 1 work", "start 0", "start 1", "stop 1", "stop 0",
+                                      "stop 1 unwork", "stop 0 unwork"}),
+            unitLog);
+}
+
+constexpr int kShared = 100;   // in the package (English) and the satellite (French)
+constexpr int kPackage = 101;  // only in the package
+
+TEST(VclResources, LoadStrSearchesRegisteredModulesNewestFirst) {
+  HMODULE pkg = LoadLibraryA("vclfix_pkg.dll");
+  HMODULE sat = LoadLibraryExA("vclfix_res.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  ASSERT_TRUE(pkg && sat);
+  EXPECT_TRUE(LoadStr(kPackage).IsEmpty()) << "nothing registered yet";
+
+  TLibModule own, local;
+  own.Instance = pkg;
+  RegisterModule(&own);
+  EXPECT_EQ("Package string", LoadStr(kShared).str());
+  EXPECT_EQ(pkg, FindResourceHInstance(pkg));
+
+  local.Instance = GetModuleHandleA(nullptr);
+  local.ResInstance = sat;
+  RegisterModule(&local);
+  RegisterModule(&local);  // twice must not make a loop
+  EXPECT_EQ("Texte du satellite", LoadStr(kShared).str());
+  EXPECT_EQ("Only in the package", LoadStr(kPackage).str()) << "falls through to the older module";
+  EXPECT_EQ(sat, FindResourceHInstance(GetModuleHandleA(nullptr)));
+
+  UnregisterModule(&local);
+  EXPECT_EQ("Package string", LoadStr(kShared).str());
+  UnregisterModule(&local);  // not registered: nothing happens
+  UnregisterModule(&own);
+  EXPECT_TRUE(LoadStr(kShared).IsEmpty());
+  EXPECT_EQ(static_cast<void*>(pkg), FindResourceHInstance(pkg)) << "unregistered: the instance itself";
+
+  FreeLibrary(sat);
+  FreeLibrary(pkg);
+}
+
+// Runs the probe program under a Unix locale and returns its line. Wine takes
+// the UI language from the Unix locale of the process, which a child started
+// through CreateProcess inherits from us whatever its environment block says,
+// so the child is started as a Unix command: env sets LC_ALL, wine runs the
+// probe. Such a child has no process handle; its output file appears by a
+// rename when it is complete.
+std::string RunProbe(const char* locale, const std::string& modulePath, const std::string& outFile) {
+  char exe[MAX_PATH];
+  std::string probe(exe, GetModuleFileNameA(nullptr, exe, MAX_PATH));
+  probe = probe.substr(0, probe.find_last_of('\\') + 1) + "vclfix_langprobe.exe";
+  std::string cmd = std::string("/usr/bin/env LC_ALL=") + locale + " LANGUAGE= wine \"" + probe + "\" \"" + modulePath +
+                    "\" " + std::to_string(kShared) + " \"" + outFile + "\"";
+  DeleteFileA(outFile.c_str());
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  if (!CreateProcessA(nullptr, cmd.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
+    return "(cannot start: error " + std::to_string(GetLastError()) + ")";
+  if (pi.hThread) CloseHandle(pi.hThread);
+  if (pi.hProcess) CloseHandle(pi.hProcess);
+  // A generous limit so that a child that never writes cannot hang the test.
+  for (int i = 0; i < 1200 && GetFileAttributesA(outFile.c_str()) == INVALID_FILE_ATTRIBUTES; ++i) Sleep(50);
+  std::ifstream in(outFile);
+  std::string line;
+  std::getline(in, line);
+  return line;
+}
+
+TEST(VclResources, SatelliteFollowsTheUiLanguageOfAChildProcess) {
+  EXPECT_EQ(nullptr, LoadResourceModule(nullptr));
+  EXPECT_EQ(nullptr, LoadResourceModule(""));
+  if (!GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version"))
+    GTEST_SKIP() << "the Unix locale decides the UI language only under Wine";
+  char temp[MAX_PATH];
+  GetTempPathA(MAX_PATH, temp);
+  const std::string dir = std::string(temp) + "vclres" + std::to_string(GetCurrentProcessId());
+  const std::string app = dir + "\\app.dll", out = dir + "\\probe.txt";  // app.dll itself need not exist
+  auto clean = [&] {
+    for (const char* f : {"\\app.FRA", "\\app.RU", "\\probe.txt"}) DeleteFileA((dir + f).c_str());
+  };
+  clean();
+  CreateDirectoryA(dir.c_str(), nullptr);
+  ASSERT_TRUE(CopyFileA("vclfix_res.dll", (dir + "\\app.FRA").c_str(), FALSE));
+
+  EXPECT_EQ("ui=040C found=1 text=Texte du satellite", RunProbe("fr_FR.UTF-8", app, out)) << "three-letter name";
+  EXPECT_EQ("ui=0419 found=0 text=", RunProbe("ru_RU.UTF-8", app, out)) << "no Russian satellite yet";
+  ASSERT_TRUE(CopyFileA("vclfix_res.dll", (dir + "\\app.RU").c_str(), FALSE));
+  EXPECT_EQ("ui=0419 found=1 text=Texte du satellite", RunProbe("ru_RU.UTF-8", app, out)) << "two-letter name";
+  clean();
+  RemoveDirectoryA(dir.c_str());
+}
+
+}  // namespace
