@@ -12,6 +12,7 @@
 #include <functional>
 #include <vector>
 
+#include "bench/bench_clock.h"
 #include "velkin/draw/gdi_canvas_bitmap.h"
 #include "velkin/draw/tc_draw.h"
 
@@ -20,17 +21,6 @@ using namespace Graphics;
 namespace {
 
 constexpr int kSize = 256;
-
-double Now() {
-  static LARGE_INTEGER freq = [] {
-    LARGE_INTEGER f;
-    QueryPerformanceFrequency(&f);
-    return f;
-  }();
-  LARGE_INTEGER t;
-  QueryPerformanceCounter(&t);
-  return static_cast<double>(t.QuadPart) / static_cast<double>(freq.QuadPart);
-}
 
 // Nanoseconds per iteration of body, timed once.
 double Time(int iterations, const std::function<void(int)>& body) {

@@ -10,23 +10,13 @@
 #include <functional>
 #include <vector>
 
+#include "bench/bench_clock.h"
 #include "velkin/gdi/gdi_brush.h"
 #include "velkin/gdi/gdi_dib.h"
 #include "velkin/gdi/gdi_font.h"
 #include "velkin/gdi/gdi_pen.h"
 
 namespace {
-
-double Now() {
-  static LARGE_INTEGER freq = [] {
-    LARGE_INTEGER f;
-    QueryPerformanceFrequency(&f);
-    return f;
-  }();
-  LARGE_INTEGER t;
-  QueryPerformanceCounter(&t);
-  return static_cast<double>(t.QuadPart) / static_cast<double>(freq.QuadPart);
-}
 
 struct Pair {
   double ours, base;

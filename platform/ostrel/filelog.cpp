@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/strutil.h"
+
 namespace {
 std::mutex logMutex;
 }
@@ -29,13 +31,8 @@ void FILELog(const char* format, ...) {
   if (!format) return;
   va_list args;
   va_start(args, format);
-  va_list again;
-  va_copy(again, args);
-  int n = std::vsnprintf(nullptr, 0, format, args);
+  const MyString text = MessageV(format, args);
   va_end(args);
-  std::vector<char> text(n > 0 ? n + 1 : 1, '\0');
-  if (n > 0) std::vsnprintf(text.data(), text.size(), format, again);
-  va_end(again);
 
   SYSTEMTIME t;
   GetLocalTime(&t);
@@ -46,7 +43,7 @@ void FILELog(const char* format, ...) {
   std::lock_guard<std::mutex> lock(logMutex);
   if (FILE* f = std::fopen(FILELogPath(), "ab")) {
     std::fputs(stamp, f);
-    std::fputs(text.data(), f);
+    std::fputs(text.Text(), f);
     std::fputs("\r\n", f);
     std::fclose(f);
   }

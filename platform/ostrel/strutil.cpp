@@ -27,16 +27,21 @@ int Sprintf(char* buffer, int size, const char* format, ...) {
   return n < size ? n : size - 1;
 }
 
-MyString Message(const char* format, ...) {
+MyString MessageV(const char* format, va_list args) {
   if (!format) return MyString();
-  va_list args;
-  va_start(args, format);
   va_list again;
   va_copy(again, args);
   int n = std::vsnprintf(nullptr, 0, format, args);
-  va_end(args);
   MyString result;
   if (n > 0) std::vsnprintf(result.SetLength(n), static_cast<std::size_t>(n) + 1, format, again);
   va_end(again);
+  return result;
+}
+
+MyString Message(const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  MyString result = MessageV(format, args);
+  va_end(args);
   return result;
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdarg>
 #include <cstddef>
 
 #include "platform/ostrel/mystring.h"
@@ -14,3 +15,4 @@ OSTREL_API int Sprintf(char* buffer, int size, const char* format, ...) __attrib
 
 // printf-style formatting into a new string.
 OSTREL_API MyString Message(const char* format, ...) __attribute__((format(printf, 1, 2)));
+OSTREL_API MyString MessageV(const char* format, va_list args);

@@ -4,15 +4,6 @@
 
 // No start-up or shut-down work: the class factory, blits and directory dialog
 // need none. The counters keep the shape every unit shares.
-#define PELLUM_UNIT_BODY(Unit)               \
-  namespace Unit {                           \
-  namespace {                                \
-  Sysinit::TUnitCounter unitCounter;         \
-  }                                          \
-  void Initialize() { unitCounter.Start(); } \
-  void Finalize() { unitCounter.Stop(); }    \
-  }
-
-PELLUM_UNIT_BODY(Mktclass)
-PELLUM_UNIT_BODY(Gdi_ext)
-PELLUM_UNIT_BODY(Filectrl)
+SYSINIT_EMPTY_UNIT(Mktclass)
+SYSINIT_EMPTY_UNIT(Gdi_ext)
+SYSINIT_EMPTY_UNIT(Filectrl)

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <vector>
 
+#include "platform/ostrel/strutil.h"
+
 namespace System {
 
 // Class names are identifiers: ASCII case folding, independent of the locale
@@ -109,20 +111,11 @@ int AnsiString::ToIntDef(int defaultValue) const {
 }
 
 AnsiString AnsiString::Format(const char* format, ...) {
-  if (!format) return AnsiString();
   va_list args;
   va_start(args, format);
-  va_list again;
-  va_copy(again, args);
-  int n = std::vsnprintf(nullptr, 0, format, args);
+  const MyString text = MessageV(format, args);
   va_end(args);
-  AnsiString r;
-  if (n > 0) {
-    r.SetLength(n);
-    std::vsnprintf(r.data(), static_cast<std::size_t>(n) + 1, format, again);
-  }
-  va_end(again);
-  return r;
+  return AnsiString(text.Text(), text.Length());
 }
 
 }  // namespace System

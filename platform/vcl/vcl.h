@@ -1,6 +1,9 @@
 #pragma once
 // Prelude: brings the framework's classes into scope, as its users expect.
 #include "platform/vcl/classes.h"
+#include "platform/vcl/controls.h"
+#include "platform/vcl/graphics.h"
+#include "platform/vcl/messages.h"
 #include "platform/vcl/package.h"
 #include "platform/vcl/sysutils.h"
 #include "platform/vcl/system.h"
@@ -8,3 +11,5 @@
 using namespace System;
 using namespace Sysutils;
 using namespace Classes;
+using namespace Graphics;
+using namespace Controls;
