@@ -19,15 +19,23 @@ class OSTREL_API MyString {
 
   void Set(const char* text) { s_ = text ? text : ""; }
   void Set(const char* text, int length) { *this = MyString(text, length); }
-  void Add(const char* text) { if (text) s_ += text; }
+  void Add(const char* text) {
+    if (text) s_ += text;
+  }
   void Add(char c) { s_ += c; }
   void Clear() { s_.clear(); }
 
   // Resizes to length bytes (new bytes are zero) and gives the writable buffer.
   char* SetLength(int length);
 
-  MyString& operator+=(const char* text) { Add(text); return *this; }
-  MyString& operator+=(const MyString& other) { s_ += other.s_; return *this; }
+  MyString& operator+=(const char* text) {
+    Add(text);
+    return *this;
+  }
+  MyString& operator+=(const MyString& other) {
+    s_ += other.s_;
+    return *this;
+  }
   friend MyString operator+(MyString a, const MyString& b) { return a += b; }
   bool operator==(const MyString& other) const { return s_ == other.s_; }
   bool operator==(const char* other) const { return s_ == (other ? other : ""); }

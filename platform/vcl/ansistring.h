@@ -42,9 +42,18 @@ class VCL_API AnsiString {
 
   static AnsiString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-  AnsiString& operator+=(const AnsiString& other) { s_ += other.s_; return *this; }
-  AnsiString& operator+=(const char* other) { if (other) s_ += other; return *this; }
-  AnsiString& operator+=(char c) { s_ += c; return *this; }
+  AnsiString& operator+=(const AnsiString& other) {
+    s_ += other.s_;
+    return *this;
+  }
+  AnsiString& operator+=(const char* other) {
+    if (other) s_ += other;
+    return *this;
+  }
+  AnsiString& operator+=(char c) {
+    s_ += c;
+    return *this;
+  }
   friend AnsiString operator+(AnsiString a, const AnsiString& b) { return a += b; }
   friend AnsiString operator+(AnsiString a, const char* b) { return a += b; }
   friend AnsiString operator+(const char* a, const AnsiString& b) { return AnsiString(a) += b; }

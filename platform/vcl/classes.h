@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/vcl/sysutils.h"
 #include "platform/vcl/system.h"
+#include "platform/vcl/sysutils.h"
 #include "platform/vcl/vcl_api.h"
 
 namespace Classes {

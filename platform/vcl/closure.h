@@ -18,15 +18,9 @@ class TClosure<R(A...)> {
   TClosure(std::nullptr_t) {}
 
   template <class C, class M>
-    requires std::is_base_of_v<M, C>
-  TClosure(C* object, R (M::*method)(A...)) {
-    Bind<C>(object, method);
-  }
+  requires std::is_base_of_v<M, C> TClosure(C* object, R (M::*method)(A...)) { Bind<C>(object, method); }
   template <class C, class M>
-    requires std::is_base_of_v<M, C>
-  TClosure(C* object, R (M::*method)(A...) const) {
-    Bind<C>(object, method);
-  }
+  requires std::is_base_of_v<M, C> TClosure(C* object, R (M::*method)(A...) const) { Bind<C>(object, method); }
 
   bool IsSet() const { return call_ != nullptr; }
   explicit operator bool() const { return IsSet(); }

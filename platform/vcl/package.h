@@ -53,13 +53,13 @@ class TUnitCounter {
 
 // Defines Unit::Initialize/Finalize for a unit without start-up or shut-down
 // work: only its once-only counter moves.
-#define SYSINIT_EMPTY_UNIT(Unit)                       \
-  namespace Unit {                                     \
-  namespace {                                          \
-  ::Sysinit::TUnitCounter unitCounter;                 \
-  }                                                    \
-  void Initialize() { unitCounter.Start(); }           \
-  void Finalize() { unitCounter.Stop(); }              \
+#define SYSINIT_EMPTY_UNIT(Unit)             \
+  namespace Unit {                           \
+  namespace {                                \
+  ::Sysinit::TUnitCounter unitCounter;       \
+  }                                          \
+  void Initialize() { unitCounter.Start(); } \
+  void Finalize() { unitCounter.Stop(); }    \
   }
 
 // Runs every unit's Initialize first to last / every Finalize last to first.

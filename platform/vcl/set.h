@@ -34,9 +34,18 @@ class Set {
   Set operator+(const Set& o) const { return Set(bits_ | o.bits_); }
   Set operator*(const Set& o) const { return Set(bits_ & o.bits_); }
   Set operator-(const Set& o) const { return Set(bits_ & ~o.bits_); }
-  Set& operator+=(const Set& o) { bits_ |= o.bits_; return *this; }
-  Set& operator*=(const Set& o) { bits_ &= o.bits_; return *this; }
-  Set& operator-=(const Set& o) { bits_ &= ~o.bits_; return *this; }
+  Set& operator+=(const Set& o) {
+    bits_ |= o.bits_;
+    return *this;
+  }
+  Set& operator*=(const Set& o) {
+    bits_ &= o.bits_;
+    return *this;
+  }
+  Set& operator-=(const Set& o) {
+    bits_ &= ~o.bits_;
+    return *this;
+  }
   bool operator==(const Set& o) const { return bits_ == o.bits_; }
 
  private:

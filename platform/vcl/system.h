@@ -26,17 +26,17 @@ struct VCL_API TMetaClass {
 };
 
 // Puts the class-information members into a class declaration.
-#define VCL_CLASS()                                \
- public:                                           \
+#define VCL_CLASS()                                 \
+ public:                                            \
   static const ::System::TMetaClass* StaticClass(); \
   const ::System::TMetaClass* ClassType() const override
 
 // Defines them, in one source file of the class's package.
-#define VCL_CLASS_IMPL(Cls, ParentCls)                                             \
-  const ::System::TMetaClass* Cls::StaticClass() {                                 \
-    static const ::System::TMetaClass meta{#Cls, ParentCls::StaticClass()};        \
-    return &meta;                                                                  \
-  }                                                                                \
+#define VCL_CLASS_IMPL(Cls, ParentCls)                                      \
+  const ::System::TMetaClass* Cls::StaticClass() {                          \
+    static const ::System::TMetaClass meta{#Cls, ParentCls::StaticClass()}; \
+    return &meta;                                                           \
+  }                                                                         \
   const ::System::TMetaClass* Cls::ClassType() const { return Cls::StaticClass(); }
 
 class VCL_API TObject {

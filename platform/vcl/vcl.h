@@ -5,8 +5,8 @@
 #include "platform/vcl/graphics.h"
 #include "platform/vcl/messages.h"
 #include "platform/vcl/package.h"
-#include "platform/vcl/sysutils.h"
 #include "platform/vcl/system.h"
+#include "platform/vcl/sysutils.h"
 
 using namespace System;
 using namespace Sysutils;
