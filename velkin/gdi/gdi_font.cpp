@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/ostrel/strcompare.h"
 #include "platform/vcl/graphics_font.h"
 #include "velkin/gdi/gdi_temp.h"
 
@@ -87,7 +88,7 @@ void HCustomGDIFont::SetStrikeout(bool value) {
 }
 
 void HCustomGDIFont::SetFontName(const System::AnsiString& value) {
-  if (lstrcmpiA(logFont_.lfFaceName, value.c_str()) == 0) return;
+  if (StrCmp(logFont_.lfFaceName, value.c_str(), -1, StrCmpIgnoreCase) == 0) return;
   Changing();
   std::strncpy(logFont_.lfFaceName, value.c_str(), LF_FACESIZE);
   logFont_.lfFaceName[LF_FACESIZE - 1] = 0;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/strcol.h"
 #include "platform/vcl/graphics_pen.h"
 
 VCL_CLASS_IMPL(HCustomGDIPen, HGDIObject)
@@ -48,19 +49,11 @@ void HCustomGDIPen::SetRoundEnd(bool value) {
 }
 
 void HCustomGDIPen::SetPattern(const System::AnsiString& text) {
-  // Fields between commas; an empty text has none.
+  // Fields between commas (adjacent commas enclose an empty field, which
+  // converts to 0 and so refuses the text); an empty text has none.
   std::vector<long> runs;
-  const std::string& s = text.str();
-  if (!s.empty()) {
-    std::size_t start = 0;
-    for (;;) {
-      const std::size_t comma = s.find(',', start);
-      const std::string field = s.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
-      runs.push_back(std::strtol(field.c_str(), nullptr, 10));
-      if (comma == std::string::npos) break;
-      start = comma + 1;
-    }
-  }
+  const int fields = StrColCount(text.c_str(), ",");
+  for (int i = 1; i <= fields; ++i) runs.push_back(std::atol(StrGetCol(text.c_str(), i, ",").Text()));
   long long sum = 0;
   std::string normalised;
   for (long run : runs) {

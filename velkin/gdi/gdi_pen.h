@@ -21,8 +21,8 @@ class VELKIN_API HCustomGDIPen : public HGDIObject {
   HCustomGDIPen();
   ~HCustomGDIPen() override;
 
-  // The colour setter raises Changed(), every other setter Dirtied(); all of
-  // them notify even when the value is the same.
+  // SetColor and SetPattern raise Changed(), every other setter Dirtied(); all
+  // of them notify even when the value is the same (a refused pattern does not).
   Graphics::TColor GetColor() const { return color_; }
   void SetColor(Graphics::TColor value);
   int GetWidth() const { return width_; }

@@ -259,4 +259,43 @@ TEST(CanvasBackings, BitmapPlacements) {
   }
 }
 
+TEST(CanvasBackings, TransDrawAndCutDraw) {
+  TBitmap bmp;
+  bmp.SetSize(4, 3);
+  HBitmapCanvas pic;  // a 4 x 3 picture: blue, with a white middle
+  pic.Resize(4, 3);
+  pic.Fill(MyRect{0, 0, 4, 3}, clBlue);
+  pic.Fill(MyRect{1, 1, 3, 2}, clWhite);
+  pic.CopyTo(bmp.GetCanvas()->GetHandle());
+
+  HBitmapCanvas c;
+  c.Resize(12, 4);
+  c.Fill(MyRect{0, 0, 12, 4}, clSilver);
+  c.TransDraw(MyPoint{0, 0}, nullptr, clWhite);  // a null bitmap draws nothing
+  c.Draw(MyPoint{0, 0}, nullptr);
+  c.Draw(MyPoint{0, 0}, &bmp);
+  c.TransDraw(MyPoint{5, 0}, &bmp, clWhite);
+  c.Draw(MyRect{9, 0, 12, 2}, &bmp, HBT_Copy);  // cut to the rectangle
+  EXPECT_EQ(Picture(Of(c), 12, 4), Picture({"BBBB.BBBBBBB", "BWWB.B..BBWW", "BBBB.BBBB...", "............"}));
+}
+
+TEST(CanvasBackings, AntiAliasedCopySmoothsTheClipArea) {
+  HBitmapCanvas c;
+  c.Resize(8, 4);
+  c.Fill(MyRect{0, 0, 4, 4}, clBlack);
+  c.Fill(MyRect{4, 0, 8, 4}, clWhite);
+  Surface plain(8, 4), smooth(8, 4);
+  c.CopyTo(plain.Dc());
+  EXPECT_EQ(Diff(plain.Read(), Of(c), 8, 4), "") << "without the flag a plain copy";
+  c.SetAntiAlias(true);
+  c.CopyTo(smooth.Dc());
+  // The sample at x = 4 averages itself (white), the pixel two to its left
+  // (black) and, away from the bottom line, the pixel two lines below (white).
+  EXPECT_EQ(smooth.At(4, 0), 0xAAAAAAu);
+  EXPECT_EQ(smooth.At(4, 3), 0x7F7F7Fu) << "the bottom line has no line below";
+  EXPECT_EQ(smooth.At(5, 1), 0xFFFFFFu) << "pixels between samples are copied as drawn";
+  EXPECT_EQ(smooth.At(1, 1), 0x000000u);
+  EXPECT_EQ(At(c.GetDib(), 4, 0), 0xFFFFFFu) << "the canvas itself is untouched";
+}
+
 }  // namespace
