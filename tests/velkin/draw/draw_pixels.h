@@ -3,16 +3,21 @@
 // pictures of one letter per pixel so that a failure prints both pictures.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <ostream>
 #include <string>
-#include <vector>
 
 #include "platform/vcl/graphics_bitmap.h"
 #include "velkin/draw/gdi_canvas_bitmap.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/gdi/gdi_dib.h"
+
+inline std::ostream& operator<<(std::ostream& os, const MyRect& r) {
+  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
+}
 
 namespace draw_pixels {
 
@@ -21,16 +26,12 @@ using Reader = std::function<uint32_t(int x, int y)>;
 // A colour as 0x00BBGGRR (TColor, COLORREF) read back as a pixel.
 inline uint32_t Px(unsigned long c) { return ((c & 0xFF) << 16) | (c & 0xFF00) | ((c >> 16) & 0xFF); }
 
-// Pixel (x, y), y from the top, of a bottom-up DIB; 32-bit pixels read
-// 0x00RRGGBB.
-inline uint32_t At(HGDIDib32* dib, int x, int y) {
-  GdiFlush();
-  const auto* bits = static_cast<const uint8_t*>(dib->GetData()) + (dib->GetHeight() - 1 - y) * dib->GetLineSize();
-  return reinterpret_cast<const uint32_t*>(bits)[x] & 0xFFFFFF;
-}
-
 inline Reader Of(HBitmapCanvas& c) {
-  return [&c](int x, int y) { return At(c.GetDib(), x, y); };
+  return [&c](int x, int y) {  // a bottom-up DIB
+    GdiFlush();
+    const HGDIDib32* d = c.GetDib();
+    return static_cast<const uint32_t*>(d->GetData())[(d->GetHeight() - 1 - y) * d->GetLineSize() / 4 + x] & 0xFFFFFF;
+  };
 }
 
 inline Reader Of(Graphics::TBitmap& bmp) {
@@ -44,17 +45,12 @@ inline Reader Of(Graphics::TBitmap& bmp) {
 class Surface {
  public:
   Surface(int w, int h, uint32_t fill = 0) : w_(w), h_(h), dc_(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO bi{};
-    bi.bmiHeader.biSize = sizeof bi.bmiHeader;
-    bi.bmiHeader.biWidth = w;
-    bi.bmiHeader.biHeight = -h;  // top-down
-    bi.bmiHeader.biPlanes = 1;
-    bi.bmiHeader.biBitCount = 32;
+    BITMAPINFO bi{{sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
     void* bits = nullptr;
     bmp_ = CreateDIBSection(dc_, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
     bits_ = static_cast<uint32_t*>(bits);
     old_ = SelectObject(dc_, bmp_);
-    for (int i = 0; i < w * h; ++i) bits_[i] = fill;
+    std::fill(bits_, bits_ + w * h, fill);
   }
   ~Surface() {
     SelectObject(dc_, old_);
@@ -62,7 +58,6 @@ class Surface {
     DeleteDC(dc_);
   }
   Surface(const Surface&) = delete;
-  Surface& operator=(const Surface&) = delete;
   HDC Dc() const { return dc_; }
   uint32_t At(int x, int y) const {
     GdiFlush();
@@ -74,12 +69,6 @@ class Surface {
   Reader Read() const {
     return [this](int x, int y) { return At(x, y); };
   }
-  // The pixels as they are now, kept.
-  Reader Snapshot() const {
-    GdiFlush();
-    std::vector<uint32_t> copy(bits_, bits_ + w_ * h_);
-    return [copy, w = w_](int x, int y) { return copy[y * w + x] & 0xFFFFFF; };
-  }
 
  private:
   int w_, h_;
@@ -90,26 +79,20 @@ class Surface {
 };
 
 // Letters for the colours the tests use; '?' for any other.
-inline char Letter(uint32_t rgb) {
-  const uint32_t colours[] = {0xC0C0C0, 0xFFFFFF, 0x808080, 0x000000, 0xFF0000, 0x0000FF, 0x00FF00};
-  for (int i = 0; i < 7; ++i)
-    if (colours[i] == rgb) return ".WGKRBL"[i];
-  return '?';
-}
-
 inline std::string Picture(const Reader& read, int w, int h) {
+  const uint32_t colours[] = {0xC0C0C0, 0xFFFFFF, 0x808080, 0x000000, 0xFF0000, 0x0000FF, 0x00FF00};
   std::string s;
   for (int y = 0; y < h; ++y) {
     s += '\n';
-    for (int x = 0; x < w; ++x) s += Letter(read(x, y));
+    for (int x = 0; x < w; ++x) s += ".WGKRBL?"[std::find(colours, colours + 7, read(x, y)) - colours];
   }
   return s;
 }
 
-inline std::string Picture(std::initializer_list<const char*> rows) {
-  std::string s;
-  for (const char* r : rows) (s += '\n') += r;
-  return s;
+// Rows written apart by spaces, as Picture prints them.
+inline std::string Rows(std::string rows) {
+  std::replace(rows.begin(), rows.end(), ' ', '\n');
+  return '\n' + rows;
 }
 
 // Empty when a and b agree on every pixel, else the count and the first one.
@@ -137,10 +120,9 @@ struct BothSurfaces {
     TC_Fill(&hc, MyRect{0, 0, w, h}, Graphics::clSilver);
   }
   template <class Draw>
-  BothSurfaces& Run(Draw draw) {
+  void Run(Draw draw) {
     draw(bmp.GetCanvas());
     draw(static_cast<HCustomCanvas*>(&hc));
-    return *this;
   }
   Reader Framework() { return Of(bmp); }
   Reader Own() { return Of(hc); }
@@ -150,11 +132,11 @@ struct BothSurfaces {
   HBitmapCanvas hc;
 };
 
-// Both families draw `expected`.
-#define EXPECT_BOTH_PICTURE(s, expected, what)                                            \
+// Both families draw `rows`.
+#define EXPECT_BOTH_PICTURE(s, rows, what)                                                \
   do {                                                                                    \
-    EXPECT_EQ(Picture((s).Framework(), (s).w, (s).h), (expected)) << what << ", TCanvas"; \
-    EXPECT_EQ(Picture((s).Own(), (s).w, (s).h), (expected)) << what << ", HCustomCanvas"; \
+    EXPECT_EQ(Picture((s).Framework(), (s).w, (s).h), Rows(rows)) << what << ", TCanvas"; \
+    EXPECT_EQ(Picture((s).Own(), (s).w, (s).h), Rows(rows)) << what << ", HCustomCanvas"; \
   } while (0)
 
 }  // namespace draw_pixels

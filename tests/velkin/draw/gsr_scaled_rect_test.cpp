@@ -1,18 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <tuple>
 
 #include "platform/vcl/sysutils.h"
+#include "tests/velkin/draw/draw_pixels.h"
 #include "velkin/draw/tc_gsr.h"
-
-static std::ostream& operator<<(std::ostream& os, const MyRect& r) {
-  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
-}
 
 namespace {
 
-TEST(TcGsrScaledRect, SizeModesPlacementsAndCorrections) {
+TEST(TcGsrScaledRect, SizeModesPlacementsCorrectionsAndZeroSizes) {
   const MyRect a{0, 0, 100, 100}, b{10, 10, 110, 60};
   const struct {
     MyRect area;
@@ -68,21 +64,19 @@ TEST(TcGsrScaledRect, SizeModesPlacementsAndCorrections) {
       {{0, 0, 100, 50}, 100, 0, gsrFit, {0, 0, 100, 0}},  // no fall-back to the height division
   };
   for (const auto& c : cases) {
-    const MyRect got = GetScaledRect(c.area, c.w, c.h, c.flags);
-    EXPECT_EQ(got, c.expected) << "area " << c.area << ", picture " << c.w << "x" << c.h << ", flags 0x" << std::hex
-                               << c.flags << std::dec << "\n  actual   " << got << "\n  expected " << c.expected;
+    EXPECT_EQ(GetScaledRect(c.area, c.w, c.h, c.flags), c.expected)
+        << "area " << c.area << ", picture " << c.w << "x" << c.h << ", flags 0x" << std::hex << c.flags;
   }
-}
-
-TEST(TcGsrScaledRect, ZeroPictureSideRaisesWhereItDivides) {
+  // A zero picture side raises where it divides.
   for (auto [w, h, flags] :
        {std::tuple{0, 10, gsrFitWidth}, std::tuple{10, 0, gsrFitHeight}, std::tuple{0, 10, gsrFit}}) {
+    std::string message = "no exception";
     try {
       GetScaledRect(MyRect{0, 0, 100, 50}, w, h, flags);
-      ADD_FAILURE() << "no exception for " << w << "x" << h << " mode " << flags;
     } catch (const Sysutils::Exception& e) {
-      EXPECT_STREQ("Division by zero", e.Message.c_str());
+      message = e.Message.c_str();
     }
+    EXPECT_EQ(message, "Division by zero") << w << "x" << h << " mode " << flags;
   }
 }
 

@@ -1,11 +1,10 @@
 // Child process of the cross-process optex test:
 //   velkin_sync_optex_child OPTEX_NAME COUNTER_MAPPING ITERATIONS
-// Counts itself in the fourth word of the mapping and then ITERATIONS times
-// enters the named optex (every seventh time twice, nested) and increments an
-// unguarded counter in the first word with a gap between its read and its
-// write. The second word counts who is inside, the third entries that found
-// another process inside. Exit code 0 on success, 2 on bad arguments, 3 when
-// the mapping is missing, 4 when the optex broke into the debugger.
+// Counts itself in the fourth word of the mapping, then ITERATIONS times
+// enters the named optex and increments an unguarded counter in the first word
+// with a gap between its read and its write. Exit code 0 on success, 2 on bad
+// arguments, 3 when the mapping is missing, 4 when the optex broke into the
+// debugger.
 #include <windows.h>
 
 #include <cstdlib>
@@ -23,16 +22,9 @@ int main(int argc, char** argv) {
   InterlockedIncrement(const_cast<long*>(shared + 3));
   for (int i = 0, iterations = std::atoi(argv[3]); i < iterations; ++i) {
     lock.Enter();
-    const bool nested = i % 7 == 0;
-    if (nested) lock.Enter();
-    const long others = shared[1];
-    shared[1] = others + 1;
-    if (others != 0) shared[2] = shared[2] + 1;
     const long value = shared[0];
     if (i % 32 == 0) SwitchToThread();  // widen the window a broken lock would leave open
     shared[0] = value + 1;
-    shared[1] = shared[1] - 1;
-    if (nested) lock.Leave();
     lock.Leave();
   }
   UnmapViewOfFile(const_cast<long*>(shared));

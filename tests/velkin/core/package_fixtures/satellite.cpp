@@ -1,1 +1,0 @@
-// The satellite DLL carries resources only (satellite.rc); it is loaded as data.
