@@ -1,7 +1,7 @@
 # Thin front over the CMake presets. Every target installs what is missing first.
 PRESET ?= default
 BUILD  := build/$(PRESET)
-RUN    := tools/winerun --state $(BUILD)/wine
+RUN    := $(CURDIR)/tools/winerun --state $(CURDIR)/$(BUILD)/wine
 
 .PHONY: setup configure build demo test bench format clean
 
@@ -17,7 +17,7 @@ build: configure
 # Builds and runs the gallery host: loads velkin.dll as a package and shows it working.
 demo: build
 	@$(RUN) --prepare
-	@cd $(BUILD)/bin && ../../../$(RUN) gallery.exe; rc=$$?; ../../../$(RUN) --shutdown; exit $$rc
+	@cd $(BUILD)/bin && $(RUN) gallery.exe; rc=$$?; $(RUN) --shutdown; exit $$rc
 
 # Builds and runs every test; the last lines are CTest's summary.
 # The Wine prefix is made first (once, ~20 s): CTest lists each program's cases
