@@ -122,7 +122,7 @@ void TBitmap::Assign(Classes::TPersistent* source) {
 }
 
 void TBitmap::Changed() {
-  if (OnChange) OnChange(this);
+  if (onChange_) onChange_(this);
 }
 
 }  // namespace Graphics

@@ -37,7 +37,8 @@ class VCL_API TBitmap : public Classes::TPersistent {
   // From another TBitmap: size and pixels.
   void Assign(Classes::TPersistent* source) override;
 
-  System::TNotifyEvent OnChange;
+  System::TNotifyEvent GetOnChange() const { return onChange_; }
+  void SetOnChange(System::TNotifyEvent value) { onChange_ = value; }
 
  private:
   friend class TBitmapCanvas;
@@ -49,6 +50,7 @@ class VCL_API TBitmap : public Classes::TPersistent {
   HBITMAP handle_ = nullptr;
   void* bits_ = nullptr;
   TCanvas* canvas_ = nullptr;
+  System::TNotifyEvent onChange_;
 };
 
 }  // namespace Graphics

@@ -17,9 +17,9 @@ const int kRop2[] = {R2_BLACK,       R2_WHITE,      R2_NOP,         R2_NOT,     
 }  // namespace
 
 TCanvas::TCanvas() : pen_(new TPen), brush_(new TBrush), font_(new TFont) {
-  pen_->OnChange = System::TNotifyEvent(this, &TCanvas::PenChanged);
-  brush_->OnChange = System::TNotifyEvent(this, &TCanvas::BrushChanged);
-  font_->OnChange = System::TNotifyEvent(this, &TCanvas::FontChanged);
+  pen_->SetOnChange(System::TNotifyEvent(this, &TCanvas::PenChanged));
+  brush_->SetOnChange(System::TNotifyEvent(this, &TCanvas::BrushChanged));
+  font_->SetOnChange(System::TNotifyEvent(this, &TCanvas::FontChanged));
 }
 
 TCanvas::~TCanvas() {
@@ -115,11 +115,11 @@ void TCanvas::FontChanged(System::TObject*) {
 }
 
 void TCanvas::Changing() {
-  if (OnChanging) OnChanging(this);
+  if (onChanging_) onChanging_(this);
 }
 
 void TCanvas::Changed() {
-  if (OnChange) OnChange(this);
+  if (onChange_) onChange_(this);
 }
 
 MyPoint TCanvas::GetPenPos() {

@@ -75,8 +75,10 @@ class VCL_API TCanvas : public Classes::TPersistent {
   void Draw(int x, int y, TBitmap* bitmap);
   void CopyRect(const MyRect& dest, TCanvas* source, const MyRect& sourceRect);
 
-  System::TNotifyEvent OnChange;
-  System::TNotifyEvent OnChanging;
+  System::TNotifyEvent GetOnChange() const { return onChange_; }
+  void SetOnChange(System::TNotifyEvent value) { onChange_ = value; }
+  System::TNotifyEvent GetOnChanging() const { return onChanging_; }
+  void SetOnChanging(System::TNotifyEvent value) { onChanging_ = value; }
 
  protected:
   // Makes the context when GetHandle finds none; the default makes none.
@@ -105,6 +107,8 @@ class VCL_API TCanvas : public Classes::TPersistent {
   HGDIOBJ oldPen_ = nullptr;
   HGDIOBJ oldBrush_ = nullptr;
   HGDIOBJ oldFont_ = nullptr;
+  System::TNotifyEvent onChange_;
+  System::TNotifyEvent onChanging_;
 };
 
 }  // namespace Graphics

@@ -10,12 +10,16 @@ class VCL_API TGraphicsObject : public Classes::TPersistent {
   VCL_CLASS();
 
  public:
-  System::TNotifyEvent OnChange;
+  System::TNotifyEvent GetOnChange() const { return onChange_; }
+  void SetOnChange(System::TNotifyEvent value) { onChange_ = value; }
 
  protected:
   // Fires OnChange; subclasses drop their OS handle afterwards, so a canvas
   // listening here deselects it while it still exists.
   virtual void Changed();
+
+ private:
+  System::TNotifyEvent onChange_;
 };
 
 }  // namespace Graphics

@@ -13,7 +13,7 @@ VCL_CLASS_IMPL(TBrush, TGraphicsObject)
 VCL_CLASS_IMPL(TFont, TGraphicsObject)
 
 void TGraphicsObject::Changed() {
-  if (OnChange) OnChange(this);
+  if (onChange_) onChange_(this);
 }
 
 // ---- TPen

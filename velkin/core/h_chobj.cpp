@@ -50,23 +50,23 @@ void HChangableObject::Deleting() { DoDeleting(); }
 
 void HChangableObject::DoUnlock(bool silent) {
   if (!lockOnChange_ && lockCount_ == 0 && !silent) Changed();
-  if (OnUnlock) OnUnlock(this, silent);
+  if (HUnlockEvent event = GetOnUnlock()) event(this, silent);
 }
 
 void HChangableObject::DoLock() {
-  if (OnLock) OnLock(this);
+  if (onLock_) onLock_(this);
 }
 
 void HChangableObject::DoChanging() {
-  if (OnChanging) OnChanging(this);
+  if (onChanging_) onChanging_(this);
 }
 
 void HChangableObject::DoChanged() {
-  if (OnChanged) OnChanged(this);
+  if (onChanged_) onChanged_(this);
 }
 
 void HChangableObject::DoDeleting() {
-  if (OnDeleting) OnDeleting(this);
+  if (onDeleting_) onDeleting_(this);
 }
 
 void HSizableObject::SetDirty(bool value) {
@@ -83,9 +83,9 @@ void HSizableObject::Dirtied() {
 
 void HSizableObject::DoUnlock(bool silent) {
   if (!lockOnChange_ && !GetLocked() && !silent) Dirtied();
-  if (OnUnlock) OnUnlock(this, silent);
+  if (HUnlockEvent event = GetOnUnlock()) event(this, silent);
 }
 
 void HSizableObject::DoDirtied() {
-  if (OnDirtied) OnDirtied(this);
+  if (onDirtied_) onDirtied_(this);
 }

@@ -38,11 +38,16 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
   void Changed();
   void Deleting();
 
-  System::TNotifyEvent OnChanging;
-  System::TNotifyEvent OnChanged;
-  System::TNotifyEvent OnDeleting;
-  System::TNotifyEvent OnLock;
-  HUnlockEvent OnUnlock;
+  System::TNotifyEvent GetOnChanging() const { return onChanging_; }
+  void SetOnChanging(System::TNotifyEvent value) { onChanging_ = value; }
+  System::TNotifyEvent GetOnChanged() const { return onChanged_; }
+  void SetOnChanged(System::TNotifyEvent value) { onChanged_ = value; }
+  System::TNotifyEvent GetOnDeleting() const { return onDeleting_; }
+  void SetOnDeleting(System::TNotifyEvent value) { onDeleting_ = value; }
+  System::TNotifyEvent GetOnLock() const { return onLock_; }
+  void SetOnLock(System::TNotifyEvent value) { onLock_ = value; }
+  HUnlockEvent GetOnUnlock() const { return onUnlock_; }
+  void SetOnUnlock(HUnlockEvent value) { onUnlock_ = value; }
 
  protected:
   virtual void DoUnlock(bool silent);
@@ -60,6 +65,11 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
   // from the destructor (objects destroyed without delete).
   void AnnounceDestruction();
   bool destructionAnnounced_ = false;
+  System::TNotifyEvent onChanging_;
+  System::TNotifyEvent onChanged_;
+  System::TNotifyEvent onDeleting_;
+  System::TNotifyEvent onLock_;
+  HUnlockEvent onUnlock_;
 };
 
 // A change-tracking object holding a resource that must be rebuilt after its
@@ -75,11 +85,15 @@ class VELKIN_API HSizableObject : public HChangableObject {
   void SetDirty(bool value);
   void Dirtied();
 
-  System::TNotifyEvent OnDirtied;
+  System::TNotifyEvent GetOnDirtied() const { return onDirtied_; }
+  void SetOnDirtied(System::TNotifyEvent value) { onDirtied_ = value; }
 
  protected:
   void DoUnlock(bool silent) override;
   virtual void DoDirtied();
 
   bool dirty_ = false;
+
+ private:
+  System::TNotifyEvent onDirtied_;
 };

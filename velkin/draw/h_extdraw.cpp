@@ -23,7 +23,7 @@ bool Horizontal(TAlign align) { return align == Controls::alTop || align == Cont
 }  // namespace
 
 HCaptionLayout TC_WinCaptionLayout(const MyRect& bar, const HCaptionTypes& parts, TAlign align) {
-  static constexpr HCaptionType order[5] = {hctClose, hctRestore, hctMaximize, hctMinimize, hctHelp};
+  static constexpr HCaptionType order[5] = {HCT_Close, HCT_Restore, HCT_Maximize, HCT_Minimize, HCT_Help};
   HCaptionLayout l;
   const MyRect inner{bar.left + 2, bar.top + 2, bar.right - 2, bar.bottom - 2};
   l.Text = inner;
@@ -56,20 +56,20 @@ int TC_WinCaptionHitTest(const MyRect& bar, const HCaptionTypes& parts, TAlign a
   const HCaptionLayout l = TC_WinCaptionLayout(bar, parts, align);
   for (int i = 0; i < l.Count; ++i)
     if (Inside(l.Button[i], p)) return l.Kind[i];
-  return parts.Contains(hctCaption) ? hctCaption : 0;
+  return parts.Contains(HCT_Caption) ? HCT_Caption : 0;
 }
 
 namespace {
 
 UINT ButtonKind(HCaptionType t) {
   switch (t) {
-    case hctMinimize:
+    case HCT_Minimize:
       return DFCS_CAPTIONMIN;
-    case hctMaximize:
+    case HCT_Maximize:
       return DFCS_CAPTIONMAX;
-    case hctRestore:
+    case HCT_Restore:
       return DFCS_CAPTIONRESTORE;
-    case hctHelp:
+    case HCT_Help:
       return DFCS_CAPTIONHELP;
     default:
       return DFCS_CAPTIONCLOSE;
@@ -102,16 +102,16 @@ void TC_WinCaptionDraw(TCanvas* canvas, const MyRect& bar, const HCaptionTypes& 
   if (!canvas || bar.IsEmpty()) return;
   const bool horizontal = Horizontal(align);
   UINT state = 0;
-  if (parts.Contains(hctPushed)) state |= DFCS_PUSHED;
-  if (parts.Contains(hctFlat)) state |= DFCS_FLAT;
-  if (parts.Contains(hctInactive)) state |= DFCS_INACTIVE;
+  if (parts.Contains(HCT_Pushed)) state |= DFCS_PUSHED;
+  if (parts.Contains(HCT_Flat)) state |= DFCS_FLAT;
+  if (parts.Contains(HCT_Inactive)) state |= DFCS_INACTIVE;
 
-  if (parts.Contains(hctGradient))
+  if (parts.Contains(HCT_Gradient))
     GradientFill(canvas, bar, horizontal);
-  else if (parts.Contains(hctFill))
+  else if (parts.Contains(HCT_Fill))
     TC_Fill(canvas, bar, Graphics::clDefault);
   HDC dc = canvas->GetHandle();
-  if (parts.Contains(hctEdge)) {
+  if (parts.Contains(HCT_Edge)) {
     RECT e{bar.left, bar.top, bar.right, bar.bottom};
     DrawEdge(dc, &e, BDR_RAISEDINNER, BF_RECT);
   }
@@ -129,7 +129,7 @@ void TC_WinCaptionDraw(TCanvas* canvas, const MyRect& bar, const HCaptionTypes& 
   if (horizontal) {
     t.left = std::min(t.left + 2, t.right);
     t.right = std::max(t.right - 1, t.left);
-    TC_TextOut(canvas, t, text, color, DT_VCENTER | (parts.Contains(hctCenterText) ? DT_CENTER : 0u));
+    TC_TextOut(canvas, t, text, color, DT_VCENTER | (parts.Contains(HCT_CenterText) ? DT_CENTER : 0u));
   } else {
     t.bottom = std::max(t.bottom - 2, t.top);
     t.top = std::min(t.top + 1, t.bottom);

@@ -18,20 +18,20 @@ class TCanvas;
 // the order close, restore, maximise, minimise, help; one that is not in the
 // set takes no room.
 enum HCaptionType : unsigned char {
-  hctNone = 0,
-  hctFill = 1,        // fill the bar with the canvas brush colour
-  hctGradient = 2,    // fill with a gradient from the brush colour to the button face colour (wins over hctFill)
-  hctCenterText = 3,  // centre the text of a horizontal bar (vertical text is always centred)
-  hctPushed = 4,      // buttons drawn pushed
-  hctInactive = 5,    // buttons drawn inactive
-  hctFlat = 6,        // buttons drawn flat
-  hctCaption = 7,     // the caption area itself (hit-test result)
-  hctEdge = 8,        // a raised one-pixel edge round the bar
-  hctMinimize = 9,
-  hctMaximize = 10,
-  hctRestore = 11,
-  hctClose = 12,
-  hctHelp = 13,
+  HCT_None = 0,
+  HCT_Fill = 1,        // fill the bar with the canvas brush colour
+  HCT_Gradient = 2,    // fill with a gradient from the brush colour to the button face colour (wins over HCT_Fill)
+  HCT_CenterText = 3,  // centre the text of a horizontal bar (vertical text is always centred)
+  HCT_Pushed = 4,      // buttons drawn pushed
+  HCT_Inactive = 5,    // buttons drawn inactive
+  HCT_Flat = 6,        // buttons drawn flat
+  HCT_Caption = 7,     // the caption area itself (hit-test result)
+  HCT_Edge = 8,        // a raised one-pixel edge round the bar
+  HCT_Minimize = 9,
+  HCT_Maximize = 10,
+  HCT_Restore = 11,
+  HCT_Close = 12,
+  HCT_Help = 13,
 };
 using HCaptionTypes = System::Set<HCaptionType, 0, 13>;
 
@@ -48,8 +48,8 @@ struct HCaptionLayout {
 };
 VELKIN_API HCaptionLayout TC_WinCaptionLayout(const MyRect& bar, const HCaptionTypes& parts, Controls::TAlign align);
 
-// The part under p: a button value (9-13), hctCaption for any other point of
-// the bar when hctCaption is in parts, else 0; 0 for a point outside the bar
+// The part under p: a button value (9-13), HCT_Caption for any other point of
+// the bar when HCT_Caption is in parts, else 0; 0 for a point outside the bar
 // (right and bottom edges are outside).
 VELKIN_API int TC_WinCaptionHitTest(const MyRect& bar, const HCaptionTypes& parts, Controls::TAlign align,
                                     const MyPoint& p);

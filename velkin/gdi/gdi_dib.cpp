@@ -42,12 +42,12 @@ void* HGDIDib::DoCreateHandle() {
 bool HGDIDib::EnsureLive() {
   // A handle destroyed since the last creation leaves bits_ pointing at freed
   // memory: make a new DIB rather than hand that out.
-  if (!bits_ || !FHandleValid) GetHandle();
-  return FHandleValid && bits_;
+  if (!bits_ || !handleValid_) GetHandle();
+  return handleValid_ && bits_;
 }
 
 int64_t HGDIDib::LiveSize() const {
-  if (!FHandleValid || !bits_) return 0;
+  if (!handleValid_ || !bits_) return 0;
   const int64_t lines = std::llabs(static_cast<int64_t>(section_.dsBm.bmHeight));
   const int64_t whole = static_cast<int64_t>(section_.dsBm.bmWidthBytes) * lines;
   const int64_t image = section_.dsBmih.biSizeImage;

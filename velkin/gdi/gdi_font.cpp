@@ -122,11 +122,11 @@ MyPoint HCustomGDIFont::TextSize(const char* text, void* dc) {
   void* chosen = dc ? dc : shared->GetDC();
   RECT rect{0, 0, 0, 0};
   Refresh();
-  if (!FSelected) Select(chosen);
+  if (!selected_) Select(chosen);
   if (!text) text = "";
-  if (FSelectedDC)
-    DrawTextA(static_cast<HDC>(FSelectedDC), text, static_cast<int>(std::strlen(text)), &rect, DT_CALCRECT);
-  if (chosen == FSelectedDC) Restore();
+  if (selectedDC_)
+    DrawTextA(static_cast<HDC>(selectedDC_), text, static_cast<int>(std::strlen(text)), &rect, DT_CALCRECT);
+  if (chosen == selectedDC_) Restore();
   return MyPoint{rect.right - rect.left, rect.bottom - rect.top};
 }
 

@@ -29,65 +29,65 @@ class HHandleObject : public HSizableObject {
   // A live handle, (re-)created as needed; returned even when creation failed.
   THandle GetHandle() {
     if (dirty_ || modified_) DestroyHandle();
-    if (!FHandleValid) {
-      FHandle = DoCreateHandle();
+    if (!handleValid_) {
+      handle_ = DoCreateHandle();
       SetDirty(false);
-      const bool valid = IsValidHandle(FHandle);
-      FHandleValid = valid;
+      const bool valid = IsValidHandle(handle_);
+      handleValid_ = valid;
       modified_ = valid;
     }
-    if (FHandleValid && modified_) {
-      DoHandleCreated(FHandle);
+    if (handleValid_ && modified_) {
+      DoHandleCreated(handle_);
       modified_ = false;
     }
-    return FHandle;
+    return handle_;
   }
 
   // Restores any selection, then releases a live handle.
   void DestroyHandle() {
     Restore();
-    if (FHandleValid) DoDestroyHandle(FHandle);
-    FHandleValid = false;
+    if (handleValid_) DoDestroyHandle(handle_);
+    handleValid_ = false;
   }
 
   // Selects the handle into dc; nothing when already selected there and
   // unchanged, when dc is not valid or when no handle can be made.
   void Select(TContext dc) {
-    if (FSelected && dc == FSelectedDC && !modified_) return;
+    if (selected_ && dc == selectedDC_ && !modified_) return;
     if (!IsValidContext(dc)) return;
     if (!IsValidHandle(GetHandle())) return;
     Restore();
-    FOldObject = DoSelect(dc, GetHandle());
-    FSelectedDC = dc;
-    FSelected = true;
+    oldObject_ = DoSelect(dc, GetHandle());
+    selectedDC_ = dc;
+    selected_ = true;
   }
 
   // Puts back what Select displaced.
   void Restore() {
-    if (!FSelected) return;
-    DoRestore(FSelectedDC, FOldObject);
-    FSelected = false;
-    FSelectedDC = InvalidContext;
-    FOldObject = InvalidHandle;
+    if (!selected_) return;
+    DoRestore(selectedDC_, oldObject_);
+    selected_ = false;
+    selectedDC_ = InvalidContext;
+    oldObject_ = InvalidHandle;
   }
 
   // Re-makes a live handle now (re-selecting it where it was selected) and
   // clears the changed and dirty flags.
   void Refresh() {
-    if (FHandleValid) {
-      const bool wasSelected = FSelected;
-      const TContext dc = FSelectedDC;
+    if (handleValid_) {
+      const bool wasSelected = selected_;
+      const TContext dc = selectedDC_;
       DestroyHandle();
       if (wasSelected) Select(dc);
     }
     SetDirty(false);
   }
 
-  bool GetHandleValid() const { return FHandleValid; }
-  bool GetSelected() const { return FSelected; }
-  TContext GetSelectedDC() const { return FSelectedDC; }
+  bool GetHandleValid() const { return handleValid_; }
+  bool GetSelected() const { return selected_; }
+  TContext GetSelectedDC() const { return selectedDC_; }
   // What the current selection displaced (0 when not selected).
-  THandle GetOldObject() const { return FOldObject; }
+  THandle GetOldObject() const { return oldObject_; }
 
   void BeforeDestruction() override {
     DestroyHandle();
@@ -106,12 +106,12 @@ class HHandleObject : public HSizableObject {
   // For destructors: releases what BeforeDestruction did not (no delete ran).
   // Virtual calls reach the class whose destructor is running.
   void ReleaseOnDestroy() {
-    if (FHandleValid || FSelected) DestroyHandle();
+    if (handleValid_ || selected_) DestroyHandle();
   }
 
-  THandle FOldObject = InvalidHandle;
-  THandle FHandle = InvalidHandle;
-  bool FHandleValid = false;
-  bool FSelected = false;
-  TContext FSelectedDC = InvalidContext;
+  THandle oldObject_ = InvalidHandle;
+  THandle handle_ = InvalidHandle;
+  bool handleValid_ = false;
+  bool selected_ = false;
+  TContext selectedDC_ = InvalidContext;
 };

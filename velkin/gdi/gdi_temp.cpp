@@ -22,7 +22,7 @@ HTemp_WindowDC::~HTemp_WindowDC() {
   if (dc_) ReleaseDC(static_cast<HWND>(window_), static_cast<HDC>(dc_));
 }
 
-HTempHolder::~HTempHolder() { delete Item; }
+HTempHolder::~HTempHolder() { delete item_; }
 
 HTempPool::~HTempPool() {
   // Entries go in the order they were added.
@@ -31,12 +31,12 @@ HTempPool::~HTempPool() {
 
 HTempItem* HTempPool::Get(const System::AnsiString& name, HTempCreator creator, unsigned long data) {
   for (const auto& holder : holders_)
-    if (holder->Name == name) return holder->Item;
+    if (holder->GetName() == name) return holder->GetItem();
   if (!creator) return nullptr;
   auto holder = std::make_unique<HTempHolder>(name, creator(data));
-  if (!holder->Item) return nullptr;
+  if (!holder->GetItem()) return nullptr;
   holders_.push_back(std::move(holder));
-  return holders_.back()->Item;
+  return holders_.back()->GetItem();
 }
 
 HTempPool* TempPool = nullptr;

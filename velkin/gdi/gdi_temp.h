@@ -44,13 +44,17 @@ class VELKIN_API HTemp_WindowDC : public HTempItem {
 // One pool entry: the owned item and its name.
 class VELKIN_API HTempHolder {
  public:
-  HTempHolder(const System::AnsiString& name, HTempItem* item) : Name(name), Item(item) {}
+  HTempHolder(const System::AnsiString& name, HTempItem* item) : name_(name), item_(item) {}
   ~HTempHolder();
   HTempHolder(const HTempHolder&) = delete;
   HTempHolder& operator=(const HTempHolder&) = delete;
 
-  System::AnsiString Name;
-  HTempItem* Item;
+  const System::AnsiString& GetName() const { return name_; }
+  HTempItem* GetItem() const { return item_; }
+
+ private:
+  System::AnsiString name_;
+  HTempItem* item_;
 };
 
 using HTempCreator = HTempItem* (*)(unsigned long data);

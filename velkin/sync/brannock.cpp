@@ -12,7 +12,7 @@
 
 using Sysutils::Exception;
 
-int COptex::sm_fUniprocessorHost = -1;
+int COptex::uniprocessorHost_ = -1;
 
 namespace {
 std::atomic<long> eventWaits{0};
@@ -50,49 +50,49 @@ COptex::COptex(const wchar_t* name, unsigned long spinCount) {
 }
 
 COptex::~COptex() {
-  const uint32_t owner = __atomic_load_n(&m_psi->OwnerThreadId, __ATOMIC_RELAXED);
+  const uint32_t owner = __atomic_load_n(&shared_->OwnerThreadId, __ATOMIC_RELAXED);
   // Another process may legitimately own a shared optex that this one drops.
   if (IsSingleProcessOptex() ? owner != 0 : owner == ThreadId()) Misuse();
   Release();
 }
 
 void COptex::Release() {
-  if (m_hevt) CloseHandle(m_hevt);
-  if (m_hfm) {
-    if (m_psi) UnmapViewOfFile(m_psi);
-    CloseHandle(m_hfm);
-  } else if (m_psi) {
-    m_psi->~SharedInfo();
-    ::operator delete(m_psi, kRecordAlignment);
+  if (event_) CloseHandle(event_);
+  if (mapping_) {
+    if (shared_) UnmapViewOfFile(shared_);
+    CloseHandle(mapping_);
+  } else if (shared_) {
+    shared_->~SharedInfo();
+    ::operator delete(shared_, kRecordAlignment);
   }
-  m_hevt = m_hfm = nullptr;
-  m_psi = nullptr;
+  event_ = mapping_ = nullptr;
+  shared_ = nullptr;
 }
 
 void COptex::CommonConstructor(unsigned long spinCount, int unicode, void* name) {
-  if (__atomic_load_n(&sm_fUniprocessorHost, __ATOMIC_RELAXED) == -1) {
+  if (__atomic_load_n(&uniprocessorHost_, __ATOMIC_RELAXED) == -1) {
     SYSTEM_INFO info;
     GetSystemInfo(&info);
-    __atomic_store_n(&sm_fUniprocessorHost, info.dwNumberOfProcessors == 1 ? 1 : 0, __ATOMIC_RELAXED);
+    __atomic_store_n(&uniprocessorHost_, info.dwNumberOfProcessors == 1 ? 1 : 0, __ATOMIC_RELAXED);
   }
-  m_hevt = m_hfm = nullptr;
-  m_psi = nullptr;
+  event_ = mapping_ = nullptr;
+  shared_ = nullptr;
 
   try {
     if (!name) {
-      m_hevt = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-      if (!m_hevt) AssertFailed("m_hevt != NULL", kLineUnnamedEvent);
-      m_psi = new (kRecordAlignment, std::nothrow) SharedInfo{};
-      if (!m_psi) AssertFailed("m_psi != NULL", kLineRecord);
+      event_ = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+      if (!event_) AssertFailed("m_hevt != NULL", kLineUnnamedEvent);
+      shared_ = new (kRecordAlignment, std::nothrow) SharedInfo{};
+      if (!shared_) AssertFailed("m_psi != NULL", kLineRecord);
     } else {
       char objectName[ObjectNameSize];
-      m_hevt = CreateEventA(nullptr, FALSE, FALSE, ConstructObjectName(objectName, "Optex_Event_", unicode, name));
-      if (!m_hevt) AssertFailed("m_hevt != NULL", kLineNamedEvent);
-      m_hfm = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(SharedInfo),
+      event_ = CreateEventA(nullptr, FALSE, FALSE, ConstructObjectName(objectName, "Optex_Event_", unicode, name));
+      if (!event_) AssertFailed("m_hevt != NULL", kLineNamedEvent);
+      mapping_ = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(SharedInfo),
                                  ConstructObjectName(objectName, "Optex_MMF_", unicode, name));
-      if (!m_hfm) AssertFailed("m_hfm != NULL", kLineMapping);
-      m_psi = static_cast<SharedInfo*>(MapViewOfFile(m_hfm, FILE_MAP_WRITE, 0, 0, 0));
-      if (!m_psi) AssertFailed("m_psi != NULL", kLineView);
+      if (!mapping_) AssertFailed("m_hfm != NULL", kLineMapping);
+      shared_ = static_cast<SharedInfo*>(MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, 0));
+      if (!shared_) AssertFailed("m_psi != NULL", kLineView);
     }
   } catch (...) {
     Release();  // the destructor does not run for a half-built object
@@ -131,12 +131,12 @@ char* COptex::ConstructObjectName(char* buffer, const char* prefix, int unicode,
 }
 
 void COptex::SetSpinCount(unsigned long spinCount) {
-  if (__atomic_load_n(&sm_fUniprocessorHost, __ATOMIC_RELAXED) == 1) return;
-  __atomic_exchange_n(&m_psi->SpinCount, static_cast<uint32_t>(spinCount), __ATOMIC_SEQ_CST);
+  if (__atomic_load_n(&uniprocessorHost_, __ATOMIC_RELAXED) == 1) return;
+  __atomic_exchange_n(&shared_->SpinCount, static_cast<uint32_t>(spinCount), __ATOMIC_SEQ_CST);
 }
 
 bool COptex::TryEnterBusy(uint32_t me) {
-  SharedInfo* const psi = m_psi;
+  SharedInfo* const psi = shared_;
   // The first of the spin count + 1 attempts was made inline.
   uint32_t spins = __atomic_load_n(&psi->SpinCount, __ATOMIC_RELAXED);
   for (;;) {
@@ -160,23 +160,23 @@ bool COptex::TryEnterBusy(uint32_t me) {
 
 void COptex::EnterWait() {
   const uint32_t me = ThreadId();
-  if (__atomic_add_fetch(&m_psi->LockCount, 1, __ATOMIC_ACQUIRE) == 1) {
+  if (__atomic_add_fetch(&shared_->LockCount, 1, __ATOMIC_ACQUIRE) == 1) {
     // Freed in the meantime.
-    __atomic_store_n(&m_psi->OwnerThreadId, me, __ATOMIC_RELAXED);
-    m_psi->RecurseCount = 1;
-  } else if (__atomic_load_n(&m_psi->OwnerThreadId, __ATOMIC_RELAXED) == me) {
-    ++m_psi->RecurseCount;
+    __atomic_store_n(&shared_->OwnerThreadId, me, __ATOMIC_RELAXED);
+    shared_->RecurseCount = 1;
+  } else if (__atomic_load_n(&shared_->OwnerThreadId, __ATOMIC_RELAXED) == me) {
+    ++shared_->RecurseCount;
   } else {
     eventWaits.fetch_add(1, std::memory_order_relaxed);
-    WaitForSingleObject(m_hevt, INFINITE);
-    __atomic_store_n(&m_psi->OwnerThreadId, me, __ATOMIC_RELAXED);
-    m_psi->RecurseCount = 1;
+    WaitForSingleObject(event_, INFINITE);
+    __atomic_store_n(&shared_->OwnerThreadId, me, __ATOMIC_RELAXED);
+    shared_->RecurseCount = 1;
   }
 }
 
 void COptex::WakeWaiter() {
   eventSets.fetch_add(1, std::memory_order_relaxed);
-  SetEvent(m_hevt);  // auto-reset: exactly one waiter goes
+  SetEvent(event_);  // auto-reset: exactly one waiter goes
 }
 
 void COptex::Misuse() { DebugBreak(); }
@@ -193,77 +193,77 @@ CRITICAL_SECTION* AsSection(unsigned char* storage) { return reinterpret_cast<CR
 }  // namespace
 
 CSingleWriteMultiRead::CSingleWriteMultiRead() {
-  static_assert(sizeof(CRITICAL_SECTION) <= sizeof Lock);
-  ReaderSemaphore = CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr);
-  WriterSemaphore = CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr);
-  if (!ReaderSemaphore || !WriterSemaphore) {
+  static_assert(sizeof(CRITICAL_SECTION) <= sizeof lock_);
+  readerSemaphore_ = CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr);
+  writerSemaphore_ = CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr);
+  if (!readerSemaphore_ || !writerSemaphore_) {
     const Exception error(System::AnsiString("Cannot create the semaphores of a reader/writer lock: ") +
                           GetIOErrorS_CON(-2));
-    if (ReaderSemaphore) CloseHandle(ReaderSemaphore);
-    if (WriterSemaphore) CloseHandle(WriterSemaphore);
+    if (readerSemaphore_) CloseHandle(readerSemaphore_);
+    if (writerSemaphore_) CloseHandle(writerSemaphore_);
     throw error;
   }
-  InitializeCriticalSection(AsSection(Lock));
+  InitializeCriticalSection(AsSection(lock_));
 }
 
 CSingleWriteMultiRead::~CSingleWriteMultiRead() {
-  if (Active != 0) DebugBreak();
-  WaitingReaders = WaitingWriters = Active = 0;
-  DeleteCriticalSection(AsSection(Lock));
-  CloseHandle(ReaderSemaphore);
-  CloseHandle(WriterSemaphore);
+  if (active_ != 0) DebugBreak();
+  waitingReaders_ = waitingWriters_ = active_ = 0;
+  DeleteCriticalSection(AsSection(lock_));
+  CloseHandle(readerSemaphore_);
+  CloseHandle(writerSemaphore_);
 }
 
-void CSingleWriteMultiRead::EnterLock() const { EnterCriticalSection(AsSection(Lock)); }
-void CSingleWriteMultiRead::LeaveLock() const { LeaveCriticalSection(AsSection(Lock)); }
+void CSingleWriteMultiRead::EnterLock() const { EnterCriticalSection(AsSection(lock_)); }
+void CSingleWriteMultiRead::LeaveLock() const { LeaveCriticalSection(AsSection(lock_)); }
 
 void CSingleWriteMultiRead::WaitToRead() {
   EnterLock();
   // Never overtake a writer that is already waiting.
-  const bool wait = WaitingWriters != 0 || Active < 0;
+  const bool wait = waitingWriters_ != 0 || active_ < 0;
   if (wait)
-    ++WaitingReaders;
+    ++waitingReaders_;
   else
-    ++Active;
+    ++active_;
   LeaveLock();
-  if (wait) WaitForSingleObject(ReaderSemaphore, INFINITE);
+  if (wait) WaitForSingleObject(readerSemaphore_, INFINITE);
 }
 
 void CSingleWriteMultiRead::WaitToWrite() {
   EnterLock();
-  const bool wait = Active != 0;
+  const bool wait = active_ != 0;
   if (wait)
-    ++WaitingWriters;
+    ++waitingWriters_;
   else
-    Active = -1;
+    active_ = -1;
   LeaveLock();
-  if (wait) WaitForSingleObject(WriterSemaphore, INFINITE);
+  if (wait) WaitForSingleObject(writerSemaphore_, INFINITE);
 }
 
 void CSingleWriteMultiRead::Done() {
   HANDLE release = nullptr;
   LONG count = 1;
   EnterLock();
-  if (Active == 0) {
+  if (active_ == 0) {
     // Nobody is inside: counting on would let a phantom entry in.
     LeaveLock();
     DebugBreak();
     return;
   }
-  if (Active > 0)
-    --Active;
+  if (active_ > 0)
+    --active_;
   else
-    ++Active;
-  if (Active == 0) {
-    if (WaitingWriters > 0) {
-      Active = -1;
-      --WaitingWriters;
-      release = WriterSemaphore;
-    } else if (WaitingReaders > 0) {
-      Active = WaitingReaders;
-      count = WaitingReaders;
-      WaitingReaders = 0;
-      release = ReaderSemaphore;
+    ++active_;
+  if (active_ == 0) {
+    if (waitingWriters_ > 0) {
+      active_ = -1;
+      --waitingWriters_;
+      release = writerSemaphore_;
+    } else if (waitingReaders_ > 0) {
+      active_ = waitingReaders_;
+      count = waitingReaders_;
+      waitingReaders_ = 0;
+      release = readerSemaphore_;
     }
   }
   LeaveLock();
@@ -272,21 +272,21 @@ void CSingleWriteMultiRead::Done() {
 
 int CSingleWriteMultiRead::GetActive() const {
   EnterLock();
-  const int value = Active;
+  const int value = active_;
   LeaveLock();
   return value;
 }
 
 int CSingleWriteMultiRead::GetWaitingReaders() const {
   EnterLock();
-  const int value = WaitingReaders;
+  const int value = waitingReaders_;
   LeaveLock();
   return value;
 }
 
 int CSingleWriteMultiRead::GetWaitingWriters() const {
   EnterLock();
-  const int value = WaitingWriters;
+  const int value = waitingWriters_;
   LeaveLock();
   return value;
 }

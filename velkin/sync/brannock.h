@@ -41,7 +41,7 @@ class VELKIN_API COptex {
   }
 
   bool TryEnter() {
-    SharedInfo* const psi = m_psi;
+    SharedInfo* const psi = shared_;
     const uint32_t me = ThreadId();
     int32_t expected = 0;
     if (__atomic_compare_exchange_n(&psi->LockCount, &expected, 1, false, __ATOMIC_ACQUIRE, __ATOMIC_RELAXED)) {
@@ -53,7 +53,7 @@ class VELKIN_API COptex {
   }
 
   void Leave() {
-    SharedInfo* const psi = m_psi;
+    SharedInfo* const psi = shared_;
     if (__atomic_load_n(&psi->OwnerThreadId, __ATOMIC_RELAXED) != ThreadId()) return Misuse();
     if (--psi->RecurseCount > 0) {
       __atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE);
@@ -63,7 +63,7 @@ class VELKIN_API COptex {
     if (__atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE) > 0) WakeWaiter();
   }
 
-  bool IsSingleProcessOptex() const { return m_hfm == nullptr; }
+  bool IsSingleProcessOptex() const { return mapping_ == nullptr; }
 
   // Writes prefix and name ("Optex_Event_" + "Jobs") into buffer, which holds
   // ObjectNameSize bytes. Returns buffer, or null (buffer emptied) for a null
@@ -112,11 +112,11 @@ class VELKIN_API COptex {
   void Release();
   static void Misuse();
 
-  void* m_hevt = nullptr;
-  void* m_hfm = nullptr;
-  SharedInfo* m_psi = nullptr;
+  void* event_ = nullptr;
+  void* mapping_ = nullptr;
+  SharedInfo* shared_ = nullptr;
 
-  static int sm_fUniprocessorHost;
+  static int uniprocessorHost_;
 };
 
 // Any number of readers or one writer. A waiting writer goes before readers
@@ -144,10 +144,10 @@ class VELKIN_API CSingleWriteMultiRead {
   void EnterLock() const;
   void LeaveLock() const;
 
-  alignas(8) mutable unsigned char Lock[40];  // CRITICAL_SECTION, kept opaque here
-  void* ReaderSemaphore = nullptr;
-  void* WriterSemaphore = nullptr;
-  int32_t WaitingReaders = 0;
-  int32_t WaitingWriters = 0;
-  int32_t Active = 0;
+  alignas(8) mutable unsigned char lock_[40];  // CRITICAL_SECTION, kept opaque here
+  void* readerSemaphore_ = nullptr;
+  void* writerSemaphore_ = nullptr;
+  int32_t waitingReaders_ = 0;
+  int32_t waitingWriters_ = 0;
+  int32_t active_ = 0;
 };

@@ -242,13 +242,13 @@ Sheet Captions() {
     HCaptionTypes parts;
     bool active;
   } bars[] = {
-      {"fill, active", {hctFill, hctMinimize, hctMaximize, hctClose}, true},
-      {"gradient, help + restore", {hctGradient, hctHelp, hctRestore, hctClose}, true},
-      {"buttons pushed", {hctFill, hctPushed, hctMinimize, hctClose}, true},
-      {"inactive: buttons and text", {hctFill, hctInactive, hctMinimize, hctMaximize, hctClose}, false},
-      {"flat buttons", {hctFill, hctFlat, hctMinimize, hctClose}, true},
-      {"edge, centred text", {hctFill, hctEdge, hctCenterText, hctClose}, true},
-      {"no fill, close only", {hctClose}, true},
+      {"fill, active", {HCT_Fill, HCT_Minimize, HCT_Maximize, HCT_Close}, true},
+      {"gradient, help + restore", {HCT_Gradient, HCT_Help, HCT_Restore, HCT_Close}, true},
+      {"buttons pushed", {HCT_Fill, HCT_Pushed, HCT_Minimize, HCT_Close}, true},
+      {"inactive: buttons and text", {HCT_Fill, HCT_Inactive, HCT_Minimize, HCT_Maximize, HCT_Close}, false},
+      {"flat buttons", {HCT_Fill, HCT_Flat, HCT_Minimize, HCT_Close}, true},
+      {"edge, centred text", {HCT_Fill, HCT_Edge, HCT_CenterText, HCT_Close}, true},
+      {"no fill, close only", {HCT_Close}, true},
   };
   int y = PictureSheet::kTitleHeight + 8;
   for (const Bar& b : bars) {
@@ -260,10 +260,10 @@ Sheet Captions() {
   }
   // Vertical bars, text reading upwards.
   const TAlign aligns[] = {Controls::alLeft, Controls::alRight, Controls::alLeft, Controls::alLeft};
-  const HCaptionTypes vparts[] = {{hctFill, hctMinimize, hctClose},
-                                  {hctGradient, hctClose},
-                                  {hctFill, hctPushed, hctClose},
-                                  {hctFill, hctEdge, hctCenterText, hctClose}};
+  const HCaptionTypes vparts[] = {{HCT_Fill, HCT_Minimize, HCT_Close},
+                                  {HCT_Gradient, HCT_Close},
+                                  {HCT_Fill, HCT_Pushed, HCT_Close},
+                                  {HCT_Fill, HCT_Edge, HCT_CenterText, HCT_Close}};
   const char* vlabels[] = {"left", "right, gradient", "pushed", "edge"};
   for (int i = 0; i < 4; ++i) {
     const int x = 540 + i * 44;
@@ -277,7 +277,7 @@ Sheet Captions() {
   c->GetFont()->SetColor(clWindowText);
   // Hit-test map of one bar: each part in its own colour.
   const MyRect bar{200, y + 20, 520, y + 42};
-  const HCaptionTypes parts{hctCaption, hctHelp, hctMinimize, hctMaximize, hctClose};
+  const HCaptionTypes parts{HCT_Caption, HCT_Help, HCT_Minimize, HCT_Maximize, HCT_Close};
   s->Note(MyRect{8, bar.top, 190, bar.bottom}, "TC_WinCaptionHitTest map", DT_VCENTER | DT_SINGLELINE | DT_RIGHT);
   for (int py = bar.top - 3; py < bar.bottom + 3; ++py)
     for (int px = bar.left - 3; px < bar.right + 3; ++px) {

@@ -35,13 +35,13 @@ namespace {
 class Recorder : public TObject {
  public:
   explicit Recorder(HChangableObject* subject) : subject_(subject) {
-    subject->OnChanging = TNotifyEvent(this, &Recorder::Changing);
-    subject->OnChanged = TNotifyEvent(this, &Recorder::Changed);
-    subject->OnDeleting = TNotifyEvent(this, &Recorder::Deleting);
-    subject->OnLock = TNotifyEvent(this, &Recorder::Locked);
-    subject->OnUnlock = HUnlockEvent(this, &Recorder::Unlocked);
+    subject->SetOnChanging(TNotifyEvent(this, &Recorder::Changing));
+    subject->SetOnChanged(TNotifyEvent(this, &Recorder::Changed));
+    subject->SetOnDeleting(TNotifyEvent(this, &Recorder::Deleting));
+    subject->SetOnLock(TNotifyEvent(this, &Recorder::Locked));
+    subject->SetOnUnlock(HUnlockEvent(this, &Recorder::Unlocked));
     if (auto* sizable = dynamic_cast<HSizableObject*>(subject))
-      sizable->OnDirtied = TNotifyEvent(this, &Recorder::Dirtied);
+      sizable->SetOnDirtied(TNotifyEvent(this, &Recorder::Dirtied));
   }
   std::string events;
 
@@ -107,7 +107,7 @@ TEST(CoreChangeTracking, NotificationSequences) {
     EXPECT_EQ(c.events, recorder.events);
     EXPECT_EQ(c.state, std::to_string(o.GetLockCount()) + (o.GetLocked() ? " locked" : "") +
                            (o.GetModified() ? " modified" : "") + (sizable.GetDirty() ? " dirty" : ""));
-    o.OnDeleting = nullptr;  // the recorder goes first
+    o.SetOnDeleting(nullptr);  // the recorder goes first
   }
 }
 

@@ -33,26 +33,26 @@ void CheckHits(const MyRect& bar, const HCaptionTypes& parts, Controls::TAlign a
 
 TEST(HExtDrawCaptionHitTest, HorizontalBar) {
   const MyRect bar{0, 0, 200, 20};
-  const HCaptionTypes parts{hctCaption, hctMinimize, hctClose};
+  const HCaptionTypes parts{HCT_Caption, HCT_Minimize, HCT_Close};
   // The close button's first and last pixels, buttons touching, the text
   // area, the right, top and bottom margins, outside.
   for (Controls::TAlign a : {alTop, alBottom}) {
-    CheckHits(bar, parts, a, hctClose, {190, 10, 181, 2, 197, 17});
-    CheckHits(bar, parts, a, hctMinimize, {180, 10, 164, 10});
-    CheckHits(bar, parts, a, hctCaption, {163, 10, 199, 10, 190, 1, 190, 18});
+    CheckHits(bar, parts, a, HCT_Close, {190, 10, 181, 2, 197, 17});
+    CheckHits(bar, parts, a, HCT_Minimize, {180, 10, 164, 10});
+    CheckHits(bar, parts, a, HCT_Caption, {163, 10, 199, 10, 190, 1, 190, 18});
     CheckHits(bar, parts, a, 0, {200, 10, 100, 20, -1, 10, 100, -1});
   }
   // Without the caption part only buttons are found.
-  CheckHits(bar, HCaptionTypes{hctMinimize, hctClose}, alTop, 0, {100, 10, 199, 10});
-  CheckHits(MyRect{50, 30, 250, 50}, parts, alTop, hctClose, {240, 40, 231, 32});
-  CheckHits(MyRect{50, 30, 250, 50}, parts, alTop, hctMinimize, {230, 40});
+  CheckHits(bar, HCaptionTypes{HCT_Minimize, HCT_Close}, alTop, 0, {100, 10, 199, 10});
+  CheckHits(MyRect{50, 30, 250, 50}, parts, alTop, HCT_Close, {240, 40, 231, 32});
+  CheckHits(MyRect{50, 30, 250, 50}, parts, alTop, HCT_Minimize, {230, 40});
 }
 
 TEST(HExtDrawCaptionHitTest, ButtonOrderAndLayout) {
   const MyRect bar{0, 0, 200, 20};
-  const HCaptionTypes all{hctHelp, hctMinimize, hctMaximize, hctRestore, hctClose, hctCaption};
+  const HCaptionTypes all{HCT_Help, HCT_Minimize, HCT_Maximize, HCT_Restore, HCT_Close, HCT_Caption};
   const HCaptionLayout l = TC_WinCaptionLayout(bar, all, alTop);
-  const HCaptionType order[5] = {hctClose, hctRestore, hctMaximize, hctMinimize, hctHelp};
+  const HCaptionType order[5] = {HCT_Close, HCT_Restore, HCT_Maximize, HCT_Minimize, HCT_Help};
   ASSERT_EQ(l.Count, 5);
   for (int i = 0; i < 5; ++i) {
     const MyRect expected{198 - 17 * (i + 1), 2, 198 - 17 * i, 18};
@@ -62,19 +62,19 @@ TEST(HExtDrawCaptionHitTest, ButtonOrderAndLayout) {
   EXPECT_EQ(l.Text, (MyRect{2, 2, 113, 18}));
   // A missing button takes no room; no buttons leave the text the whole
   // inner area; more buttons than room leave it empty, not inverted.
-  CheckHits(bar, HCaptionTypes{hctClose, hctHelp}, alTop, hctHelp, {164, 2, 180, 17});
-  EXPECT_EQ(TC_WinCaptionLayout(bar, HCaptionTypes{hctCaption}, alTop).Text, (MyRect{2, 2, 198, 18}));
+  CheckHits(bar, HCaptionTypes{HCT_Close, HCT_Help}, alTop, HCT_Help, {164, 2, 180, 17});
+  EXPECT_EQ(TC_WinCaptionLayout(bar, HCaptionTypes{HCT_Caption}, alTop).Text, (MyRect{2, 2, 198, 18}));
   EXPECT_EQ(TC_WinCaptionLayout(MyRect{0, 0, 40, 20}, all, alTop).Text.Width(), 0);
 }
 
 TEST(HExtDrawCaptionHitTest, VerticalBar) {
   const MyRect bar{0, 0, 20, 200};
-  EXPECT_EQ(TC_WinCaptionLayout(bar, HCaptionTypes{hctClose}, alLeft).Text, (MyRect{2, 19, 18, 198}));
-  const HCaptionTypes parts{hctCaption, hctClose, hctMaximize};
+  EXPECT_EQ(TC_WinCaptionLayout(bar, HCaptionTypes{HCT_Close}, alLeft).Text, (MyRect{2, 19, 18, 198}));
+  const HCaptionTypes parts{HCT_Caption, HCT_Close, HCT_Maximize};
   for (Controls::TAlign a : {alLeft, alRight, Controls::alNone, Controls::alClient}) {
-    CheckHits(bar, parts, a, hctClose, {10, 2, 10, 18});
-    CheckHits(bar, parts, a, hctMaximize, {10, 19, 10, 35});
-    CheckHits(bar, parts, a, hctCaption, {10, 36, 10, 1, 1, 10, 18, 10});
+    CheckHits(bar, parts, a, HCT_Close, {10, 2, 10, 18});
+    CheckHits(bar, parts, a, HCT_Maximize, {10, 19, 10, 35});
+    CheckHits(bar, parts, a, HCT_Caption, {10, 36, 10, 1, 1, 10, 18, 10});
     CheckHits(bar, parts, a, 0, {20, 10, 10, 200});
   }
 }
@@ -84,8 +84,8 @@ TEST(HExtDrawCaptionDraw, ButtonsAndFillFollowTheGeometry) {
     for (Controls::TAlign align : {alTop, alLeft}) {
       SCOPED_TRACE(testing::Message() << "state 0x" << std::hex << state << ", align " << int(align));
       const MyRect bar = align == alTop ? MyRect{10, 5, 210, 25} : MyRect{5, 10, 25, 210};
-      const HCaptionTypes parts = HCaptionTypes{hctFill, hctCaption, hctClose, hctMinimize, hctHelp} +
-                                  (state ? HCaptionTypes{hctPushed, hctFlat, hctInactive} : HCaptionTypes{});
+      const HCaptionTypes parts = HCaptionTypes{HCT_Fill, HCT_Caption, HCT_Close, HCT_Minimize, HCT_Help} +
+                                  (state ? HCaptionTypes{HCT_Pushed, HCT_Flat, HCT_Inactive} : HCaptionTypes{});
       Painted s(220, 220);
       s.canvas.GetBrush()->SetColor(Graphics::clRed);
       TC_WinCaptionDraw(&s.canvas, bar, parts, "", align, true);
@@ -115,8 +115,8 @@ TEST(HExtDrawCaptionDraw, TextInTheTextArea) {
       const MyRect b = align == alTop ? MyRect{0, 0, 200, 20} : MyRect{0, 0, 20, 200};
       Painted s(200, 200);
       s.canvas.GetFont()->SetColor(Graphics::clBlue);
-      TC_WinCaptionDraw(&s.canvas, b, HCaptionTypes{hctClose}, "Wg Wg Wg", align, active);
-      const HCaptionLayout l = TC_WinCaptionLayout(b, HCaptionTypes{hctClose}, align);
+      TC_WinCaptionDraw(&s.canvas, b, HCaptionTypes{HCT_Close}, "Wg Wg Wg", align, active);
+      const HCaptionLayout l = TC_WinCaptionLayout(b, HCaptionTypes{HCT_Close}, align);
       const uint32_t ink = active ? 0x0000FF : Px(GetSysColor(COLOR_INACTIVECAPTIONTEXT));
       int inText = 0, stray = 0;
       for (int y = 0; y < 200; ++y)

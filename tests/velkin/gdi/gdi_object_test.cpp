@@ -141,8 +141,8 @@ TEST(GdiRegion, SelectAndRestoreClip) {
 struct Notes {
   std::string seen;
   explicit Notes(HSizableObject& o) {
-    o.OnChanged = System::TNotifyEvent(this, &Notes::OnChanged);
-    o.OnDirtied = System::TNotifyEvent(this, &Notes::OnDirtied);
+    o.SetOnChanged(System::TNotifyEvent(this, &Notes::OnChanged));
+    o.SetOnDirtied(System::TNotifyEvent(this, &Notes::OnDirtied));
   }
   void OnChanged(System::TObject*) { seen += 'C'; }
   void OnDirtied(System::TObject*) { seen += 'D'; }

@@ -1,0 +1,138 @@
+#pragma once
+#include <windows.h>
+
+#include "platform/ostrel/owned_handle.h"
+
+// Changes a device context for a while and, when it goes (or at Restore()),
+// puts back exactly what it changed: each attribute the first time it is
+// changed remembers its old value, and only those are written back. Other
+// attributes, and changes made by others meanwhile to attributes this changer
+// did not touch, are left alone (unlike SaveDC/RestoreDC, which would undo
+// them too and break the selection bookkeeping of the GDI wrappers).
+//
+//   DCChanger use(dc);
+//   use.Select(GetStockObject(NULL_BRUSH));
+//   use.SetTextColor(RGB(0, 0, 0));
+//   ... draw ...                 // on scope exit: brush and colour restored
+class DCChanger {
+ public:
+  explicit DCChanger(HDC dc) : dc_(dc) {}
+  DCChanger(const DCChanger&) = delete;
+  DCChanger& operator=(const DCChanger&) = delete;
+  ~DCChanger() { Restore(); }
+
+  HDC GetDC() const { return dc_; }
+
+  // Selects a pen, brush, font or bitmap; a null object is ignored. The typed
+  // forms skip asking GDI what the object is.
+  void Select(HPEN pen) { SelectInto(0, pen); }
+  void Select(HBRUSH brush) { SelectInto(1, brush); }
+  void Select(HFONT font) { SelectInto(2, font); }
+  void Select(HBITMAP bitmap) { SelectInto(3, bitmap); }
+  void Select(HGDIOBJ object) {
+    if (object) SelectInto(ObjectSlot(object), object);
+  }
+  void SetTextColor(COLORREF c) { Keep(textColor_, ::SetTextColor(dc_, c), fTextColor); }
+  void SetBkColor(COLORREF c) { Keep(bkColor_, ::SetBkColor(dc_, c), fBkColor); }
+  void SetBkMode(int mode) { Keep(bkMode_, ::SetBkMode(dc_, mode), fBkMode); }
+  void SetTextAlign(UINT align) { Keep(textAlign_, ::SetTextAlign(dc_, align), fTextAlign); }
+  void SetROP2(int rop) { Keep(rop2_, ::SetROP2(dc_, rop), fRop2); }
+  void SetPolyFillMode(int mode) { Keep(polyFillMode_, ::SetPolyFillMode(dc_, mode), fPolyFillMode); }
+  void SetStretchBltMode(int mode) { Keep(stretchMode_, ::SetStretchBltMode(dc_, mode), fStretchMode); }
+  void SetDCPenColor(COLORREF c) { Keep(dcPenColor_, ::SetDCPenColor(dc_, c), fDCPenColor); }
+  void SetDCBrushColor(COLORREF c) { Keep(dcBrushColor_, ::SetDCBrushColor(dc_, c), fDCBrushColor); }
+
+  // Narrows the clip to r (logical units).
+  void IntersectClip(const RECT& r) {
+    if (!dc_) return;
+    SaveClip();
+    IntersectClipRect(dc_, r.left, r.top, r.right, r.bottom);
+  }
+  // Replaces the clip by a copy of region (null: no clipping).
+  void SelectClip(HRGN region) {
+    if (!dc_) return;
+    SaveClip();
+    SelectClipRgn(dc_, region);
+  }
+
+  // Puts everything back now; the changer can be used again afterwards.
+  void Restore() {
+    if (!dc_) return;
+    if (clipSaved_) {
+      SelectClipRgn(dc_, clip_.get());  // null: the context had no clip
+      clip_.reset();
+      clipSaved_ = false;
+    }
+    for (HGDIOBJ& old : objects_)
+      if (old) SelectObject(dc_, old), old = nullptr;
+    if (flags_ & fTextColor) ::SetTextColor(dc_, textColor_);
+    if (flags_ & fBkColor) ::SetBkColor(dc_, bkColor_);
+    if (flags_ & fBkMode) ::SetBkMode(dc_, bkMode_);
+    if (flags_ & fTextAlign) ::SetTextAlign(dc_, textAlign_);
+    if (flags_ & fRop2) ::SetROP2(dc_, rop2_);
+    if (flags_ & fPolyFillMode) ::SetPolyFillMode(dc_, polyFillMode_);
+    if (flags_ & fStretchMode) ::SetStretchBltMode(dc_, stretchMode_);
+    if (flags_ & fDCPenColor) ::SetDCPenColor(dc_, dcPenColor_);
+    if (flags_ & fDCBrushColor) ::SetDCBrushColor(dc_, dcBrushColor_);
+    flags_ = 0;
+  }
+
+ private:
+  enum : unsigned {
+    fTextColor = 1,
+    fBkColor = 2,
+    fBkMode = 4,
+    fTextAlign = 8,
+    fRop2 = 16,
+    fPolyFillMode = 32,
+    fStretchMode = 64,
+    fDCPenColor = 128,
+    fDCBrushColor = 256,
+  };
+
+  template <class T>
+  void Keep(T& slot, T old, unsigned flag) {
+    if (flags_ & flag) return;
+    slot = old;
+    flags_ |= flag;
+  }
+
+  void SelectInto(int slot, HGDIOBJ object) {
+    if (!dc_ || !object || slot < 0) return;
+    HGDIOBJ old = SelectObject(dc_, object);
+    if (!objects_[slot]) objects_[slot] = old;
+  }
+
+  static int ObjectSlot(HGDIOBJ object) {
+    switch (GetObjectType(object)) {
+      case OBJ_PEN:
+      case OBJ_EXTPEN:
+        return 0;
+      case OBJ_BRUSH:
+        return 1;
+      case OBJ_FONT:
+        return 2;
+      case OBJ_BITMAP:
+        return 3;
+      default:
+        return -1;
+    }
+  }
+
+  void SaveClip() {
+    if (clipSaved_) return;
+    OwnedRegion copy(CreateRectRgn(0, 0, 0, 0));
+    // 1: the context has a clip region, now copied; 0: it has none.
+    if (GetClipRgn(dc_, copy.get()) == 1) clip_ = std::move(copy);
+    clipSaved_ = true;
+  }
+
+  HDC dc_;
+  HGDIOBJ objects_[4] = {};
+  OwnedRegion clip_;
+  bool clipSaved_ = false;
+  unsigned flags_ = 0;
+  COLORREF textColor_ = 0, bkColor_ = 0, dcPenColor_ = 0, dcBrushColor_ = 0;
+  int bkMode_ = 0, rop2_ = 0, polyFillMode_ = 0, stretchMode_ = 0;
+  UINT textAlign_ = 0;
+};
