@@ -1,7 +1,9 @@
 #include "velkin/draw/gdi_canvas.h"
 
 #include <algorithm>
+#include <cstdint>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_bitmap.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/draw/tc_text.h"
@@ -60,9 +62,10 @@ void HCustomCanvas::SaveFont() { savedFont_->Assign(font_); }
 void HCustomCanvas::RestoreFont() { font_->Assign(savedFont_); }
 
 void HCustomCanvas::SelectObjects(void* dc) {
-  // Lines keep the thin pen between them; anything else gets the canvas's pen.
-  if (thinDC_ &&
-      !(keepThin_ && dc == thinDC_ && !pen_->GetModified() && !pen_->GetDirty() && pen_->GetHandle() == thinOld_))
+  // Lines keep the thin pen between them while the canvas's pen, which it
+  // displaced, stays as it was; anything else gets the canvas's pen.
+  if (thin_ && !(keepThin_ && dc == thin_->GetDC() && !pen_->GetModified() && !pen_->GetDirty() &&
+                 pen_->GetHandle() == thinDisplaced_))
     EndThin();
   if (!dc) return;
   pen_->Select(dc);
@@ -101,9 +104,8 @@ void HCustomCanvas::AddClip(const MyRect& r) {
     n.right = std::min(n.right, c.right - 1);
     n.bottom = std::min(n.bottom, c.bottom - 1);
   } else if (dc) {
-    HRGN probe = CreateRectRgn(0, 0, 0, 0);
-    unclippedBase_ = GetClipRgn(dc, probe) == 0;
-    DeleteObject(probe);
+    OwnedRegion probe(CreateRectRgn(0, 0, 0, 0));
+    unclippedBase_ = GetClipRgn(dc, probe.get()) == 0;
   }
   auto* region = new HGDIRegion(n);
   clips_.Add(region);
@@ -139,23 +141,22 @@ HDC HCustomCanvas::LineDC() {
 
 void HCustomCanvas::BeginThin(HDC dc, TColor color) {
   const COLORREF rgb = static_cast<COLORREF>(Graphics::ColorToRGB(color)) & 0xFFFFFF;
-  if (thinDC_ == dc) {
-    if (rgb != thinColor_) SetDCPenColor(dc, rgb);
-  } else {
-    if (thinDC_) EndThin();
-    thinOldColor_ = SetDCPenColor(dc, rgb);
-    thinOld_ = SelectObject(dc, GetStockObject(DC_PEN));
-    thinDC_ = dc;
+  if (thin_ && thin_->GetDC() != dc) EndThin();
+  if (!thin_) {
+    thin_.emplace(dc);
+    thin_->SetDCPenColor(rgb);
+    // LineDC has just selected the canvas's pen there (when it could).
+    thinDisplaced_ = pen_->GetSelected() && pen_->GetSelectedDC() == dc ? pen_->GetHandle() : nullptr;
+    thin_->Select(static_cast<HPEN>(GetStockObject(DC_PEN)));
+  } else if (rgb != thinColor_) {
+    thin_->SetDCPenColor(rgb);
   }
   thinColor_ = rgb;
 }
 
 void HCustomCanvas::EndThin() {
-  if (!thinDC_) return;
-  SelectObject(thinDC_, thinOld_);
-  SetDCPenColor(thinDC_, thinOldColor_);
-  thinDC_ = nullptr;
-  thinOld_ = nullptr;
+  thin_.reset();  // the canvas's pen and the context's pen colour go back
+  thinDisplaced_ = nullptr;
 }
 
 // Sets the pen for one line or outline: the context's own pen for a thin
@@ -189,48 +190,116 @@ class HCustomCanvas::LinePen {
 };
 
 void HCustomCanvas::LineTo(int x, int y, TColor color) {
-  HDC dc = LineDC();
-  if (dc && color != clNone) {
-    LinePen use(this, dc, color);
-    if (pen_->GetPatternLength() <= 1) {
-      ::LineTo(dc, x, y);  // leaves the context's position at (x, y)
-    } else {
-      const MyRect clip = CurClip();
-      const int before = step_;
-      lineDC_ = dc;
-      GR_LineDDA(x_, y_, x, y, clip.left, clip.top, clip.right, clip.bottom,
-                 HLineDDAProc(this, &HCustomCanvas::idLineProc));
-      lineDC_ = nullptr;
-      if (step_ != before && penDown_) ::LineTo(dc, x, y);
+  if (HDC dc = LineDC()) {
+    const bool dashed = pen_->GetPatternLength() > 1;
+    if (color == clNone) {
+      if (dashed) DashTo(nullptr, x, y);  // nothing drawn, but the pattern goes on
       MoveToEx(dc, x, y, nullptr);
+    } else {
+      LinePen use(this, dc, color);
+      if (dashed) {
+        DashTo(dc, x, y);
+        MoveToEx(dc, x, y, nullptr);
+      } else {
+        ::LineTo(dc, x, y);  // leaves the context's position at (x, y)
+      }
     }
-  } else if (dc) {
-    if (pen_->GetPatternLength() > 1) {
-      // Nothing is drawn, but the pattern still advances over the line.
-      const MyRect clip = CurClip();
-      GR_LineDDA(x_, y_, x, y, clip.left, clip.top, clip.right, clip.bottom,
-                 HLineDDAProc(this, &HCustomCanvas::idLineProc));
-    }
-    MoveToEx(dc, x, y, nullptr);
   }
   x_ = x;
   y_ = y;
 }
 
+namespace {
+
+// Where in a pattern of length entries the step counter stands.
+int PatternIndex(int step, int length) {
+  const int at = step % length;
+  return at < 0 ? at + length : at;  // only after the counter wrapped round
+}
+
+// The finished dashes of a line, drawn a batch at a time: a two-point
+// polyline draws what LineTo from its first point to its second does, and
+// one PolyPolyline call costs far less than a MoveToEx and a LineTo a dash.
+class DashBatch {
+ public:
+  explicit DashBatch(HDC dc) : dc_(dc) { std::fill(std::begin(counts_), std::end(counts_), 2); }
+  ~DashBatch() { Flush(); }
+  DashBatch(const DashBatch&) = delete;
+  DashBatch& operator=(const DashBatch&) = delete;
+
+  void MoveTo(const MyPoint& p) {
+    from_ = POINT{p.x, p.y};
+    placed_ = true;
+  }
+  // A dash from the pen position to p, p excluded; the first one starts
+  // where the context's position stands.
+  void LineTo(const MyPoint& p) {
+    if (!placed_) placed_ = GetCurrentPositionEx(dc_, &from_);
+    if (count_ == kBatch) Flush();
+    points_[2 * count_] = from_;
+    points_[2 * count_ + 1] = POINT{p.x, p.y};
+    ++count_;
+    from_ = POINT{p.x, p.y};
+  }
+
+ private:
+  static constexpr int kBatch = 64;
+  void Flush() {
+    if (count_) PolyPolyline(dc_, points_, counts_, static_cast<DWORD>(count_));
+    count_ = 0;
+  }
+
+  HDC dc_;
+  POINT from_{};
+  bool placed_ = false;
+  int count_ = 0;
+  POINT points_[2 * kBatch];
+  DWORD counts_[kBatch];
+};
+
+}  // namespace
+
+// The pattern is stepped pixel by pixel over the line's pixels inside the
+// clip, as idLineProc would be, but only the pixels where a dash starts or
+// ends are worked out, and the dashes are drawn in batches.
+void HCustomCanvas::DashTo(HDC dc, int x, int y) {
+  const MyRect clip = CurClip();
+  const HLineSteps steps(x_, y_, x, y, clip.left, clip.top, clip.right, clip.bottom);
+  if (steps.GetFirst() >= steps.GetEnd()) return;  // no pixel inside: the pattern stays
+  const int length = pen_->GetPatternLength();
+  const bool* bits = pen_->GetPatternBits();
+  std::optional<DashBatch> dashes;
+  if (dc) dashes.emplace(dc);
+  bool down = penDown_;
+  int at = PatternIndex(step_, length);
+  for (int64_t i = steps.GetFirst(); i < steps.GetEnd(); ++i) {
+    const bool on = bits && bits[at];
+    if (on != down) {
+      if (dashes) {
+        const MyPoint p = steps.At(i);
+        if (down) dashes->LineTo(p);
+        dashes->MoveTo(p);
+      }
+      down = on;
+    }
+    if (++at == length) at = 0;
+  }
+  penDown_ = down;
+  // The counter wraps round as a 32-bit one, without overflowing.
+  step_ = static_cast<int>(static_cast<uint32_t>(step_) + static_cast<uint32_t>(steps.GetEnd() - steps.GetFirst()));
+  if (dashes && down) dashes->LineTo(MyPoint{x, y});  // the last dash runs to the end
+}
+
 void HCustomCanvas::idLineProc(int x, int y) {
   const int length = pen_->GetPatternLength();
   const bool* bits = pen_->GetPatternBits();
-  const bool on = length > 0 && bits && bits[step_ % length];
+  const bool on = length > 0 && bits && bits[PatternIndex(step_, length)];
   if (on != penDown_) {
-    if (lineDC_) {
-      if (penDown_) ::LineTo(lineDC_, x, y);
-      MoveToEx(lineDC_, x, y, nullptr);
-    }
     x_ = x;
     y_ = y;
     penDown_ = on;
   }
-  ++step_;
+  step_ = static_cast<int>(static_cast<uint32_t>(step_) + 1);
 }
 
 void HCustomCanvas::Ellipse(const MyRect& r, TColor color) {
@@ -238,9 +307,9 @@ void HCustomCanvas::Ellipse(const MyRect& r, TColor color) {
   HDC dc = LineDC();
   if (!dc) return;
   LinePen use(this, dc, color);
-  HGDIOBJ oldBrush = SelectObject(dc, GetStockObject(NULL_BRUSH));
+  DCChanger outline(dc);
+  outline.Select(static_cast<HBRUSH>(GetStockObject(NULL_BRUSH)));
   ::Ellipse(dc, r.left, r.top, r.right + 1, r.bottom + 1);
-  SelectObject(dc, oldBrush);
 }
 
 void HCustomCanvas::Line(const MyPoint& a, const MyPoint& b, TColor color) {

@@ -1,6 +1,9 @@
 #pragma once
 #include <windows.h>
 
+#include <optional>
+
+#include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/myarray.h"
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/ansistring.h"
@@ -82,7 +85,9 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   void LineTo(int x, int y, Graphics::TColor color = Graphics::clDefault);
   void LineTo(const MyPoint& p, Graphics::TColor color = Graphics::clDefault) { LineTo(p.x, p.y, color); }
   MyPoint GetPenPos() const { return MyPoint{x_, y_}; }
-  // Per-pixel step of the dashed line (called through GR_LineDDA).
+  // One pixel's step of the dash pattern (LineTo steps whole dashes at once;
+  // this is the same step for a caller walking a line through GR_LineDDA).
+  // Moves the pattern and the pen-down state; draws nothing.
   void idLineProc(int x, int y);
 
   // Outline of the ellipse in r, edges inclusive; nothing for a pen of width
@@ -129,10 +134,15 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   bool ThinPen() const;
   // The context for a line: a thin pen already selected stays selected.
   HDC LineDC();
-  // Selects the context's own pen (DC_PEN) in color; EndThin puts the
-  // canvas's pen and the context's pen colour back.
+  // Selects the context's own pen (DC_PEN) in color for thin lines; it stays
+  // selected from one line to the next until EndThin (or anything that needs
+  // the canvas's pen in the context) puts back the canvas's pen and the
+  // context's pen colour.
   void BeginThin(HDC dc, Graphics::TColor color);
   void EndThin();
+  // The dash pattern stepped over the line from the pen position to (x, y)
+  // inside the clip; each finished dash drawn on dc (null: none drawn).
+  void DashTo(HDC dc, int x, int y);
 
   MyArray<HGDIRegion*> clips_;
   int step_ = 0;
@@ -145,14 +155,13 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   HCustomGDIPen* pen_ = nullptr;
   HCustomGDIBrush* brush_ = nullptr;
   HCustomGDIFont* font_ = nullptr;
-  // The context of the dashed line being drawn, for idLineProc.
-  HDC lineDC_ = nullptr;
   // Whether the context had no clip region before the first AddClip.
   bool unclippedBase_ = false;
-  // The thin pen selected for lines: its context, what it displaced.
-  HDC thinDC_ = nullptr;
-  HGDIOBJ thinOld_ = nullptr;
-  COLORREF thinOldColor_ = 0;
+  // The thin-line state, changed only by BeginThin and EndThin: the
+  // context's pen selected there, the canvas pen it displaced and the colour
+  // it draws in.
+  std::optional<DCChanger> thin_;
+  HGDIOBJ thinDisplaced_ = nullptr;
   COLORREF thinColor_ = 0;
   bool keepThin_ = false;
 };
