@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <random>
 #include <set>
@@ -58,50 +57,53 @@ MyRect Corrected(MyRect r, int width, int height) {
 }
 
 std::string Show(const MyRect& r) {
-  char text[80];
-  std::snprintf(text, sizeof text, "(%d,%d,%d,%d)", r.left, r.top, r.right, r.bottom);
-  return text;
+  return "(" + std::to_string(r.left) + "," + std::to_string(r.top) + "," + std::to_string(r.right) + "," +
+         std::to_string(r.bottom) + ")";
 }
 
 uint8_t* Bytes(HGDIDib32& d) { return static_cast<uint8_t*>(d.GetPixels()); }
 int64_t Size(HGDIDib32& d) { return static_cast<int64_t>(d.GetLineSize()) * d.GetHeight(); }
+std::vector<uint8_t> Copy(HGDIDib32& d) { return std::vector<uint8_t>(Bytes(d), Bytes(d) + Size(d)); }
 
 // Creates the DIB and fills it; skew makes a third of the bytes 0 and a third
 // 255, so that sums reach both ends of their range often.
 void Randomise(HGDIDib32& d, std::mt19937& rng, bool skew = false) {
   ASSERT_NE(nullptr, d.DataAt(0, d.GetHeight())) << d.GetWidth() << "x" << d.GetHeight();
-  uint8_t* b = Bytes(d);
   for (int64_t i = 0; i < Size(d); ++i) {
     const uint32_t v = rng();
-    b[i] = !skew || v % 3 == 2 ? static_cast<uint8_t>(v >> 8) : v % 3 ? 255 : 0;
+    Bytes(d)[i] = !skew || v % 3 == 2 ? static_cast<uint8_t>(v >> 8) : v % 3 ? 255 : 0;
   }
 }
 
 // Whole buffers compared; the message names the case, the first differing
 // byte (pixel and channel), the actual and the expected value, and the count.
 void ExpectSame(const std::string& what, const uint8_t* got, const std::vector<uint8_t>& want) {
-  int64_t bad = 0, first = -1;
+  int64_t bad = 0, first = 0;
   for (size_t i = 0; i < want.size(); ++i)
     if (got[i] != want[i] && bad++ == 0) first = static_cast<int64_t>(i);
   EXPECT_EQ(0, bad) << what << ": first at byte " << first << " (pixel " << first / 4 << ", byte " << first % 4
-                    << "): got " << int(got[first < 0 ? 0 : first]) << ", want " << int(want[first < 0 ? 0 : first]);
+                    << "): got " << int(got[first]) << ", want " << int(want[first]);
 }
 
 // One case: src and dst of w x h (dst filled too, so that what AntiAlias must
-// leave alone is known), the filter against the reference.
-void Check(int w, int h, MyRect r, std::mt19937& rng) {
+// leave alone is known), the filter against the reference. With thirds, the
+// source is skewed and the sums divided by 3 that reach the target are added.
+void Check(int w, int h, MyRect r, std::mt19937& rng, std::set<int>* thirds = nullptr) {
   HGDIDib32 src(w, h), dst(w, h);
-  Randomise(src, rng);
+  Randomise(src, rng, thirds != nullptr);
   Randomise(dst, rng);
   const std::string what = std::to_string(w) + "x" + std::to_string(h) + " rect " + Show(r);
   const MyRect c = Corrected(r, w, h);
-  std::vector<uint8_t> want(Bytes(dst), Bytes(dst) + Size(dst));
-  Reference(Bytes(src), want.data(), Size(src), src.GetLineSize() / 4, h, src.GetLineSize() / 4, c);
+  std::vector<uint8_t> want = Copy(dst);
+  std::vector<int> sums(want.size(), -1);
+  Reference(Bytes(src), want.data(), Size(src), w, h, w, c, &sums);
   MyRect arg = r;
   src.AntiAlias(&dst, arg);
   EXPECT_EQ(Show(c), Show(arg)) << what << ": the rectangle comes back corrected";
   ASSERT_EQ(Size(src), Size(dst)) << what;
   ExpectSame(what, Bytes(dst), want);
+  for (int sum : sums)
+    if (thirds && sum >= 3000) thirds->insert(sum - 3000);
 }
 
 }  // namespace
@@ -131,69 +133,48 @@ TEST(HGDIDib32, AntiAliasMatchesThePlainFilter) {
     }
   Check(1920, 1080, MyRect{0, 0, 1920, 1080}, rng);
   Check(1921, 1081, MyRect{3, 5, 1700, 1000}, rng);
+
+  // Every sum of three bytes, 0 to 765, reaches the target divided by 3
+  // exactly (the division is a multiplication and a shift).
+  for (int w : {1000, 999}) {
+    std::set<int> thirds;
+    Check(w, 40, MyRect{0, 0, w, 40}, rng, &thirds);
+    EXPECT_EQ(766u, thirds.size()) << "width " << w << ": sums of three reaching the target";
+  }
 }
 
-// In place each sample reads the ones before it as already written; into a
-// target of another size the target is re-made at the source's size.
+// In place each sample reads the ones before it as already written. Into a
+// target of another size, re-made at the source's size, whose fresh pixels are
+// not known beforehand: the reference is laid over what came out. The step
+// down to the lower line is the source's line as last created: a size change
+// not yet made into a DIB keeps the old step.
 TEST(HGDIDib32, AntiAliasInPlaceAndIntoAnotherSize) {
   std::mt19937 rng(7);
   for (int w : {5, 16, 17, 64}) {
     HGDIDib32 d(w, 9);
     Randomise(d, rng);
     const MyRect r{0, 0, w, 9};
-    std::vector<uint8_t> want(Bytes(d), Bytes(d) + Size(d));
-    Reference(want.data(), want.data(), Size(d), d.GetLineSize() / 4, 9, d.GetLineSize() / 4, r);
+    std::vector<uint8_t> want = Copy(d);
+    Reference(want.data(), want.data(), Size(d), w, 9, w, r);
     MyRect arg = r;
     d.AntiAlias(&d, arg);
     ExpectSame("in place, width " + std::to_string(w), Bytes(d), want);
   }
 
-  // The target's fresh pixels are not known beforehand: the reference is laid
-  // over what came out, so that only the samples are compared.
-  HGDIDib32 src(33, 6), dst(4, 4);
+  HGDIDib32 src(33, 6), small(4, 4), grown(8, 6), out(10, 6);
   Randomise(src, rng);
-  Randomise(dst, rng);
-  MyRect r{0, 0, 33, 6};
-  src.AntiAlias(&dst, r);
-  ASSERT_EQ(33, dst.GetWidth());
-  ASSERT_EQ(6, dst.GetHeight());
-  std::vector<uint8_t> want(Bytes(dst), Bytes(dst) + Size(dst));
-  Reference(Bytes(src), want.data(), Size(src), src.GetLineSize() / 4, 6, src.GetLineSize() / 4, r);
-  ExpectSame("into a 4x4 target", Bytes(dst), want);
-
-  // The step down to the lower line is the source's line as last created: a
-  // size change not yet made into a DIB keeps the old step.
-  HGDIDib32 grown(8, 6), out(10, 6);
+  Randomise(small, rng);
   Randomise(grown, rng);
   grown.SetWidth(10);
-  MyRect g{0, 0, 10, 6};
+  MyRect r{0, 0, 33, 6}, g{0, 0, 10, 6};
+  src.AntiAlias(&small, r);
   grown.AntiAlias(&out, g);
+  EXPECT_EQ((MyPoint{33, 6}), (MyPoint{small.GetWidth(), small.GetHeight()}));
+  ASSERT_EQ(Size(src), Size(small));
   ASSERT_EQ(40, grown.GetLineSize());
-  std::vector<uint8_t> old(Bytes(out), Bytes(out) + Size(out));
+  std::vector<uint8_t> want = Copy(small), old = Copy(out);
+  Reference(Bytes(src), want.data(), Size(src), 33, 6, 33, r);
   Reference(Bytes(grown), old.data(), Size(grown), 10, 6, 8, g);
+  ExpectSame("into a 4x4 target", Bytes(small), want);
   ExpectSame("source grown since its last creation", Bytes(out), old);
-}
-
-// Every sum of three bytes, 0 to 765, lands in the target divided by 3
-// exactly (the division is a multiplication and a shift).
-TEST(HGDIDib32, AntiAliasDividesEverySumByThreeExactly) {
-  std::mt19937 rng(99);
-  for (int w : {1000, 999}) {
-    HGDIDib32 src(w, 40), dst(w, 40);
-    Randomise(src, rng, true);
-    Randomise(dst, rng);
-    const MyRect r{0, 0, w, 40};
-    std::vector<uint8_t> want(Bytes(dst), Bytes(dst) + Size(dst));
-    std::vector<int> sums(want.size(), -1);
-    Reference(Bytes(src), want.data(), Size(src), w, 40, w, r, &sums);
-    MyRect arg = r;
-    src.AntiAlias(&dst, arg);
-    ExpectSame("width " + std::to_string(w), Bytes(dst), want);
-    std::set<int> seen;
-    for (int s : sums)
-      if (s >= 3000) seen.insert(s - 3000);
-    EXPECT_EQ(766u, seen.size()) << "width " << w << ": sums of three reaching the target, from "
-                                 << (seen.empty() ? -1 : *seen.begin()) << " to "
-                                 << (seen.empty() ? -1 : *seen.rbegin());
-  }
 }
