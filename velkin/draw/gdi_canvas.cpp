@@ -220,9 +220,13 @@ int PatternIndex(int step, int length) {
 // The finished dashes of a line, drawn a batch at a time: a two-point
 // polyline draws what LineTo from its first point to its second does, and
 // one PolyPolyline call costs far less than a MoveToEx and a LineTo a dash.
+// Not so for a wide pen in a mix mode other than copying (GDI may paint the
+// batch's outline once, where dashes overlap): then each dash is a LineTo.
 class DashBatch {
  public:
-  explicit DashBatch(HDC dc) : dc_(dc) { std::fill(std::begin(counts_), std::end(counts_), 2); }
+  DashBatch(HDC dc, bool oneByOne) : dc_(dc), oneByOne_(oneByOne) {
+    std::fill(std::begin(counts_), std::end(counts_), 2);
+  }
   ~DashBatch() { Flush(); }
   DashBatch(const DashBatch&) = delete;
   DashBatch& operator=(const DashBatch&) = delete;
@@ -234,12 +238,17 @@ class DashBatch {
   // A dash from the pen position to p, p excluded; the first one starts
   // where the context's position stands.
   void LineTo(const MyPoint& p) {
-    if (!placed_) placed_ = GetCurrentPositionEx(dc_, &from_);
-    if (count_ == kBatch) Flush();
-    points_[2 * count_] = from_;
-    points_[2 * count_ + 1] = POINT{p.x, p.y};
-    ++count_;
-    from_ = POINT{p.x, p.y};
+    if (oneByOne_) {
+      if (placed_) MoveToEx(dc_, from_.x, from_.y, nullptr);
+      ::LineTo(dc_, p.x, p.y);
+    } else {
+      if (!placed_) GetCurrentPositionEx(dc_, &from_);
+      if (count_ == kBatch) Flush();
+      points_[2 * count_] = from_;
+      points_[2 * count_ + 1] = POINT{p.x, p.y};
+      ++count_;
+    }
+    MoveTo(p);
   }
 
  private:
@@ -250,6 +259,7 @@ class DashBatch {
   }
 
   HDC dc_;
+  bool oneByOne_;
   POINT from_{};
   bool placed_ = false;
   int count_ = 0;
@@ -269,7 +279,7 @@ void HCustomCanvas::DashTo(HDC dc, int x, int y) {
   const int length = pen_->GetPatternLength();
   const bool* bits = pen_->GetPatternBits();
   std::optional<DashBatch> dashes;
-  if (dc) dashes.emplace(dc);
+  if (dc) dashes.emplace(dc, !ThinPen() && GetROP2(dc) != R2_COPYPEN);
   bool down = penDown_;
   int at = PatternIndex(step_, length);
   for (int64_t i = steps.GetFirst(); i < steps.GetEnd(); ++i) {

@@ -96,6 +96,7 @@ struct Row {
   bool round;
   MyRect clip;  // all zero: no clip
   std::vector<Op> ops;
+  int rop = R2_COPYPEN;
 };
 
 struct Pair {
@@ -124,6 +125,7 @@ void Check(Pair& p, const Row& row) {
     c->SetPen(&pen);
     std::memset(Bits(*c), 0xC0, bytes);
     if (!(row.clip == MyRect{})) c->AddClip(row.clip);
+    SetROP2(static_cast<HDC>(c->GetHandle()), row.rop);
   }
   OldDashes old(p.old);
   for (const Op& op : row.ops) {
@@ -221,15 +223,18 @@ TEST(HCustomCanvas, DashedLinesMatchThePixelByPixelWalk) {
             // More dashes than one batch draws.
             {{true, 2, 2, clDefault}, {false, 157, 150, clDefault}, {false, 3, 158, clRed}},
         };
-        int n = 0;
-        for (const std::vector<Op>& ops : chains) {
-          const Row row{
-              Name(pattern, width, round, clip, "chain " + std::to_string(n++)), pattern, width, round, clip, ops};
-          if (ops.front().move) {
-            Check(p, row);
-          } else {
-            Pair fresh;  // the canvases' state as constructed
-            Check(fresh, row);
+        // Again with a mix mode where what dashes overlap shows.
+        for (int rop : {R2_COPYPEN, R2_XORPEN}) {
+          int n = 0;
+          for (const std::vector<Op>& ops : chains) {
+            const std::string what = (rop == R2_XORPEN ? "xor chain " : "chain ") + std::to_string(n++);
+            const Row row{Name(pattern, width, round, clip, what), pattern, width, round, clip, ops, rop};
+            if (ops.front().move) {
+              Check(p, row);
+            } else {
+              Pair fresh;  // the canvases' state as constructed
+              Check(fresh, row);
+            }
           }
         }
         if (HasFailure()) return;
