@@ -46,4 +46,32 @@ TEST(HTextConvert, ConvertsAndNeverWritesPastTheBuffer) {
   EXPECT_EQ('#', untouched);
 }
 
+// A UTF-8 text in a code page.
+std::string InCodePage(const std::string& utf8, unsigned codePage) {
+  wchar_t wide[64];
+  const int n = MultiByteToWideChar(CP_UTF8, 0, utf8.c_str(), -1, wide, 64);
+  char bytes[128];
+  return std::string(bytes, WideCharToMultiByte(codePage, 0, wide, n - 1, bytes, sizeof bytes, nullptr, nullptr));
+}
+
+TEST(HTextConvert, DoubleByteTextIsCutAtACharacterBoundary) {
+  // In code page 932 "a" and the half-width "ｱ" take one byte, "あ" and "い" two.
+  const struct {
+    const char* src;
+    int dstSize;
+    const char* kept;
+  } rows[] = {{"aあい", 2, "a"},     {"aあい", 3, "a"}, {"aあい", 4, "aあ"}, {"aあい", 5, "aあ"},
+              {"aあい", 6, "aあい"}, {"ｱあ", 2, "ｱ"},   {"ｱあ", 3, "ｱ"},     {"ｱあ", 4, "ｱあ"},
+              {"あｱ", 2, ""},        {"あｱ", 3, "あ"},  {"あｱ", 4, "あｱ"}};
+  ASSERT_EQ(3u, InCodePage("aあ", 932).size()) << "code page 932 is not available";
+  for (const auto& r : rows) {
+    char dst[16];
+    std::memset(dst, '#', sizeof dst);
+    HTextConvert(CP_UTF8, 932, r.src, dst, r.dstSize);
+    const std::string kept = InCodePage(r.kept, 932);
+    EXPECT_EQ(kept + '\0' + std::string(sizeof dst - kept.size() - 1, '#'), std::string(dst, sizeof dst))
+        << "\"" << r.src << "\" into " << r.dstSize << " bytes: expected \"" << r.kept << "\"";
+  }
+}
+
 }  // namespace

@@ -33,9 +33,15 @@ HColor32 Avg(HGDIDib32& src, std::initializer_list<int> ks, uint8_t x) {
 }
 
 TEST(HGDIDib32, SizesRowsAndPixels) {
-  MyRect r{5, 7, -2, 100};
-  HGDIDib32(10, 20).CorrectRect(r);
-  EXPECT_EQ((MyRect{0, 7, 5, 20}), r);
+  // A side set to 0 makes a DIB one pixel across; other sizes are taken as they are.
+  HGDIDib32 sized(5, 5);
+  for (int side : {0, 1, 2}) {
+    sized.SetWidth(side);
+    sized.SetHeight(side);
+    sized.GetHandle();
+    EXPECT_EQ(side ? side : 1, sized.GetDibSection().dsBm.bmWidth) << "side " << side << ", width";
+    EXPECT_EQ(side ? side : 1, sized.GetDibSection().dsBm.bmHeight) << "side " << side << ", height";
+  }
 
   // 3 pixels wide: lines of 12 bytes; y = height is the first line in memory.
   HGDIDib32 dib(3, 4);
@@ -98,7 +104,8 @@ TEST(HGDIDib32, AntiAliasArithmeticStaysInBuffer) {
   Fill(big);
   MyRect inner{1, 2, 3, 3};
   big.AntiAlias(&out, inner);
-  ASSERT_EQ((MyPoint{8, 6}), (MyPoint{out.GetWidth(), out.GetHeight()}));
+  ASSERT_EQ(8, out.GetWidth()) << "the target takes the source's width";
+  ASSERT_EQ(6, out.GetHeight()) << "the target takes the source's height";
   const uint8_t x = Pixel(out, 33)->Reserved;  // fresh DIB: whatever it holds
   const std::pair<int, HColor32> cases[] = {
       {33, Avg(big, {33, 31, 17}, x)}, {35, Avg(big, {35, 33, 19}, x)}, {37, Avg(big, {37, 35, 21}, x)},
