@@ -6,73 +6,37 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <string>
+#include "tests/velkin/draw/draw_pixels.h"
+
+using namespace draw_pixels;
 
 namespace {
 
-// A white top-down 32-bit surface of w x h, pictured as '#' for the inverted
-// (black) pixels and '.' for the white ones.
-class Surface {
- public:
-  Surface(int w, int h) : w_(w), h_(h), dc_(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO bi{{sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
-    void* bits = nullptr;
-    bmp_ = CreateDIBSection(dc_, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
-    bits_ = static_cast<uint32_t*>(bits);
-    old_ = SelectObject(dc_, bmp_);
-    for (int i = 0; i < w * h; ++i) bits_[i] = 0xFFFFFF;
-  }
-  ~Surface() {
-    SelectObject(dc_, old_);
-    DeleteObject(bmp_);
-    DeleteDC(dc_);
-  }
-  HDC Dc() const { return dc_; }
-  std::string Picture() const {
-    GdiFlush();
-    std::string s;
-    for (int y = 0; y < h_; ++y) {
-      s += ' ';
-      for (int x = 0; x < w_; ++x) s += (bits_[y * w_ + x] & 0xFFFFFF) == 0xFFFFFF ? '.' : '#';
-    }
-    return s.substr(1);
-  }
-
- private:
-  int w_, h_;
-  HDC dc_;
-  HBITMAP bmp_;
-  HGDIOBJ old_;
-  uint32_t* bits_;
-};
-
 TEST(GDIDrawBrushRect, EachFramePixelInvertedOnce) {
+  const char* const white = "WWWWWWWW WWWWWWWW WWWWWWWW WWWWWWWW WWWWWWWW WWWWWWWW";
   const struct {
     const char* what;
     MyRect r;
     int width;
-    const char* picture;  // rows apart by spaces
+    bool sides;  // false: no brush for the left and right edges
+    const char* picture;
   } rows[] = {
-      {"inside, one pixel", {1, 1, 7, 5}, -1, "........ .######. .#....#. .#....#. .######. ........"},
-      {"inside, thicker than half the rectangle",
-       {1, 1, 7, 5},
-       -3,
-       "........ .######. .######. .######. .######. ........"},
-      {"outside, two pixels", {3, 2, 5, 4}, 2, ".######. .######. .##..##. .##..##. .######. .######."},
-      {"zero width", {1, 1, 7, 5}, 0, "........ ........ ........ ........ ........ ........"},
+      {"inside, one pixel", {1, 1, 7, 5}, -1, true, "WWWWWWWW WKKKKKKW WKWWWWKW WKWWWWKW WKKKKKKW WWWWWWWW"},
+      {"inside, thicker than half", {1, 1, 7, 5}, -3, true, "WWWWWWWW WKKKKKKW WKKKKKKW WKKKKKKW WKKKKKKW WWWWWWWW"},
+      {"outside, two pixels", {3, 2, 5, 4}, 2, true, "WKKKKKKW WKKKKKKW WKKWWKKW WKKWWKKW WKKKKKKW WKKKKKKW"},
+      {"zero width", {1, 1, 7, 5}, 0, true, white},
+      {"no brush for the sides", {1, 1, 7, 5}, -1, false, "WWWWWWWW WKKKKKKW WWWWWWWW WWWWWWWW WKKKKKKW WWWWWWWW"},
   };
-  HBRUSH white = CreateSolidBrush(RGB(255, 255, 255));  // inverts white to black
+  HBRUSH invert = CreateSolidBrush(RGB(255, 255, 255));  // turns white black and back
   for (const auto& r : rows) {
-    Surface s(8, 6);
-    GDIDrawBrushRect(s.Dc(), r.r, r.width, white, white);
-    EXPECT_EQ(r.picture, s.Picture()) << r.what;
-    GDIDrawBrushRect(s.Dc(), r.r, r.width, white, white);
-    EXPECT_EQ("........ ........ ........ ........ ........ ........", s.Picture()) << r.what << ", painted twice";
+    Surface s(8, 6, 0xFFFFFF);
+    HBRUSH sides = r.sides ? invert : nullptr;
+    GDIDrawBrushRect(s.Dc(), r.r, r.width, invert, sides);
+    EXPECT_EQ(Rows(r.picture), Picture(s.Read(), 8, 6)) << r.what;
+    GDIDrawBrushRect(s.Dc(), r.r, r.width, invert, sides);
+    EXPECT_EQ(Rows(white), Picture(s.Read(), 8, 6)) << r.what << ", painted twice";
   }
-  Surface s(8, 6);
-  GDIDrawBrushRect(s.Dc(), MyRect{1, 1, 7, 5}, -1, white, nullptr);
-  EXPECT_EQ("........ .######. ........ ........ .######. ........", s.Picture()) << "no brush for the sides";
-  DeleteObject(white);
+  DeleteObject(invert);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 // and the program carries on at once.
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "velkin/sync/brannock.h"
 
@@ -19,25 +18,19 @@ class MisuseRecorder {
   MisuseRecorder(const MisuseRecorder&) = delete;
   MisuseRecorder& operator=(const MisuseRecorder&) = delete;
 
-  int Count() const {
-    std::lock_guard<std::mutex> guard(mutex_);
-    return static_cast<int>(reasons_.size());
-  }
-  // The reasons in order, one a line.
+  // The reasons so far, in order, each ending in a line break.
   std::string Reasons() const {
     std::lock_guard<std::mutex> guard(mutex_);
-    std::string all;
-    for (const std::string& r : reasons_) all += r + "\n";
-    return all;
+    return reasons_;
   }
 
  private:
   static void Record(const char* reason) {
     std::lock_guard<std::mutex> guard(mutex_);
-    reasons_.push_back(reason ? reason : "");
+    reasons_ += std::string(reason ? reason : "") + "\n";
   }
 
   HLockMisuseHandler previous_;
   static inline std::mutex mutex_;
-  static inline std::vector<std::string> reasons_;
+  static inline std::string reasons_;
 };

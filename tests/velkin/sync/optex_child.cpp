@@ -28,5 +28,5 @@ int main(int argc, char** argv) {
   }
   UnmapViewOfFile(const_cast<long*>(shared));
   CloseHandle(mapping);
-  return misuse.Count() ? 4 : 0;
+  return misuse.Reasons().empty() ? 0 : 4;
 }
