@@ -54,30 +54,31 @@ void HCustomGDIBrush::Assign(Graphics::TBrush* source) {
   color_ = source->GetColor();
   switch (source->GetStyle()) {
     case Graphics::bsClear:
-      SetStyle(HFS_None);
+      style_ = HFS_None;
       break;
     case Graphics::bsHorizontal:
-      SetStyle(HFS_Horizontal);
+      style_ = HFS_Horizontal;
       break;
     case Graphics::bsVertical:
-      SetStyle(HFS_Vertical);
+      style_ = HFS_Vertical;
       break;
     case Graphics::bsFDiagonal:
-      SetStyle(HFS_FDiagonal);
+      style_ = HFS_FDiagonal;
       break;
     case Graphics::bsBDiagonal:
-      SetStyle(HFS_BDiagonal);
+      style_ = HFS_BDiagonal;
       break;
     case Graphics::bsCross:
-      SetStyle(HFS_Cross);
+      style_ = HFS_Cross;
       break;
     case Graphics::bsDiagCross:
-      SetStyle(HFS_DiagCross);
+      style_ = HFS_DiagCross;
       break;
     default:
-      SetStyle(HFS_Solid);
+      style_ = HFS_Solid;
       break;
   }
+  Dirtied();
 }
 
 void* HCustomGDIBrush::DoCreateHandle() {

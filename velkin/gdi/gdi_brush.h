@@ -42,6 +42,8 @@ class VELKIN_API HCustomGDIBrush : public HGDIObject {
   // Colour, style and polygon style; the source is refreshed first. Null: nothing.
   void Assign(HCustomGDIBrush* source);
   // Colour and the mapped style (bsClear becomes HFS_None). Null: nothing.
+  // One change for the whole copy, ended by Dirtied(), as the wrapper copy does:
+  // a nested SetStyle would leave a LockOnChange brush locked for ever.
   void Assign(Graphics::TBrush* source);
 
   virtual bool Check(void* handle);

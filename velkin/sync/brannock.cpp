@@ -17,6 +17,12 @@ int COptex::uniprocessorHost_ = -1;
 namespace {
 std::atomic<long> eventWaits{0};
 std::atomic<long> eventSets{0};
+std::atomic<HLockMisuseHandler> misuseHandler{nullptr};
+
+void Misused(const char* reason) {
+  if (HLockMisuseHandler handler = misuseHandler.load()) return handler(reason);
+  DebugBreak();
+}
 
 // The line numbers are part of the texts callers see: they stay as they are.
 constexpr int kLineUnnamedEvent = 82;
@@ -52,7 +58,7 @@ COptex::COptex(const wchar_t* name, unsigned long spinCount) {
 COptex::~COptex() {
   const uint32_t owner = __atomic_load_n(&shared_->OwnerThreadId, __ATOMIC_RELAXED);
   // Another process may legitimately own a shared optex that this one drops.
-  if (IsSingleProcessOptex() ? owner != 0 : owner == ThreadId()) Misuse();
+  if (IsSingleProcessOptex() ? owner != 0 : owner == ThreadId()) Misuse("optex destroyed while owned");
   Release();
 }
 
@@ -179,7 +185,10 @@ void COptex::WakeWaiter() {
   SetEvent(event_);  // auto-reset: exactly one waiter goes
 }
 
-void COptex::Misuse() { DebugBreak(); }
+HLockMisuseHandler GetLockMisuseHandler() { return misuseHandler.load(); }
+void SetLockMisuseHandler(HLockMisuseHandler handler) { misuseHandler.store(handler); }
+
+void COptex::Misuse(const char* reason) { Misused(reason); }
 
 uint32_t COptex::SlowThreadId() { return GetCurrentThreadId(); }
 
@@ -207,7 +216,7 @@ CSingleWriteMultiRead::CSingleWriteMultiRead() {
 }
 
 CSingleWriteMultiRead::~CSingleWriteMultiRead() {
-  if (active_ != 0) DebugBreak();
+  if (active_ != 0) Misused("reader/writer lock destroyed while in use");
   waitingReaders_ = waitingWriters_ = active_ = 0;
   DeleteCriticalSection(AsSection(lock_));
   CloseHandle(readerSemaphore_);
@@ -247,7 +256,7 @@ void CSingleWriteMultiRead::Done() {
   if (active_ == 0) {
     // Nobody is inside: counting on would let a phantom entry in.
     LeaveLock();
-    DebugBreak();
+    Misused("Done on a reader/writer lock nobody is in");
     return;
   }
   if (active_ > 0)

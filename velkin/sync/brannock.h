@@ -5,6 +5,14 @@
 
 // Unit Brannock: two locks for application threads.
 
+// Called with the reason when either lock is misused, in place of the debugger
+// break; null (the default) breaks into the debugger. A test program installs
+// one so that misuse shows up as a failure at once, not as a debugger that
+// never comes back.
+using HLockMisuseHandler = void (*)(const char* reason);
+VELKIN_API HLockMisuseHandler GetLockMisuseHandler();
+VELKIN_API void SetLockMisuseHandler(HLockMisuseHandler handler);
+
 // A recursive mutex that spins on an interlocked counter before it sleeps on a
 // kernel event. Private to one process, or, with a name, shared by every
 // process that builds an optex of that name (state in a named shared-memory
@@ -54,7 +62,8 @@ class VELKIN_API COptex {
 
   void Leave() {
     SharedInfo* const psi = shared_;
-    if (__atomic_load_n(&psi->OwnerThreadId, __ATOMIC_RELAXED) != ThreadId()) return Misuse();
+    if (__atomic_load_n(&psi->OwnerThreadId, __ATOMIC_RELAXED) != ThreadId())
+      return Misuse("Leave by a thread that does not own the optex");
     if (--psi->RecurseCount > 0) {
       __atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE);
       return;
@@ -110,7 +119,7 @@ class VELKIN_API COptex {
   void EnterWait();
   void WakeWaiter();
   void Release();
-  static void Misuse();
+  static void Misuse(const char* reason);
 
   void* event_ = nullptr;
   void* mapping_ = nullptr;

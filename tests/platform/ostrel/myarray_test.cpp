@@ -20,7 +20,7 @@ std::vector<int> Values(const MyValArray<int>& a) {
   return out;
 }
 
-TEST(OstrelArray, GrowthIndexesAndSelfReferences) {
+TEST(MyArray, GrowthIndexesAndSelfReferences) {
   MyValArray<int> a;
   for (int i = 0; i < 41; ++i) {
     ASSERT_EQ(i, a.Add(i * 3));
@@ -53,7 +53,7 @@ TEST(OstrelArray, GrowthIndexesAndSelfReferences) {
   EXPECT_EQ(35, *r.Item(21));
 }
 
-TEST(OstrelArray, OwnedItemsAreDeletedOnceWhenTheyLeave) {
+TEST(MyArray, OwnedItemsAreDeletedOnceWhenTheyLeave) {
   Counted::live = 0;
   Counted keep(1);
   {
@@ -78,7 +78,7 @@ class IntArray : public MyValArray<int> {
   int Compare(const int* item, const int* key) const override { return *item < *key ? -1 : *item > *key ? 1 : 0; }
 };
 
-TEST(OstrelArray, SearchGivesTheInsertionPoint) {
+TEST(MyArray, SearchGivesTheInsertionPoint) {
   IntArray a;
   int at = -7;
   EXPECT_FALSE(a.Search(5, &at));

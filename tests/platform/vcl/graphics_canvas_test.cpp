@@ -1,6 +1,5 @@
-// The framework's graphics: pen, brush and font handles as GDI sees them,
-// lazy selection into a canvas's context, pixels drawn on a bitmap, and no
-// handle left behind.
+// The framework's canvas: lazy selection into its context, pixels drawn on a
+// bitmap, and no handle left behind.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -18,38 +17,7 @@ int At(TBitmap& b, int x, int y) {
   return row ? RGB(row[4 * x + 2], row[4 * x + 1], row[4 * x]) : -1;
 }
 
-TEST(GraphicsTools, PenBrushAndFontAsGdiSeesThem) {
-  TPen pen;
-  pen.SetColor(clRed);
-  pen.SetStyle(psDot);
-  LOGPEN lp{};
-  ASSERT_GT(GetObjectA(pen.GetHandle(), sizeof lp, &lp), 0);
-  EXPECT_EQ(UINT(PS_DOT), lp.lopnStyle);
-  EXPECT_EQ(COLORREF(RGB(255, 0, 0)), lp.lopnColor);
-
-  TBrush brush;
-  brush.SetStyle(bsDiagCross);
-  brush.SetColor(clNavy);
-  LOGBRUSH lb{};
-  ASSERT_GT(GetObjectA(brush.GetHandle(), sizeof lb, &lb), 0);
-  EXPECT_EQ(UINT(BS_HATCHED), lb.lbStyle);
-  EXPECT_EQ(ULONG_PTR(HS_DIAGCROSS), lb.lbHatch);
-  EXPECT_EQ(COLORREF(0x800000), lb.lbColor);
-
-  TFont font;
-  font.SetPixelsPerInch(96);
-  font.SetSize(12);
-  font.SetStyle(TFontStyles{fsBold, fsUnderline});
-  font.SetName("Arial");
-  LOGFONTA lf{};
-  ASSERT_GT(GetObjectA(font.GetHandle(), sizeof lf, &lf), 0);
-  EXPECT_EQ(-16, lf.lfHeight);
-  EXPECT_EQ(FW_BOLD, lf.lfWeight);
-  EXPECT_EQ(1, lf.lfUnderline);
-  EXPECT_STREQ("Arial", lf.lfFaceName);
-}
-
-TEST(GraphicsCanvas, LazySelectionAndPixels) {
+TEST(TCanvas, LazySelectionAndPixels) {
   TBitmap bmp;
   bmp.SetSize(40, 30);
   TCanvas* canvas = bmp.GetCanvas();
@@ -88,7 +56,7 @@ TEST(GraphicsCanvas, LazySelectionAndPixels) {
   EXPECT_EQ(s.cx, width);
 }
 
-TEST(GraphicsCanvas, NoHandleLeaks) {
+TEST(TCanvas, NoHandleLeaks) {
   std::set<HGDIOBJ> seen;
   HDC external = CreateCompatibleDC(nullptr);
   HGDIOBJ originalPen = GetCurrentObject(external, OBJ_PEN), originalFont = GetCurrentObject(external, OBJ_FONT);

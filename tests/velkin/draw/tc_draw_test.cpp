@@ -87,6 +87,24 @@ TEST(TcDrawBox, EveryStyleFramesAndFills) {
   }
 }
 
+TEST(TcDrawColorRect, FrameThickerThanHalfFillsTheRectangleAndNoMore) {
+  const struct {
+    const char* what;
+    int width;
+    const char* picture;
+  } rows[] = {
+      {"one pixel", 1, "........ .RRRRRR. .R....R. .RRRRRR. ........"},
+      {"as thick as half the height", 2, "........ .RRRRRR. .RRRRRR. .RRRRRR. ........"},
+      {"far thicker than the rectangle", 40, "........ .RRRRRR. .RRRRRR. .RRRRRR. ........"},
+      {"no width", 0, "........ ........ ........ ........ ........"},
+  };
+  for (const auto& r : rows) {
+    BothSurfaces s(8, 5);
+    s.Run([&](auto* c) { TC_ColorRect(c, MyRect{1, 1, 7, 4}, clRed, r.width); });
+    EXPECT_BOTH_PICTURE(s, r.picture, r.what);
+  }
+}
+
 TEST(TcDrawBox, ColoursOutlinesAndThePenThatComesBack) {
   BothSurfaces s(5, 5);
   s.Run([](auto* c) {

@@ -1,3 +1,6 @@
+// The optex and the reader/writer lock: exclusion under real threads and
+// processes, nesting, waits through the kernel only when blocked, names,
+// failed creation, and misuse reported through the misuse handler.
 #include "velkin/sync/brannock.h"
 
 #include <gtest/gtest.h>
@@ -7,14 +10,29 @@
 #include <atomic>
 #include <string>
 #include <thread>
-#include <tuple>
 #include <vector>
 
 #include "platform/ostrel/oslib.h"
 #include "platform/vcl/sysutils.h"
-#include "tests/velkin/sync/break_counter.h"
+#include "tests/velkin/sync/misuse_recorder.h"
 
 namespace {
+
+// Misuse outside a MisuseRecorder fails the running test with its reason, at
+// once: without a handler it would break into a debugger and the program
+// would wait for it until the run's time limit.
+struct FailOnMisuse {
+  FailOnMisuse() { SetLockMisuseHandler(&Fail); }
+  static void Fail(const char* reason) { ADD_FAILURE() << "lock misused: " << reason; }
+} failOnMisuse;
+
+// Polls cond until it holds or about ten seconds have passed; the bound only
+// keeps a broken lock from hanging the run, it never decides a result.
+template <class Cond>
+bool WaitUntil(Cond cond) {
+  for (int i = 0; i < 10000 && !cond(); ++i) Sleep(1);
+  return cond();
+}
 
 std::string Unique(const char* base) { return std::string(base) + "_" + std::to_string(GetCurrentProcessId()); }
 
@@ -40,7 +58,7 @@ std::string ThrownText(const Char* name) {
 // Several threads increment a plain counter under the lock, with a gap between
 // read and write that a broken lock would let another thread into.
 void Hammer(COptex& lock, int threads, int iterations, bool useTryEnter) {
-  BreakCounter breaks;  // a broken lock shows up as a Leave by a non-owner: count it, do not die of it
+  MisuseRecorder misuse;  // a broken lock shows up as a Leave by a non-owner
   long counter = 0;
   int inside = 0;
   std::atomic<int> overlaps{0};
@@ -61,10 +79,12 @@ void Hammer(COptex& lock, int threads, int iterations, bool useTryEnter) {
       }
     });
   for (auto& t : pool) t.join();
-  EXPECT_EQ((std::tuple{long(threads) * iterations, 0, 0}), (std::tuple{counter, overlaps.load(), breaks.Count()}));
+  EXPECT_EQ(long(threads) * iterations, counter) << "counter";
+  EXPECT_EQ(0, overlaps.load()) << "threads inside together";
+  EXPECT_EQ("", misuse.Reasons()) << "misuse";
 }
 
-TEST(KernelOptex, ThreadsCountingUnderTheLockEndExact) {
+TEST(COptex, ThreadsCountingUnderTheLockEndExact) {
   // Spin count 0 sends every contended Enter to the kernel; a broken lock may
   // well hang the next round, so each runs only after a clean one.
   COptex plain(0ul), spinning(4000ul), named(Unique("kern_hammer").c_str(), 100);
@@ -74,11 +94,12 @@ TEST(KernelOptex, ThreadsCountingUnderTheLockEndExact) {
   if (!HasFailure()) Hammer(named, 4, 20000, false);
 }
 
-TEST(KernelOptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
+TEST(COptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
   const std::string name = Unique("kern_nest");
   const std::wstring wide(name.begin(), name.end());
   COptex priv(0ul), named(name.c_str(), 0), sameName(wide.c_str(), 0);
-  EXPECT_EQ(std::tuple(true, false), std::tuple(priv.IsSingleProcessOptex(), sameName.IsSingleProcessOptex()));
+  EXPECT_TRUE(priv.IsSingleProcessOptex()) << "no name";
+  EXPECT_FALSE(sameName.IsSingleProcessOptex()) << "a wide name";
   HANDLE event = OpenEventA(SYNCHRONIZE, FALSE, ("Optex_Event_" + name).c_str());
   EXPECT_NE(nullptr, event) << "the failure test below looks for this name";
   if (event) CloseHandle(event);
@@ -91,8 +112,8 @@ TEST(KernelOptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
       if (i % 3 == 0 && mine->TryEnter()) mine->Leave();
       mine->Leave();
     }
-    EXPECT_EQ((std::tuple{waits, sets}), (std::tuple{COptex::GetEventWaits(), COptex::GetEventSets()}))
-        << "uncontended";
+    EXPECT_EQ(waits, COptex::GetEventWaits()) << "uncontended, event waits";
+    EXPECT_EQ(sets, COptex::GetEventSets()) << "uncontended, event sets";
 
     ASSERT_TRUE(mine->TryEnter());
     EXPECT_TRUE(mine->TryEnter()) << "the owner nests at once";
@@ -117,11 +138,12 @@ TEST(KernelOptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
     EXPECT_FALSE(in);
     mine->Leave();
     t.join();
-    EXPECT_EQ((std::tuple{true, sets + 1}), (std::tuple{in.load(), COptex::GetEventSets()}));
+    EXPECT_TRUE(in.load()) << "the waiter got in";
+    EXPECT_EQ(sets + 1, COptex::GetEventSets()) << "one wake-up";
   }
 }
 
-TEST(KernelOptex, NamesThatDoNotFitAreRefusedNotCut) {
+TEST(COptex, NamesThatDoNotFitAreRefusedNotCut) {
   const std::string longest(COptex::MaxNameLength, 'n');
   EXPECT_FALSE(COptex(longest.c_str()).IsSingleProcessOptex());
   const std::string tooLong = "Optex name too long: 248 characters, at most 247 allowed";
@@ -129,7 +151,7 @@ TEST(KernelOptex, NamesThatDoNotFitAreRefusedNotCut) {
   EXPECT_EQ(tooLong, ThrownText(std::wstring(248, L'w').c_str()));
 }
 
-TEST(KernelOptex, FailedCreationThrowsTheAssertionTextsAndLeaksNothing) {
+TEST(COptex, FailedCreationThrowsTheAssertionTextsAndLeaksNothing) {
   EXPECT_EQ("Assert: [m_hevt != NULL] in Brannock:94", ThrownText("no\\such\\namespace"));
   // Foreign objects under the mapping's name: an event, and a read-only
   // section of a file (this program), which cannot give a writable view.
@@ -152,25 +174,44 @@ TEST(KernelOptex, FailedCreationThrowsTheAssertionTextsAndLeaksNothing) {
   CloseHandle(squatter);
 }
 
-TEST(KernelOptex, MisuseBreaksIntoTheDebuggerAndLeavesTheLockAlone) {
-  BreakCounter breaks;
+TEST(COptex, MisuseIsReportedWithItsReasonAndLeavesTheLockAlone) {
+  const std::string stranger = "Leave by a thread that does not own the optex\n";
+  MisuseRecorder misuse;
   {
     COptex lock;
     lock.Leave();  // nobody owns it
-    EXPECT_EQ(1, breaks.Count());
+    EXPECT_EQ(stranger, misuse.Reasons()) << "Leave of a free optex";
     lock.Enter();
     std::thread([&] { lock.Leave(); }).join();  // not the owner
-    EXPECT_EQ(2, breaks.Count());
+    EXPECT_EQ(stranger + stranger, misuse.Reasons()) << "Leave by another thread";
     EXPECT_FALSE(OtherGets(lock)) << "a stranger's Leave released the lock";
     lock.Leave();
     EXPECT_TRUE(OtherGets(lock));
-    EXPECT_EQ(2, breaks.Count()) << "proper use";
+    EXPECT_EQ(stranger + stranger, misuse.Reasons()) << "proper use";
     lock.Enter();
   }  // destroyed while owned
-  EXPECT_EQ(3, breaks.Count());
+  EXPECT_EQ(stranger + stranger + "optex destroyed while owned\n", misuse.Reasons());
 }
 
-TEST(KernelOptex, ThreeProcessesShareOneNamedOptex) {
+TEST(CSingleWriteMultiRead, MisuseIsReportedWithItsReason) {
+  MisuseRecorder misuse;
+  {
+    CSingleWriteMultiRead lock;
+    lock.Done();  // nobody is in
+    EXPECT_EQ(0, lock.GetActive()) << "an idle Done let a phantom entry in";
+    lock.WaitToRead();
+  }  // destroyed with a reader inside
+  EXPECT_EQ("Done on a reader/writer lock nobody is in\nreader/writer lock destroyed while in use\n", misuse.Reasons());
+  {
+    CSingleWriteMultiRead lock;
+    lock.WaitToWrite();
+    lock.Done();
+  }
+  EXPECT_EQ("Done on a reader/writer lock nobody is in\nreader/writer lock destroyed while in use\n", misuse.Reasons())
+      << "proper use";
+}
+
+TEST(COptex, ThreeProcessesShareOneNamedOptex) {
   const std::string lockName = Unique("kern_xproc"), counterName = Unique("kern_xproc_counter");
   const int iterations = 20000, children = 3;
   HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 64, counterName.c_str());
@@ -203,7 +244,7 @@ TEST(KernelOptex, ThreeProcessesShareOneNamedOptex) {
   CloseHandle(mapping);
 }
 
-TEST(KernelRWLock, WaitingWriterGoesFirstThenAllWaitingReadersTogether) {
+TEST(CSingleWriteMultiRead, WaitingWriterGoesFirstThenAllWaitingReadersTogether) {
   CSingleWriteMultiRead lock;
   // The last of three readers, with nobody waiting, must release nothing: a
   // stale wake-up would let a later reader past the waiting writer below.
@@ -235,20 +276,25 @@ TEST(KernelRWLock, WaitingWriterGoesFirstThenAllWaitingReadersTogether) {
   ASSERT_TRUE(WaitUntil([&] { return lock.GetWaitingReaders() == 2; }));
   EXPECT_EQ(2, lock.GetActive()) << "a new reader overtook the waiting writer";
   lock.Done();
-  EXPECT_EQ((std::tuple{1, 1}), (std::tuple{lock.GetActive(), lock.GetWaitingWriters()})) << "writer beside a reader";
+  EXPECT_EQ(1, lock.GetActive()) << "one reader left, active";
+  EXPECT_EQ(1, lock.GetWaitingWriters()) << "one reader left, the writer still waits";
   lock.Done();
   ASSERT_TRUE(WaitUntil([&] { return writerAt != 0; }));
   // The writer first, alone; both readers still waiting.
-  EXPECT_EQ((std::tuple{1, -1, 2}), (std::tuple{writerAt.load(), lock.GetActive(), lock.GetWaitingReaders()}));
+  EXPECT_EQ(1, writerAt.load()) << "writer's turn";
+  EXPECT_EQ(-1, lock.GetActive()) << "the writer alone, active";
+  EXPECT_EQ(2, lock.GetWaitingReaders()) << "readers still waiting";
 
   writerMayLeave = true;
   writer.join();
   for (auto& t : readers) t.join();
   EXPECT_EQ(0, apart.load()) << "the waiting readers were not let in together";
-  EXPECT_EQ((std::tuple{0, 0, 0}), (std::tuple{lock.GetActive(), lock.GetWaitingReaders(), lock.GetWaitingWriters()}));
+  EXPECT_EQ(0, lock.GetActive()) << "at the end, active";
+  EXPECT_EQ(0, lock.GetWaitingReaders()) << "at the end, waiting readers";
+  EXPECT_EQ(0, lock.GetWaitingWriters()) << "at the end, waiting writers";
 }
 
-TEST(KernelRWLock, NoWriterEverOverlapsAnyone) {
+TEST(CSingleWriteMultiRead, NoWriterEverOverlapsAnyone) {
   CSingleWriteMultiRead lock;
   std::atomic<int> readersInside{0}, writersInside{0}, violations{0};
   long a = 0, b = 0;  // writers keep them equal; readers must never see them differ
@@ -269,8 +315,10 @@ TEST(KernelRWLock, NoWriterEverOverlapsAnyone) {
       }
     });
   for (auto& t : pool) t.join();
-  EXPECT_EQ((std::tuple{0, long(writers) * iterations, long(writers) * iterations, 0}),
-            (std::tuple{violations.load(), a, b, lock.GetActive()}));
+  EXPECT_EQ(0, violations.load()) << "overlaps seen";
+  EXPECT_EQ(long(writers) * iterations, a) << "writes to a";
+  EXPECT_EQ(long(writers) * iterations, b) << "writes to b";
+  EXPECT_EQ(0, lock.GetActive()) << "at the end, active";
 }
 
 }  // namespace

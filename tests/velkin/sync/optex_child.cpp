@@ -3,18 +3,17 @@
 // Counts itself in the fourth word of the mapping, then ITERATIONS times
 // enters the named optex and increments an unguarded counter in the first word
 // with a gap between its read and its write. Exit code 0 on success, 2 on bad
-// arguments, 3 when the mapping is missing, 4 when the optex broke into the
-// debugger.
+// arguments, 3 when the mapping is missing, 4 when the optex was misused.
 #include <windows.h>
 
 #include <cstdlib>
 
-#include "tests/velkin/sync/break_counter.h"
+#include "tests/velkin/sync/misuse_recorder.h"
 #include "velkin/sync/brannock.h"
 
 int main(int argc, char** argv) {
   if (argc != 4) return 2;
-  BreakCounter breaks;  // a failing child must end, not wait for a debugger
+  MisuseRecorder misuse;  // a failing child must end, not wait for a debugger
   COptex lock(argv[1]);
   HANDLE mapping = OpenFileMappingA(FILE_MAP_WRITE, FALSE, argv[2]);
   auto* shared = mapping ? static_cast<volatile long*>(MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0)) : nullptr;
@@ -29,5 +28,5 @@ int main(int argc, char** argv) {
   }
   UnmapViewOfFile(const_cast<long*>(shared));
   CloseHandle(mapping);
-  return breaks.Count() ? 4 : 0;
+  return misuse.Reasons().empty() ? 0 : 4;
 }

@@ -30,7 +30,7 @@ Ink Read(const Reader& read, int w, int h, uint32_t color, int top = 0) {
   return ink;
 }
 
-TEST(TcTextOut, ColourKeepsTheFontsOrUsesTheGivenOne) {
+TEST(TC_TextOut, ColourKeepsTheFontsOrUsesTheGivenOne) {
   BothSurfaces s(120, 30);
   s.Run([](auto* c) {
     c->GetFont()->SetColor(clRed);
@@ -46,7 +46,7 @@ TEST(TcTextOut, ColourKeepsTheFontsOrUsesTheGivenOne) {
   }
 }
 
-TEST(TcTextOut, VerticalTextReadsUpwards) {
+TEST(TC_TextOut, VerticalTextReadsUpwards) {
   BothSurfaces s(40, 160), up(40, 160);
   s.Run([&](auto* c) { TC_TextOutV(c, MyRect{5, 5, 35, 155}, "Vertical caption", clBlue, DT_CENTER | DT_VCENTER); });
   // Heavy letters first, dots last: upwards the ink gathers at the bottom.

@@ -1,4 +1,4 @@
-#include "velkin/core/units.h"
+#include "velkin/package/units.h"
 
 #include "platform/vcl/package.h"
 

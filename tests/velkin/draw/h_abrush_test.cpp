@@ -31,7 +31,7 @@ std::vector<HBRUSH> StageBrushes(HAniBrush& ab) {
   return b;
 }
 
-TEST(HAniBrushFrame, DrawingAgainRestoresEveryPixel) {
+TEST(HAniBrush, DrawingAgainRestoresEveryPixel) {
   Surface s(64, 48), ref(64, 48);  // the same noise in both
   s.FillNoise();
   ref.FillNoise();
@@ -67,7 +67,7 @@ TEST(HAniBrushFrame, DrawingAgainRestoresEveryPixel) {
 
 // Horizontal edges take the top brush, vertical ones the bottom brush, which
 // two-tone frames index backwards.
-TEST(HAniBrushFrame, StagesShiftThePatternAndTwoToneRunsBackwards) {
+TEST(HAniBrush, StagesShiftThePatternAndTwoToneRunsBackwards) {
   for (bool twoTone : {false, true}) {
     Surface s(32, 32);
     HAniBrush ab(twoTone);
@@ -87,7 +87,7 @@ TEST(HAniBrushFrame, StagesShiftThePatternAndTwoToneRunsBackwards) {
   }
 }
 
-TEST(HAniBrushFrame, EveryBrushIsDeletedOnce) {
+TEST(HAniBrush, EveryBrushIsDeletedOnce) {
   std::vector<HBRUSH> last;
   {
     HAniBrush ab(true);

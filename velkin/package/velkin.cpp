@@ -1,4 +1,4 @@
-#include "velkin/core/velkin.h"
+#include "velkin/package/velkin.h"
 
 #include <windows.h>
 
@@ -11,8 +11,8 @@
 #include "platform/pellum/units.h"
 #include "platform/vcl/sysutils.h"
 #include "platform/vcl/units.h"
-#include "velkin/core/units.h"
 #include "velkin/gdi/gdi_temp.h"
+#include "velkin/package/units.h"
 
 namespace Velkin {
 namespace {

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(TcGsrScaledRect, SizeModesPlacementsCorrectionsAndZeroSizes) {
+TEST(GetScaledRect, SizeModesPlacementsCorrectionsAndZeroSizes) {
   const MyRect a{0, 0, 100, 100}, b{10, 10, 110, 60};
   const struct {
     MyRect area;

@@ -1,7 +1,13 @@
+// The canvas over every backing: the same drawing gives the same pixels,
+// clips narrow and unwind, the pen slot, dashed lines, ellipses and blits, and
+// what a fresh canvas holds.
+#include "velkin/draw/gdi_canvas.h"
+
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <functional>
 #include <memory>
-#include <vector>
 
 #include "platform/vcl/controls.h"
 #include "tests/velkin/draw/draw_pixels.h"
@@ -44,7 +50,38 @@ std::unique_ptr<Controls::TWinControl> Window() {
   return w;
 }
 
-TEST(CanvasBackings, EveryBackingDrawsTheSamePixels) {
+// Runs draw on each backing, W x H, and hands its pixels to check, read once
+// the canvas is gone (the control canvas's through CopyTo before it goes).
+void OnEveryBacking(const std::function<void(HCustomCanvas*)>& draw,
+                    const std::function<void(const char* backing, const Reader& read)>& check) {
+  {
+    HBitmapCanvas bitmap;
+    bitmap.Resize(W, H);
+    draw(&bitmap);
+    check("HBitmapCanvas", Of(bitmap));
+  }
+  TBitmap bmp;
+  bmp.SetSize(W, H);
+  draw(std::make_unique<HCanvasCanvas>(bmp.GetCanvas(), W, H).get());
+  check("HCanvasCanvas", Of(bmp));
+
+  Surface raw(W, H);
+  auto* api = new HAPICanvas;
+  api->SetHDC(raw.Dc(), W, H);
+  draw(api);
+  delete api;
+  check("HAPICanvas", raw.Read());
+
+  auto w = Window();
+  HCustomCanvas* c = new HControlCanvas(w.get());
+  draw(c);
+  Surface copy(W, H);
+  c->CopyTo(copy.Dc());
+  delete c;
+  check("HControlCanvas", copy.Read());
+}
+
+TEST(HCustomCanvas, EveryBackingDrawsTheSamePixels) {
   HBitmapCanvas reference;
   reference.Resize(W, H);
   Scene(&reference);
@@ -53,54 +90,11 @@ TEST(CanvasBackings, EveryBackingDrawsTheSamePixels) {
   const uint32_t marks[][3] = {{1, 1, 0x808080},  {2, 2, 0xFFFFFF},  {22, 1, 0},
                                {28, 6, 0xFF0000}, {1, 14, 0x0000FF}, {4, 14, 0xC0C0C0}};
   for (auto [x, y, rgb] : marks) EXPECT_EQ(expected(x, y), rgb) << "at " << x << "," << y;
-
-  TBitmap bmp;
-  bmp.SetSize(W, H);
-  Scene(std::make_unique<HCanvasCanvas>(bmp.GetCanvas(), W, H).get());  // drawn and gone
-  EXPECT_EQ(Diff(Of(bmp), expected, W, H), "") << "HCanvasCanvas";
-
-  Surface raw(W, H);
-  auto* api = new HAPICanvas;
-  api->SetHDC(raw.Dc(), W, H);
-  Scene(api);
-  delete api;
-  EXPECT_EQ(Diff(raw.Read(), expected, W, H), "") << "HAPICanvas";
-
-  auto w = Window();
-  HCustomCanvas* c = new HControlCanvas(w.get());
-  Scene(c);
-  Surface copy(W, H);
-  c->CopyTo(copy.Dc());
-  delete c;
-  EXPECT_EQ(Diff(copy.Read(), expected, W, H), "") << "HControlCanvas";
+  OnEveryBacking(
+      Scene, [&](const char* backing, const Reader& read) { EXPECT_EQ(Diff(read, expected, W, H), "") << backing; });
 }
 
-TEST(CanvasBackings, ControlCanvasReleasesItsContext) {
-  auto w = Window();
-  HWND window = w->GetHandle();
-  ASSERT_NE(window, nullptr);
-  auto* c = new HControlCanvas(w.get());
-  HDC dc = static_cast<HDC>(c->GetHandle());
-  ASSERT_NE(dc, nullptr);
-  c->LineTo(5, 5, clRed);
-  EXPECT_EQ(c->GetHandle(), dc) << "the context is fetched once and kept";
-  HGDIOBJ ourPen = GetCurrentObject(dc, OBJ_PEN);
-  EXPECT_NE(GetObjectType(ourPen), 0u);
-  // Whether the window's cache hands dc out again within `tries` requests.
-  auto handedOut = [&](int tries) {
-    std::vector<HDC> taken;
-    for (int i = 0; i < tries && (taken.empty() || taken.back() != dc); ++i) taken.push_back(GetDC(window));
-    const bool found = taken.back() == dc;
-    for (HDC d : taken) ReleaseDC(window, d);
-    return found;
-  };
-  EXPECT_FALSE(handedOut(4)) << "the canvas still holds its context";
-  delete c;
-  EXPECT_EQ(GetObjectType(ourPen), 0u) << "the canvas's pen is gone";
-  EXPECT_TRUE(GetObjectType(dc) == 0 || handedOut(8)) << "the context went back to the window";
-}
-
-TEST(CanvasBackings, ClipStackNarrowsAndUnwinds) {
+TEST(HCustomCanvas, ClipStackNarrowsAndUnwinds) {
   HBitmapCanvas c;  // black
   c.Resize(12, 8);
   c.AddClip(MyRect{2, 2, 40, 40});
@@ -122,7 +116,70 @@ TEST(CanvasBackings, ClipStackNarrowsAndUnwinds) {
   EXPECT_EQ(Diff(Of(c), Plain(0x00FF00), 12, 8), "") << "no clip left: the whole surface draws";
 }
 
-TEST(CanvasBackings, PenSlotHoldsOneCopy) {
+TEST(HCustomCanvas, NestedClipStopsAtTheOuterClipsRightAndBottomEdges) {
+  MyRect nested{};
+  OnEveryBacking(
+      [&](HCustomCanvas* c) {
+        c->Fill(MyRect{0, 0, W, H}, clSilver);
+        c->AddClip(MyRect{2, 1, 6, 4});    // columns 2-6, rows 1-4
+        c->AddClip(MyRect{4, 3, 30, 30});  // reaches past both: columns 4-6, rows 3-4
+        nested = c->CurClip();
+        c->Fill(MyRect{0, 0, W, H}, clRed);
+        c->RestoreClip();  // the outer clip again
+        c->Fill(MyRect{0, 0, W, 2}, clBlue);
+        c->RestoreClip();  // none
+        c->Fill(MyRect{0, 7, W, 8}, clLime);
+      },
+      [&](const char* backing, const Reader& read) {
+        EXPECT_EQ((MyRect{4, 3, 7, 5}), nested) << backing << ", CurClip of the nested clip";
+        EXPECT_EQ(Rows("............ ..BBBBB..... ............ ....RRR..... ....RRR..... ............ ............ "
+                       "LLLLLLLLLLLL"),
+                  Picture(read, 12, 8))
+            << backing;
+      });
+}
+
+TEST(HCustomCanvas, FreshCanvasesHoldTheirDefaults) {
+  LOGFONTA stock{};
+  GetObjectA(GetStockObject(ANSI_VAR_FONT), sizeof stock, &stock);
+  TBitmap bmp;
+  bmp.SetSize(5, 4);
+  HBitmapCanvas bitmap;
+  HCanvasCanvas canvas(bmp.GetCanvas(), 5, 4);
+  HAPICanvas api;
+  HControlCanvas control(nullptr);
+  const struct {
+    const char* backing;
+    HCustomCanvas* c;
+    bool handle;
+    int width, height;
+  } fresh[] = {{"HBitmapCanvas", &bitmap, true, 1, 1},
+               {"HCanvasCanvas", &canvas, true, 5, 4},
+               {"HAPICanvas without a context", &api, false, 0, 0},
+               {"HControlCanvas without a control", &control, false, 0, 0}};
+  for (const auto& f : fresh) {
+    HCustomCanvas& c = *f.c;
+    const struct {
+      const char* field;
+      long long actual, expected;
+    } rows[] = {
+        {"clip count", c.GetClipCount(), 0},
+        {"anti-alias", c.GetAntiAlias(), false},
+        {"pen position x", c.GetPenPos().x, 0},
+        {"pen position y", c.GetPenPos().y, 0},
+        {"pen colour", c.GetPen()->GetColor(), clBlack},
+        {"brush colour", c.GetBrush()->GetColor(), clWhite},
+        {"font record is the stock variable font's", std::memcmp(&c.GetFont()->GetLogFont(), &stock, sizeof stock), 0},
+        {"width", c.GetWidth(), f.width},
+        {"height", c.GetHeight(), f.height},
+        {"has a context", c.GetHandle() != nullptr, f.handle},
+    };
+    for (const auto& r : rows) EXPECT_EQ(r.expected, r.actual) << f.backing << ", " << r.field;
+    EXPECT_EQ((MyRect{0, 0, f.width, f.height}), c.CurClip()) << f.backing << ", CurClip";
+  }
+}
+
+TEST(HCustomCanvas, PenSlotHoldsOneCopy) {
   HBitmapCanvas c;
   HGDIPen red;
   red.SetColor(clRed);
@@ -144,7 +201,7 @@ TEST(CanvasBackings, PenSlotHoldsOneCopy) {
   EXPECT_EQ(Picture(Of(c), 10, 2), Rows(".......... BBBBBRRR.."));
 }
 
-TEST(CanvasBackings, PatternGoesOnAcrossLineToUntilMoveTo) {
+TEST(HCustomCanvas, PatternGoesOnAcrossLineToUntilMoveTo) {
   HBitmapCanvas c;
   c.Resize(20, 4);
   c.Fill(MyRect{0, 0, 20, 4}, clSilver);
@@ -172,7 +229,7 @@ TEST(CanvasBackings, PatternGoesOnAcrossLineToUntilMoveTo) {
   EXPECT_EQ(Picture(Of(c), 20, 1), Rows("....KKK..KKK........"));
 }
 
-TEST(CanvasBackings, EllipseOutlineOnly) {
+TEST(HCustomCanvas, EllipseOutlineOnly) {
   HBitmapCanvas c;
   c.Resize(12, 12);
   const Reader px = Of(c);
@@ -187,7 +244,7 @@ TEST(CanvasBackings, EllipseOutlineOnly) {
   EXPECT_EQ(c.GetPen()->GetColor(), clBlack);
 }
 
-TEST(CanvasBackings, TransDrawAndCutDraw) {
+TEST(HCustomCanvas, TransDrawAndCutDraw) {
   TBitmap bmp;
   bmp.SetSize(4, 3);
   HBitmapCanvas pic;  // a 4 x 3 picture: blue, with a white middle
@@ -205,23 +262,6 @@ TEST(CanvasBackings, TransDrawAndCutDraw) {
   c.TransDraw(MyPoint{5, 0}, &bmp, clWhite);
   c.Draw(MyRect{9, 0, 12, 2}, &bmp, HBT_Copy);  // cut to the rectangle
   EXPECT_EQ(Picture(Of(c), 12, 4), Rows("BBBB.BBBBBBB BWWB.B..BBWW BBBB.BBBB... ............"));
-}
-
-TEST(CanvasBackings, AntiAliasedCopySmoothsTheClipArea) {
-  HBitmapCanvas c;
-  c.Resize(8, 4);
-  c.Fill(MyRect{0, 0, 4, 4}, clBlack);
-  c.Fill(MyRect{4, 0, 8, 4}, clWhite);
-  Surface smooth(8, 4);
-  c.SetAntiAlias(true);
-  c.CopyTo(smooth.Dc());
-  // The sample at x = 4 averages itself (white), the pixel two to its left
-  // (black) and, away from the bottom line, the pixel two lines below (white).
-  EXPECT_EQ(smooth.At(4, 0), 0xAAAAAAu);
-  EXPECT_EQ(smooth.At(4, 3), 0x7F7F7Fu) << "the bottom line has no line below";
-  EXPECT_EQ(smooth.At(5, 1), 0xFFFFFFu) << "pixels between samples are copied as drawn";
-  EXPECT_EQ(smooth.At(1, 1), 0x000000u);
-  EXPECT_EQ(Of(c)(4, 0), 0xFFFFFFu) << "the canvas itself is untouched";
 }
 
 }  // namespace

@@ -1,10 +1,20 @@
-#include <gtest/gtest.h>
+// The line stepper: the platform's pixels in the platform's order, only those
+// inside the clip.
+#include "velkin/gdi/gdi_lines.h"
 
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <ostream>
 #include <random>
+#include <utility>
 #include <vector>
 
-#include "tests/velkin/draw/draw_pixels.h"
-#include "velkin/gdi/gdi_lines.h"
+#include "platform/ostrel/mygeom.h"
+
+inline std::ostream& operator<<(std::ostream& os, const MyRect& r) {
+  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
+}
 
 namespace {
 
@@ -33,7 +43,7 @@ Points Ours(const MyRect& l, const MyRect& clip) {
   return c.points;
 }
 
-TEST(CanvasLines, SamePixelsAndOrderAsThePlatformsLineDDA) {
+TEST(GR_LineDDA, SamePixelsAndOrderAsThePlatformsLineDDA) {
   std::mt19937 random(7);
   std::uniform_int_distribution<int> coord(-60, 60);
   // Every octant, ties, single steps and points; random lines; lines far
