@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <type_traits>
+
 #include "platform/ostrel/owned_handle.h"
 
 // Changes a device context for a while and, when it goes (or at Restore()),
@@ -32,15 +34,17 @@ class DCChanger {
   void Select(HGDIOBJ object) {
     if (object) SelectInto(ObjectSlot(object), object);
   }
-  void SetTextColor(COLORREF c) { Keep(textColor_, ::SetTextColor(dc_, c), fTextColor); }
-  void SetBkColor(COLORREF c) { Keep(bkColor_, ::SetBkColor(dc_, c), fBkColor); }
-  void SetBkMode(int mode) { Keep(bkMode_, ::SetBkMode(dc_, mode), fBkMode); }
-  void SetTextAlign(UINT align) { Keep(textAlign_, ::SetTextAlign(dc_, align), fTextAlign); }
-  void SetROP2(int rop) { Keep(rop2_, ::SetROP2(dc_, rop), fRop2); }
-  void SetPolyFillMode(int mode) { Keep(polyFillMode_, ::SetPolyFillMode(dc_, mode), fPolyFillMode); }
-  void SetStretchBltMode(int mode) { Keep(stretchMode_, ::SetStretchBltMode(dc_, mode), fStretchMode); }
-  void SetDCPenColor(COLORREF c) { Keep(dcPenColor_, ::SetDCPenColor(dc_, c), fDCPenColor); }
-  void SetDCBrushColor(COLORREF c) { Keep(dcBrushColor_, ::SetDCBrushColor(dc_, c), fDCBrushColor); }
+  // Each setter remembers the value it displaced the first time; a call that
+  // GDI refuses changed nothing and is not remembered.
+  void SetTextColor(COLORREF c) { Keep(textColor_, ::SetTextColor(dc_, c), CLR_INVALID, fTextColor); }
+  void SetBkColor(COLORREF c) { Keep(bkColor_, ::SetBkColor(dc_, c), CLR_INVALID, fBkColor); }
+  void SetBkMode(int mode) { Keep(bkMode_, ::SetBkMode(dc_, mode), 0, fBkMode); }
+  void SetTextAlign(UINT align) { Keep(textAlign_, ::SetTextAlign(dc_, align), GDI_ERROR, fTextAlign); }
+  void SetROP2(int rop) { Keep(rop2_, ::SetROP2(dc_, rop), 0, fRop2); }
+  void SetPolyFillMode(int mode) { Keep(polyFillMode_, ::SetPolyFillMode(dc_, mode), 0, fPolyFillMode); }
+  void SetStretchBltMode(int mode) { Keep(stretchMode_, ::SetStretchBltMode(dc_, mode), 0, fStretchMode); }
+  void SetDCPenColor(COLORREF c) { Keep(dcPenColor_, ::SetDCPenColor(dc_, c), CLR_INVALID, fDCPenColor); }
+  void SetDCBrushColor(COLORREF c) { Keep(dcBrushColor_, ::SetDCBrushColor(dc_, c), CLR_INVALID, fDCBrushColor); }
 
   // Narrows the clip to r (logical units).
   void IntersectClip(const RECT& r) {
@@ -91,8 +95,8 @@ class DCChanger {
   };
 
   template <class T>
-  void Keep(T& slot, T old, unsigned flag) {
-    if (flags_ & flag) return;
+  void Keep(T& slot, T old, std::type_identity_t<T> failed, unsigned flag) {
+    if ((flags_ & flag) || old == failed) return;
     slot = old;
     flags_ |= flag;
   }
