@@ -7,17 +7,18 @@
 
 #include "examples/gallery/pictures/pictures.h"
 #include "platform/ostrel/oslib.h"
+#include "platform/ostrel/owned_handle.h"
 
 bool ShowPictures(ShowcaseContext&) {
   const std::string dir = GetStartupDir();
-  HMODULE plugin = LoadLibraryA((dir + "gallery_pictures.dll").c_str());
+  const OwnedModule plugin(LoadLibraryA((dir + "gallery_pictures.dll").c_str()));
   if (!plugin) {
     std::printf("   gallery_pictures.dll not loaded (error %lu)\n", GetLastError());
     return false;
   }
-  auto render = reinterpret_cast<RenderPicturesProc>(reinterpret_cast<void*>(GetProcAddress(plugin, "RenderPictures")));
+  auto render =
+      reinterpret_cast<RenderPicturesProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderPictures")));
   const bool ok = render && render((dir + "pictures").c_str()) != 0;
   if (!render) std::printf("   RenderPictures not found in gallery_pictures.dll\n");
-  FreeLibrary(plugin);
   return ok;
 }

@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <type_traits>
+
 #include "platform/ostrel/owned_handle.h"
 
 // Changes a device context for a while and, when it goes (or at Restore()),
@@ -25,22 +27,31 @@ class DCChanger {
 
   // Selects a pen, brush, font or bitmap; a null object is ignored. The typed
   // forms skip asking GDI what the object is.
-  void Select(HPEN pen) { SelectInto(0, pen); }
-  void Select(HBRUSH brush) { SelectInto(1, brush); }
-  void Select(HFONT font) { SelectInto(2, font); }
-  void Select(HBITMAP bitmap) { SelectInto(3, bitmap); }
+  void Select(HPEN pen) { SelectInto(PenSlot, pen); }
+  void Select(HBRUSH brush) { SelectInto(BrushSlot, brush); }
+  void Select(HFONT font) { SelectInto(FontSlot, font); }
+  void Select(HBITMAP bitmap) { SelectInto(BitmapSlot, bitmap); }
   void Select(HGDIOBJ object) {
     if (object) SelectInto(ObjectSlot(object), object);
   }
-  void SetTextColor(COLORREF c) { Keep(textColor_, ::SetTextColor(dc_, c), fTextColor); }
-  void SetBkColor(COLORREF c) { Keep(bkColor_, ::SetBkColor(dc_, c), fBkColor); }
-  void SetBkMode(int mode) { Keep(bkMode_, ::SetBkMode(dc_, mode), fBkMode); }
-  void SetTextAlign(UINT align) { Keep(textAlign_, ::SetTextAlign(dc_, align), fTextAlign); }
-  void SetROP2(int rop) { Keep(rop2_, ::SetROP2(dc_, rop), fRop2); }
-  void SetPolyFillMode(int mode) { Keep(polyFillMode_, ::SetPolyFillMode(dc_, mode), fPolyFillMode); }
-  void SetStretchBltMode(int mode) { Keep(stretchMode_, ::SetStretchBltMode(dc_, mode), fStretchMode); }
-  void SetDCPenColor(COLORREF c) { Keep(dcPenColor_, ::SetDCPenColor(dc_, c), fDCPenColor); }
-  void SetDCBrushColor(COLORREF c) { Keep(dcBrushColor_, ::SetDCBrushColor(dc_, c), fDCBrushColor); }
+  // Puts back only the object of one kind that the first Select of that kind
+  // displaced; the others stay. For holders that let one object go (to delete
+  // or re-make it) while the rest stay selected.
+  void RestorePen() { PutBack(PenSlot); }
+  void RestoreBrush() { PutBack(BrushSlot); }
+  void RestoreFont() { PutBack(FontSlot); }
+  void RestoreBitmap() { PutBack(BitmapSlot); }
+  // Each setter remembers the value it displaced the first time; a call that
+  // GDI refuses changed nothing and is not remembered.
+  void SetTextColor(COLORREF c) { Keep(textColor_, ::SetTextColor(dc_, c), CLR_INVALID, fTextColor); }
+  void SetBkColor(COLORREF c) { Keep(bkColor_, ::SetBkColor(dc_, c), CLR_INVALID, fBkColor); }
+  void SetBkMode(int mode) { Keep(bkMode_, ::SetBkMode(dc_, mode), 0, fBkMode); }
+  void SetTextAlign(UINT align) { Keep(textAlign_, ::SetTextAlign(dc_, align), GDI_ERROR, fTextAlign); }
+  void SetROP2(int rop) { Keep(rop2_, ::SetROP2(dc_, rop), 0, fRop2); }
+  void SetPolyFillMode(int mode) { Keep(polyFillMode_, ::SetPolyFillMode(dc_, mode), 0, fPolyFillMode); }
+  void SetStretchBltMode(int mode) { Keep(stretchMode_, ::SetStretchBltMode(dc_, mode), 0, fStretchMode); }
+  void SetDCPenColor(COLORREF c) { Keep(dcPenColor_, ::SetDCPenColor(dc_, c), CLR_INVALID, fDCPenColor); }
+  void SetDCBrushColor(COLORREF c) { Keep(dcBrushColor_, ::SetDCBrushColor(dc_, c), CLR_INVALID, fDCBrushColor); }
 
   // Narrows the clip to r (logical units).
   void IntersectClip(const RECT& r) {
@@ -63,8 +74,7 @@ class DCChanger {
       clip_.reset();
       clipSaved_ = false;
     }
-    for (HGDIOBJ& old : objects_)
-      if (old) SelectObject(dc_, old), old = nullptr;
+    for (int slot = 0; slot < Slots; ++slot) PutBack(slot);
     if (flags_ & fTextColor) ::SetTextColor(dc_, textColor_);
     if (flags_ & fBkColor) ::SetBkColor(dc_, bkColor_);
     if (flags_ & fBkMode) ::SetBkMode(dc_, bkMode_);
@@ -78,6 +88,7 @@ class DCChanger {
   }
 
  private:
+  static constexpr int PenSlot = 0, BrushSlot = 1, FontSlot = 2, BitmapSlot = 3, Slots = 4;
   enum : unsigned {
     fTextColor = 1,
     fBkColor = 2,
@@ -91,8 +102,8 @@ class DCChanger {
   };
 
   template <class T>
-  void Keep(T& slot, T old, unsigned flag) {
-    if (flags_ & flag) return;
+  void Keep(T& slot, T old, std::type_identity_t<T> failed, unsigned flag) {
+    if ((flags_ & flag) || old == failed) return;
     slot = old;
     flags_ |= flag;
   }
@@ -103,17 +114,23 @@ class DCChanger {
     if (!objects_[slot]) objects_[slot] = old;
   }
 
+  void PutBack(int slot) {
+    if (!objects_[slot]) return;
+    SelectObject(dc_, objects_[slot]);
+    objects_[slot] = nullptr;
+  }
+
   static int ObjectSlot(HGDIOBJ object) {
     switch (GetObjectType(object)) {
       case OBJ_PEN:
       case OBJ_EXTPEN:
-        return 0;
+        return PenSlot;
       case OBJ_BRUSH:
-        return 1;
+        return BrushSlot;
       case OBJ_FONT:
-        return 2;
+        return FontSlot;
       case OBJ_BITMAP:
-        return 3;
+        return BitmapSlot;
       default:
         return -1;
     }
@@ -128,7 +145,7 @@ class DCChanger {
   }
 
   HDC dc_;
-  HGDIOBJ objects_[4] = {};
+  HGDIOBJ objects_[Slots] = {};
   OwnedRegion clip_;
   bool clipSaved_ = false;
   unsigned flags_ = 0;

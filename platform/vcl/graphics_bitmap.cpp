@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
+#include <utility>
+
+#include "platform/ostrel/dc_changer.h"
 
 namespace Graphics {
 
@@ -17,35 +21,31 @@ class TBitmapCanvas : public TCanvas {
   void FreeContext() {
     if (!dc_) return;
     SetHandle(nullptr);  // pen, brush and font go back first
-    if (oldBitmap_) SelectObject(dc_, oldBitmap_);
-    DeleteDC(dc_);
-    dc_ = nullptr;
-    oldBitmap_ = nullptr;
+    bitmapIn_.reset();   // then the context's own bitmap
+    dc_.reset();
   }
 
  protected:
   void CreateHandle() override {
-    HDC dc = CreateCompatibleDC(nullptr);
+    OwnedMemoryDC dc(CreateCompatibleDC(nullptr));
     if (!dc) return;
-    if (HBITMAP bitmap = bitmap_->GetHandle()) oldBitmap_ = SelectObject(dc, bitmap);
-    dc_ = dc;
-    SetHandle(dc);
+    bitmapIn_.emplace(dc.get());
+    bitmapIn_->Select(bitmap_->GetHandle());
+    dc_ = std::move(dc);
+    SetHandle(dc_.get());
   }
 
  private:
   TBitmap* bitmap_;
-  HDC dc_ = nullptr;
-  HGDIOBJ oldBitmap_ = nullptr;
+  OwnedMemoryDC dc_;
+  std::optional<DCChanger> bitmapIn_;
 };
 
 TBitmap::TBitmap() = default;
 
-TBitmap::~TBitmap() {
-  delete canvas_;
-  if (handle_) DeleteObject(handle_);
-}
+TBitmap::~TBitmap() { delete canvas_; }
 
-HBITMAP TBitmap::MakeSection(int width, int height, void** bits) const {
+OwnedBitmap TBitmap::MakeSection(int width, int height, void** bits) const {
   BITMAPINFO info{};
   info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
   info.bmiHeader.biWidth = width;
@@ -54,7 +54,7 @@ HBITMAP TBitmap::MakeSection(int width, int height, void** bits) const {
   info.bmiHeader.biBitCount = 32;
   info.bmiHeader.biCompression = BI_RGB;
   *bits = nullptr;
-  HBITMAP h = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, bits, nullptr, 0);
+  OwnedBitmap h(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, bits, nullptr, 0));
   if (!h) *bits = nullptr;
   if (h && *bits) std::memset(*bits, 0, static_cast<size_t>(width) * static_cast<size_t>(height) * 4);
   return h;
@@ -64,7 +64,7 @@ void TBitmap::SetSize(int width, int height) {
   width = std::max(width, 0);
   height = std::max(height, 0);
   if (width == width_ && height == height_) return;
-  HBITMAP fresh = nullptr;
+  OwnedBitmap fresh;
   void* freshBits = nullptr;
   if (handle_ && width > 0 && height > 0) {
     fresh = MakeSection(width, height, &freshBits);
@@ -78,8 +78,7 @@ void TBitmap::SetSize(int width, int height) {
     }
   }
   if (canvas_) static_cast<TBitmapCanvas*>(canvas_)->FreeContext();
-  if (handle_) DeleteObject(handle_);
-  handle_ = fresh;
+  handle_ = std::move(fresh);
   bits_ = freshBits;
   width_ = width;
   height_ = height;
@@ -93,7 +92,7 @@ TCanvas* TBitmap::GetCanvas() {
 
 HBITMAP TBitmap::GetHandle() {
   if (!handle_ && !GetEmpty()) handle_ = MakeSection(width_, height_, &bits_);
-  return handle_;
+  return handle_.get();
 }
 
 void* TBitmap::GetScanLine(int y) {

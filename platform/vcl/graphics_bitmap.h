@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/classes.h"
 #include "platform/vcl/graphics_canvas.h"
 
@@ -30,7 +31,7 @@ class VCL_API TBitmap : public Classes::TPersistent {
   TCanvas* GetCanvas();
   // The DIB section, created on demand; null while empty. Owned by the bitmap.
   HBITMAP GetHandle();
-  bool HandleAllocated() const { return handle_ != nullptr; }
+  bool HandleAllocated() const { return static_cast<bool>(handle_); }
   // Row y (0 = top) of 32-bit pixels, blue-green-red-unused; null out of range.
   void* GetScanLine(int y);
 
@@ -42,12 +43,12 @@ class VCL_API TBitmap : public Classes::TPersistent {
 
  private:
   friend class TBitmapCanvas;
-  HBITMAP MakeSection(int width, int height, void** bits) const;
+  OwnedBitmap MakeSection(int width, int height, void** bits) const;
   void Changed();
 
   int width_ = 0;
   int height_ = 0;
-  HBITMAP handle_ = nullptr;
+  OwnedBitmap handle_;
   void* bits_ = nullptr;
   TCanvas* canvas_ = nullptr;
   System::TNotifyEvent onChange_;

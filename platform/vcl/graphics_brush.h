@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_color.h"
 #include "platform/vcl/graphics_object.h"
 
@@ -25,7 +26,7 @@ class VCL_API TBrush : public TGraphicsObject {
 
   // The brush's handle, created when first asked for; owned by the brush.
   HBRUSH GetHandle();
-  bool HandleAllocated() const { return handle_ != nullptr; }
+  bool HandleAllocated() const { return static_cast<bool>(handle_); }
 
   void Assign(Classes::TPersistent* source) override;
 
@@ -37,7 +38,7 @@ class VCL_API TBrush : public TGraphicsObject {
 
   TColor color_ = clWhite;
   TBrushStyle style_ = bsSolid;
-  HBRUSH handle_ = nullptr;
+  OwnedBrush handle_;
 };
 
 }  // namespace Graphics

@@ -37,9 +37,13 @@ HDC TCanvas::GetHandle() {
 void TCanvas::SetHandle(HDC dc) {
   if (dc == handle_) return;
   if (handle_) DeselectHandles();
+  selection_.reset();
   handle_ = dc;
   state_.Clear();
-  if (dc) state_ << csHandleValid;
+  if (dc) {
+    selection_.emplace(dc);
+    state_ << csHandleValid;
+  }
 }
 
 void TCanvas::RequiredState(const TCanvasState& state) {
@@ -54,8 +58,9 @@ void TCanvas::RequiredState(const TCanvasState& state) {
 }
 
 void TCanvas::SelectPen() {
-  HGDIOBJ old = SelectObject(handle_, pen_->GetHandle());
-  if (!oldPen_) oldPen_ = old;
+  selection_->Select(pen_->GetHandle());
+  // Mode and colours below are the canvas's own settings of its context, made
+  // anew with each selection and not given back (as the framework's canvas does).
   const int mode = pen_->GetMode();
   SetROP2(handle_, mode >= pmBlack && mode <= pmNotXor ? kRop2[mode] : R2_COPYPEN);
   state_ << csPenValid;
@@ -63,8 +68,7 @@ void TCanvas::SelectPen() {
 
 void TCanvas::SelectBrush() {
   UnrealizeObject(brush_->GetHandle());
-  HGDIOBJ old = SelectObject(handle_, brush_->GetHandle());
-  if (!oldBrush_) oldBrush_ = old;
+  selection_->Select(brush_->GetHandle());
   const COLORREF color = static_cast<COLORREF>(ColorToRGB(brush_->GetColor()));
   if (brush_->GetStyle() == bsSolid) {
     SetBkColor(handle_, color);
@@ -78,39 +82,32 @@ void TCanvas::SelectBrush() {
 }
 
 void TCanvas::SelectFont() {
-  HGDIOBJ old = SelectObject(handle_, font_->GetHandle());
-  if (!oldFont_) oldFont_ = old;
+  selection_->Select(font_->GetHandle());
   SetTextColor(handle_, static_cast<COLORREF>(ColorToRGB(font_->GetColor())));
   state_ << csFontValid;
 }
 
 void TCanvas::DeselectHandles() {
   if (!handle_) return;
-  if (oldPen_) SelectObject(handle_, oldPen_);
-  if (oldBrush_) SelectObject(handle_, oldBrush_);
-  if (oldFont_) SelectObject(handle_, oldFont_);
-  oldPen_ = oldBrush_ = oldFont_ = nullptr;
+  selection_->Restore();
   state_ >> csPenValid >> csBrushValid >> csFontValid;
 }
 
 void TCanvas::PenChanged(System::TObject*) {
   if (!state_.Contains(csPenValid)) return;
-  SelectObject(handle_, oldPen_);
-  oldPen_ = nullptr;
+  selection_->RestorePen();
   state_ >> csPenValid;
 }
 
 void TCanvas::BrushChanged(System::TObject*) {
   if (!state_.Contains(csBrushValid)) return;
-  SelectObject(handle_, oldBrush_);
-  oldBrush_ = nullptr;
+  selection_->RestoreBrush();
   state_ >> csBrushValid;
 }
 
 void TCanvas::FontChanged(System::TObject*) {
   if (!state_.Contains(csFontValid)) return;
-  SelectObject(handle_, oldFont_);
-  oldFont_ = nullptr;
+  selection_->RestoreFont();
   state_ >> csFontValid;
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 #include <windows.h>
 
+#include <optional>
+
+#include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/ansistring.h"
 #include "platform/vcl/classes.h"
@@ -103,10 +106,9 @@ class VCL_API TCanvas : public Classes::TPersistent {
   TPen* pen_;
   TBrush* brush_;
   TFont* font_;
-  // What the first selection displaced, put back by DeselectHandles.
-  HGDIOBJ oldPen_ = nullptr;
-  HGDIOBJ oldBrush_ = nullptr;
-  HGDIOBJ oldFont_ = nullptr;
+  // Pen, brush and font selected into handle_, each put back on its own when
+  // it changes and all together by DeselectHandles. Present while handle_ is.
+  std::optional<DCChanger> selection_;
   System::TNotifyEvent onChange_;
   System::TNotifyEvent onChanging_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/ansistring.h"
 #include "platform/vcl/graphics_color.h"
 #include "platform/vcl/graphics_object.h"
@@ -46,7 +47,7 @@ class VCL_API TFont : public TGraphicsObject {
 
   // The font's handle, created when first asked for; owned by the font.
   HFONT GetHandle();
-  bool HandleAllocated() const { return handle_ != nullptr; }
+  bool HandleAllocated() const { return static_cast<bool>(handle_); }
 
   void Assign(Classes::TPersistent* source) override;
 
@@ -63,7 +64,7 @@ class VCL_API TFont : public TGraphicsObject {
   TFontCharset charset_ = DEFAULT_CHARSET;
   TFontPitch pitch_ = fpDefault;
   int pixelsPerInch_ = 96;
-  HFONT handle_ = nullptr;
+  OwnedFont handle_;
 };
 
 }  // namespace Graphics

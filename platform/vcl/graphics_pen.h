@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_color.h"
 #include "platform/vcl/graphics_object.h"
 
@@ -51,7 +52,7 @@ class VCL_API TPen : public TGraphicsObject {
 
   // The pen's handle, created when first asked for; owned by the pen.
   HPEN GetHandle();
-  bool HandleAllocated() const { return handle_ != nullptr; }
+  bool HandleAllocated() const { return static_cast<bool>(handle_); }
 
   // Copies colour, width, style and mode from another TPen.
   void Assign(Classes::TPersistent* source) override;
@@ -66,7 +67,7 @@ class VCL_API TPen : public TGraphicsObject {
   int width_ = 1;
   TPenStyle style_ = psSolid;
   TPenMode mode_ = pmCopy;
-  HPEN handle_ = nullptr;
+  OwnedPen handle_;
 };
 
 }  // namespace Graphics

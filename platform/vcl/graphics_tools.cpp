@@ -18,12 +18,9 @@ void TGraphicsObject::Changed() {
 
 // ---- TPen
 
-TPen::~TPen() { FreeHandle(); }
+TPen::~TPen() = default;
 
-void TPen::FreeHandle() {
-  if (handle_) DeleteObject(handle_);
-  handle_ = nullptr;
-}
+void TPen::FreeHandle() { handle_.reset(); }
 
 void TPen::Changed() {
   TGraphicsObject::Changed();  // listeners deselect the old handle first
@@ -62,9 +59,9 @@ HPEN TPen::GetHandle() {
     lp.lopnStyle = static_cast<UINT>(style_ >= psSolid && style_ <= psInsideFrame ? styles[style_] : PS_SOLID);
     lp.lopnWidth.x = width_;
     lp.lopnColor = static_cast<COLORREF>(ColorToRGB(color_));
-    handle_ = CreatePenIndirect(&lp);
+    handle_.reset(CreatePenIndirect(&lp));
   }
-  return handle_;
+  return handle_.get();
 }
 
 void TPen::Assign(Classes::TPersistent* source) {
@@ -83,12 +80,9 @@ void TPen::Assign(Classes::TPersistent* source) {
 
 // ---- TBrush
 
-TBrush::~TBrush() { FreeHandle(); }
+TBrush::~TBrush() = default;
 
-void TBrush::FreeHandle() {
-  if (handle_) DeleteObject(handle_);
-  handle_ = nullptr;
-}
+void TBrush::FreeHandle() { handle_.reset(); }
 
 void TBrush::Changed() {
   TGraphicsObject::Changed();
@@ -125,9 +119,9 @@ HBRUSH TBrush::GetHandle() {
         lb.lbHatch = static_cast<ULONG_PTR>(i >= 0 && i < 6 ? hatches[i] : HS_CROSS);
       }
     }
-    handle_ = CreateBrushIndirect(&lb);
+    handle_.reset(CreateBrushIndirect(&lb));
   }
-  return handle_;
+  return handle_.get();
 }
 
 void TBrush::Assign(Classes::TPersistent* source) {
@@ -145,21 +139,17 @@ void TBrush::Assign(Classes::TPersistent* source) {
 
 namespace {
 int ScreenPixelsPerInch() {
-  HDC dc = GetDC(nullptr);
-  const int ppi = dc ? GetDeviceCaps(dc, LOGPIXELSY) : 96;
-  if (dc) ReleaseDC(nullptr, dc);
+  const OwnedWindowDC screen(nullptr);
+  const int ppi = screen ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
   return ppi > 0 ? ppi : 96;
 }
 }  // namespace
 
 TFont::TFont() : pixelsPerInch_(ScreenPixelsPerInch()) { height_ = -MulDiv(8, pixelsPerInch_, 72); }
 
-TFont::~TFont() { FreeHandle(); }
+TFont::~TFont() = default;
 
-void TFont::FreeHandle() {
-  if (handle_) DeleteObject(handle_);
-  handle_ = nullptr;
-}
+void TFont::FreeHandle() { handle_.reset(); }
 
 void TFont::Changed() {
   TGraphicsObject::Changed();
@@ -225,9 +215,9 @@ HFONT TFont::GetHandle() {
     lf.lfQuality = DEFAULT_QUALITY;
     lf.lfPitchAndFamily = pitch_ == fpVariable ? VARIABLE_PITCH : pitch_ == fpFixed ? FIXED_PITCH : DEFAULT_PITCH;
     lstrcpynA(lf.lfFaceName, name_.c_str(), LF_FACESIZE);
-    handle_ = CreateFontIndirectA(&lf);
+    handle_.reset(CreateFontIndirectA(&lf));
   }
-  return handle_;
+  return handle_.get();
 }
 
 void TFont::Assign(Classes::TPersistent* source) {

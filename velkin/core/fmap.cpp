@@ -3,32 +3,34 @@
 #include <windows.h>
 
 #include "platform/ostrel/oslib.h"
+#include "platform/ostrel/owned_handle.h"
 
 bool MapFileAccess(MapFileInfo& info, const char* fileName, int mode) {
   MemSet(&info, 0, sizeof info);
   info.Mode = static_cast<uint32_t>(mode);
   if (!fileName) return false;
 
+  // Held by owners until everything is open: a failure on the way closes what
+  // was opened and leaves the record cleared.
   const DWORD access = GENERIC_READ | ((info.Mode & 1) ? GENERIC_WRITE : 0);
-  HANDLE file = CreateFileA(fileName, access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
-  info.File = file;
+  OwnedFile file(CreateFileA(fileName, access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file) return false;
 
   DWORD high = 0;
-  const DWORD low = GetFileSize(file, &high);
-  if (low == INVALID_FILE_SIZE) {
-    MapClose(info);
-    return false;
-  }
+  const DWORD low = GetFileSize(file.get(), &high);
+  if (low == INVALID_FILE_SIZE) return false;
   info.Size = low + static_cast<uint64_t>(high) * 0xFFFFFFFFu;
 
   // Whole mode word here, bit 0 above: the asymmetry is deliberate.
-  info.Mapping = CreateFileMappingA(file, nullptr, info.Mode ? PAGE_READWRITE : PAGE_READONLY, 0, 0, nullptr);
-  if (info.Mapping) info.View = MapViewOfFile(info.Mapping, info.Mode ? FILE_MAP_WRITE : FILE_MAP_READ, 0, 0, 0);
-  if (!info.View) {
-    MapClose(info);
-    return false;
-  }
+  OwnedKernelHandle mapping(
+      CreateFileMappingA(file.get(), nullptr, info.Mode ? PAGE_READWRITE : PAGE_READONLY, 0, 0, nullptr));
+  if (!mapping) return false;
+  OwnedView view(MapViewOfFile(mapping.get(), info.Mode ? FILE_MAP_WRITE : FILE_MAP_READ, 0, 0, 0));
+  if (!view) return false;
+
+  info.File = file.release();
+  info.Mapping = mapping.release();
+  info.View = view.release();
   return true;
 }
 
@@ -38,10 +40,11 @@ void* MapGetData(const MapFileInfo& info, unsigned long size) {
 }
 
 void MapClose(MapFileInfo& info) {
-  if (info.View) UnmapViewOfFile(info.View);
+  OwnedView::Close(info.View);
   info.View = nullptr;
-  if (info.Mapping) CloseHandle(info.Mapping);
+  OwnedKernelHandle::Close(info.Mapping);
   info.Mapping = nullptr;
-  if (info.File && info.File != INVALID_HANDLE_VALUE) CloseHandle(info.File);
+  // Null means never opened; INVALID_HANDLE_VALUE, a failed open, is skipped by Close.
+  if (info.File) OwnedFile::Close(info.File);
   info.File = nullptr;
 }

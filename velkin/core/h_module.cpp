@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 #include "platform/ostrel/ioerror.h"
 #include "platform/ostrel/oslib.h"
@@ -33,18 +34,16 @@ const char* HModule::Assign(const char* name) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return GetIOErrorS_CON(-2);
   }
-  HMODULE h = LoadLibraryA(local.Text());
+  OwnedModule h(LoadLibraryA(local.Text()));
   if (!h) {
     local = MyString(GetStartupDir()) + local;
-    h = LoadLibraryA(local.Text());
+    h.reset(LoadLibraryA(local.Text()));
   }
   if (!h) return GetIOErrorS_CON(-2);
 
-  if (const char* refused = DoLoad(h)) {
-    FreeLibrary(h);
-    return refused;
-  }
-  handle_ = h;
+  // A refused module is freed again as h goes.
+  if (const char* refused = DoLoad(h.get())) return refused;
+  handle_ = std::move(h);
   name_ = local;
   return nullptr;
 }
@@ -79,8 +78,7 @@ const char* HModule::Assign(const HModule& other) { return Assign(other.name_.Te
 void HModule::Free() {
   if (!handle_) return;
   DoFree();
-  FreeLibrary(static_cast<HMODULE>(handle_));
-  handle_ = nullptr;
+  handle_.reset();
 }
 
 const char* HModule::DoLoad(void*) { return nullptr; }

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/ostrel/mystring.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/system.h"
 #include "velkin/velkin_api.h"
 
@@ -27,8 +28,8 @@ class VELKIN_API HModule : public System::TObject {
   const char* Assign(const HModule& other);
 
   void Free();
-  bool GetAssigned() const { return handle_ != nullptr; }
-  void* GetHandle() const { return handle_; }
+  bool GetAssigned() const { return static_cast<bool>(handle_); }
+  void* GetHandle() const { return handle_.get(); }
   // The name or path the module was loaded under; kept after Free.
   const MyString& GetName() const { return name_; }
 
@@ -41,6 +42,6 @@ class VELKIN_API HModule : public System::TObject {
   virtual void DoFree();
 
  private:
-  void* handle_ = nullptr;
+  OwnedModule handle_;
   MyString name_;
 };

@@ -8,15 +8,15 @@ HBitmapCanvas::HBitmapCanvas()
 HBitmapCanvas::~HBitmapCanvas() {
   ReleaseSelections();
   delete aaDib_;
-  delete dib_;  // restores the memory context's own bitmap first
-  if (memDC_) DeleteDC(memDC_);
+  delete dib_;  // restores the memory context's own bitmap before the context goes
 }
 
 void* HBitmapCanvas::DoGetHandle() {
-  if (!memDC_) return nullptr;
-  dib_->Select(memDC_);
-  SelectObjects(memDC_);
-  return memDC_;
+  HDC dc = memDC_.get();
+  if (!dc) return nullptr;
+  dib_->Select(dc);
+  SelectObjects(dc);
+  return dc;
 }
 
 void HBitmapCanvas::DoResize(int width, int height) {
@@ -35,15 +35,15 @@ void HBitmapCanvas::DoCopyTo(void* dc) {
   // The filter writes every other pixel only: start the target as a copy so
   // the others show the picture as drawn.
   aaDib_->Assign(dib_->GetWidth(), dib_->GetHeight());
-  HDC tmp = CreateCompatibleDC(src);
+  const OwnedMemoryDC tmp(CreateCompatibleDC(src));
   if (!tmp) return;
-  aaDib_->Select(tmp);
-  BitBlt(tmp, 0, 0, dib_->GetWidth(), dib_->GetHeight(), src, 0, 0, SRCCOPY);
+  aaDib_->Select(tmp.get());
+  BitBlt(tmp.get(), 0, 0, dib_->GetWidth(), dib_->GetHeight(), src, 0, 0, SRCCOPY);
   GdiFlush();
   MyRect r = clip;
   dib_->AntiAlias(aaDib_, r);
-  aaDib_->Select(tmp);  // AntiAlias may have re-made the target
-  BitBlt(static_cast<HDC>(dc), clip.left, clip.top, clip.Width(), clip.Height(), tmp, clip.left, clip.top, SRCCOPY);
-  aaDib_->Restore();
-  DeleteDC(tmp);
+  aaDib_->Select(tmp.get());  // AntiAlias may have re-made the target
+  BitBlt(static_cast<HDC>(dc), clip.left, clip.top, clip.Width(), clip.Height(), tmp.get(), clip.left, clip.top,
+         SRCCOPY);
+  aaDib_->Restore();  // before the context goes
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "platform/ostrel/owned_handle.h"
 #include "velkin/draw/gdi_canvas.h"
 #include "velkin/gdi/gdi_dib.h"
 
@@ -29,5 +30,5 @@ class VELKIN_API HBitmapCanvas : public HCustomCanvas {
  private:
   HGDIDib32* dib_;
   HGDIDib32* aaDib_;
-  HDC memDC_;
+  OwnedMemoryDC memDC_;
 };

@@ -14,21 +14,16 @@ HControlCanvas::~HControlCanvas() { ReleaseContext(); }
 void HControlCanvas::ReleaseContext() {
   if (!dc_) return;
   ReleaseSelections();
-  ReleaseDC(window_, dc_);
-  dc_ = nullptr;
-  window_ = nullptr;
+  dc_.reset();
 }
 
 void* HControlCanvas::DoGetHandle() {
   if (!control_) return nullptr;
   HWND window = control_->GetHandle();
-  if (dc_ && window != window_) ReleaseContext();
-  if (!dc_ && window) {
-    dc_ = GetDC(window);
-    window_ = dc_ ? window : nullptr;
-  }
-  SelectObjects(dc_);
-  return dc_;
+  if (dc_ && window != dc_.window()) ReleaseContext();
+  if (!dc_ && window) dc_ = OwnedWindowDC(window);
+  SelectObjects(dc_.get());
+  return dc_.get();
 }
 
 int HControlCanvas::DoGetWidth() { return control_ ? control_->GetWidth() : 0; }

@@ -1,4 +1,5 @@
 #pragma once
+#include "platform/ostrel/owned_handle.h"
 #include "velkin/draw/gdi_canvas.h"
 
 namespace Controls {
@@ -35,8 +36,7 @@ class VELKIN_API HControlCanvas : public HCustomCanvas {
   void ReleaseContext();
 
   Controls::TWinControl* control_;
-  HWND window_ = nullptr;
-  HDC dc_ = nullptr;
+  OwnedWindowDC dc_;  // with the window it came from
 };
 
 // Over the context a framework TCanvas has when the canvas is made, with the

@@ -34,10 +34,7 @@ HAniBrush::~HAniBrush() {
 void HAniBrush::Destroy() {
   Locker hold(lock_);
   if (!brushes_) return;
-  for (int i = 0; i < stages_; ++i)
-    if (brushes_[i]) DeleteObject(brushes_[i]);
-  delete[] brushes_;
-  brushes_ = nullptr;
+  brushes_.reset();
   rect_ = MyRect{};
   dc_ = nullptr;
 }
@@ -49,9 +46,9 @@ void HAniBrush::Assign(const Graphics::TColor* colors, int patternWidth, int pat
   stages_ = stages;
   patternWidth_ = patternWidth;
   patternHeight_ = patternHeight;
-  brushes_ = new HBRUSH[static_cast<size_t>(stages)];
+  brushes_ = std::make_unique<OwnedBrush[]>(static_cast<size_t>(stages));
   const long long shift = static_cast<long long>(patternWidth) * (patternHeight / stages);
-  for (int i = 0; i < stages; ++i) brushes_[i] = GDICreateBrush(colors + i * shift, patternWidth, patternHeight);
+  for (int i = 0; i < stages; ++i) brushes_[i].reset(GDICreateBrush(colors + i * shift, patternWidth, patternHeight));
 }
 
 void HAniBrush::Assign(const Graphics::TColor* const* colorTables, int patternWidth, int patternHeight, int stages) {
@@ -61,8 +58,8 @@ void HAniBrush::Assign(const Graphics::TColor* const* colorTables, int patternWi
   stages_ = stages;
   patternWidth_ = patternWidth;
   patternHeight_ = patternHeight;
-  brushes_ = new HBRUSH[static_cast<size_t>(stages)];
-  for (int i = 0; i < stages; ++i) brushes_[i] = GDICreateBrush(colorTables[i], patternWidth, patternHeight);
+  brushes_ = std::make_unique<OwnedBrush[]>(static_cast<size_t>(stages));
+  for (int i = 0; i < stages; ++i) brushes_[i].reset(GDICreateBrush(colorTables[i], patternWidth, patternHeight));
 }
 
 int HAniBrush::StageIndex() const {
@@ -70,11 +67,11 @@ int HAniBrush::StageIndex() const {
   return m < 0 ? m + stages_ : m;
 }
 
-HBRUSH HAniBrush::GetTopBrush() const { return brushes_ ? brushes_[StageIndex()] : nullptr; }
+HBRUSH HAniBrush::GetTopBrush() const { return brushes_ ? brushes_[StageIndex()].get() : nullptr; }
 
 HBRUSH HAniBrush::GetBottomBrush() const {
   if (!twoTone_) return GetTopBrush();
-  return brushes_ ? brushes_[stages_ - 1 - StageIndex()] : nullptr;
+  return brushes_ ? brushes_[stages_ - 1 - StageIndex()].get() : nullptr;
 }
 
 void HAniBrush::DrawFrame() { GDIDrawBrushRect(dc_, rect_, -width_, GetTopBrush(), GetBottomBrush()); }

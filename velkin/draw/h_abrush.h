@@ -1,7 +1,10 @@
 #pragma once
 #include <windows.h>
 
+#include <memory>
+
 #include "platform/ostrel/mygeom.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_color.h"
 #include "velkin/velkin_api.h"
 
@@ -73,5 +76,5 @@ class VELKIN_API HAniBrush {
   int patternWidth_ = 0;
   int patternHeight_ = 0;
   bool twoTone_;
-  HBRUSH* brushes_ = nullptr;
+  std::unique_ptr<OwnedBrush[]> brushes_;  // one per stage
 };

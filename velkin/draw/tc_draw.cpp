@@ -37,9 +37,9 @@ struct TCAccess<TCanvas> {
     if (color != clDefault) pen->SetColor(color);
     HDC dc = c->GetHandle();
     if (dc) {
-      HGDIOBJ oldBrush = SelectObject(dc, GetStockObject(NULL_BRUSH));
+      DCChanger use(dc);
+      use.Select(static_cast<HBRUSH>(GetStockObject(NULL_BRUSH)));
       ::Ellipse(dc, r.left, r.top, r.right + 1, r.bottom + 1);
-      SelectObject(dc, oldBrush);
     }
     pen->SetColor(old);
   }

@@ -17,6 +17,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "platform/ostrel/dc_changer.h"
 #include "platform/vcl/graphics_color.h"
 #include "velkin/draw/tc_draw_types.h"
 
@@ -76,33 +77,14 @@ void Line(C* c, int x1, int y1, int x2, int y2, TColor color) {
 }
 
 // Fills solid through the context's own brush and pen (DC_BRUSH, DC_PEN), so
-// both families give the same pixels and neither's objects change.
-class DcColors {
- public:
-  DcColors(HDC dc, COLORREF color, bool pen) : dc_(dc) {
-    oldBrushColor_ = SetDCBrushColor(dc, color);
-    oldBrush_ = SelectObject(dc, GetStockObject(DC_BRUSH));
-    if (pen) {
-      oldPenColor_ = SetDCPenColor(dc, color);
-      oldPen_ = SelectObject(dc, GetStockObject(DC_PEN));
-    } else {
-      oldPen_ = SelectObject(dc, GetStockObject(NULL_PEN));
-    }
-  }
-  ~DcColors() {
-    SelectObject(dc_, oldPen_);
-    SelectObject(dc_, oldBrush_);
-    SetDCBrushColor(dc_, oldBrushColor_);
-    if (oldPenColor_ != CLR_INVALID) SetDCPenColor(dc_, oldPenColor_);
-  }
-  DcColors(const DcColors&) = delete;
-  DcColors& operator=(const DcColors&) = delete;
-
- private:
-  HDC dc_;
-  HGDIOBJ oldBrush_, oldPen_;
-  COLORREF oldBrushColor_, oldPenColor_ = CLR_INVALID;
-};
+// both families give the same pixels and neither's objects change; the
+// changer puts the context's objects and colours back.
+inline void UseDCColors(DCChanger& use, COLORREF color) {
+  use.SetDCBrushColor(color);
+  use.SetDCPenColor(color);
+  use.Select(static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+  use.Select(static_cast<HPEN>(GetStockObject(DC_PEN)));
+}
 
 // The fill colour, or false when nothing is to be drawn.
 template <class C>
@@ -117,9 +99,9 @@ void Fill(C* c, const MyRect& r, TColor color) {
   if (!FillColor(c, color) || r.IsEmpty()) return;
   HDC dc = TCAccess<C>::Dc(c);
   if (!dc) return;
-  const COLORREF old = SetDCBrushColor(dc, Rgb(color));
+  DCChanger use(dc);
+  use.SetDCBrushColor(Rgb(color));
   ::FillRect(dc, reinterpret_cast<const RECT*>(&r), static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-  SetDCBrushColor(dc, old);
 }
 
 template <class C>
@@ -129,7 +111,8 @@ void RoundFill(C* c, const MyRect& r, int radius, TColor color) {
   HDC dc = TCAccess<C>::Dc(c);
   if (!dc) return;
   // Outline and inside in one colour: the outline keeps right and bottom out.
-  DcColors use(dc, Rgb(color), true);
+  DCChanger use(dc);
+  UseDCColors(use, Rgb(color));
   ::RoundRect(dc, r.left, r.top, r.right, r.bottom, 2 * radius, 2 * radius);
 }
 
@@ -138,7 +121,8 @@ void FillEllipse(C* c, const MyRect& r, TColor color) {
   if (!FillColor(c, color)) return;
   HDC dc = TCAccess<C>::Dc(c);
   if (!dc) return;
-  DcColors use(dc, Rgb(color), true);
+  DCChanger use(dc);
+  UseDCColors(use, Rgb(color));
   ::Ellipse(dc, r.left, r.top, r.right + 1, r.bottom + 1);
 }
 
@@ -147,7 +131,8 @@ void FillPoly(C* c, tagPOINT* points, int count, TColor color) {
   if (!points || count < 2 || !FillColor(c, color)) return;
   HDC dc = TCAccess<C>::Dc(c);
   if (!dc) return;
-  DcColors use(dc, Rgb(color), true);
+  DCChanger use(dc);
+  UseDCColors(use, Rgb(color));
   ::Polygon(dc, points, count);
 }
 

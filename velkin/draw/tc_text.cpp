@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_canvas.h"
 #include "velkin/draw/gdi_canvas.h"
 
@@ -12,22 +14,10 @@ using Graphics::TColor;
 namespace {
 
 // Transparent background and the text colour for one call.
-class TextState {
- public:
-  TextState(HDC dc, COLORREF color)
-      : dc_(dc), oldMode_(SetBkMode(dc, TRANSPARENT)), oldColor_(SetTextColor(dc, color)) {}
-  ~TextState() {
-    SetTextColor(dc_, oldColor_);
-    SetBkMode(dc_, oldMode_);
-  }
-  TextState(const TextState&) = delete;
-  TextState& operator=(const TextState&) = delete;
-
- private:
-  HDC dc_;
-  int oldMode_;
-  COLORREF oldColor_;
-};
+void TransparentText(DCChanger& use, COLORREF color) {
+  use.SetBkMode(TRANSPARENT);
+  use.SetTextColor(color);
+}
 
 COLORREF TextColor(TColor color, TColor fontColor) {
   if (color == clNone || color == clDefault) color = fontColor;
@@ -42,16 +32,17 @@ unsigned LayoutFlags(unsigned flags) {
 
 void DrawIn(HDC dc, RECT& r, const System::AnsiString& text, COLORREF color, unsigned flags) {
   if (!dc) return;
-  TextState state(dc, color);
+  DCChanger use(dc);
+  TransparentText(use, color);
   DrawTextA(dc, text.c_str(), text.Length(), &r, LayoutFlags(flags));
 }
 
 void DrawAt(HDC dc, int x, int y, const System::AnsiString& text, COLORREF color) {
   if (!dc) return;
-  TextState state(dc, color);
-  const UINT align = SetTextAlign(dc, TA_LEFT | TA_TOP | TA_NOUPDATECP);
+  DCChanger use(dc);
+  TransparentText(use, color);
+  use.SetTextAlign(TA_LEFT | TA_TOP | TA_NOUPDATECP);
   TextOutA(dc, x, y, text.c_str(), text.Length());
-  SetTextAlign(dc, align);
 }
 
 void DrawVertical(HDC dc, const MyRect& r, const System::AnsiString& text, COLORREF color, unsigned flags) {
@@ -63,9 +54,10 @@ void DrawVertical(HDC dc, const MyRect& r, const System::AnsiString& text, COLOR
   lf.lfEscapement = lf.lfOrientation = 900;
   // Bitmap fonts do not turn: ask for an outline face.
   lf.lfOutPrecision = OUT_TT_ONLY_PRECIS;
-  HFONT rotated = CreateFontIndirectA(&lf);
+  const OwnedFont rotated(CreateFontIndirectA(&lf));
   if (!rotated) return;
-  HGDIOBJ oldFont = SelectObject(dc, rotated);
+  DCChanger use(dc);  // after the font: the old font is back before the rotated one goes
+  use.Select(rotated.get());
   // Turned a quarter to the left, the text runs up from the reference point and
   // its body lies to the right of it.
   const int along = extent.cx, across = extent.cy;
@@ -79,15 +71,10 @@ void DrawVertical(HDC dc, const MyRect& r, const System::AnsiString& text, COLOR
     x = r.left + (r.Width() - across) / 2;
   else if (flags & DT_BOTTOM)
     x = r.right - across;
-  {
-    TextState state(dc, color);
-    const UINT align = SetTextAlign(dc, TA_LEFT | TA_TOP | TA_NOUPDATECP);
-    ExtTextOutA(dc, x, y, ETO_CLIPPED, reinterpret_cast<const RECT*>(&r), text.c_str(),
-                static_cast<UINT>(text.Length()), nullptr);
-    SetTextAlign(dc, align);
-  }
-  SelectObject(dc, oldFont);
-  DeleteObject(rotated);
+  TransparentText(use, color);
+  use.SetTextAlign(TA_LEFT | TA_TOP | TA_NOUPDATECP);
+  ExtTextOutA(dc, x, y, ETO_CLIPPED, reinterpret_cast<const RECT*>(&r), text.c_str(), static_cast<UINT>(text.Length()),
+              nullptr);
 }
 
 HDC Dc(Graphics::TCanvas* c) { return c->GetHandle(); }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/ostrel/owned_handle.h"
 #include "velkin/gdi/gdi_temp.h"
 
 VCL_CLASS_IMPL(HCustomGDIBitmap, HGDIObject)
@@ -62,7 +63,7 @@ void* HCustomGDIBitmap::DoCreateHandle() {
   return CreateCompatibleBitmap(static_cast<HDC>(screen.GetDC()), width_, height_);
 }
 
-void HCustomGDIBitmap::DoDestroyHandle(void* handle) { DeleteObject(static_cast<HGDIOBJ>(handle)); }
+void HCustomGDIBitmap::DoDestroyHandle(void* handle) { OwnedGdiObject::Close(handle); }
 
 void* HCustomGDIBitmap::DoSelect(void* dc, void* handle) {
   return SelectObject(static_cast<HDC>(dc), static_cast<HGDIOBJ>(handle));

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_bitmap.h"
 
 namespace {
@@ -28,24 +30,22 @@ struct Piece {
 // Transparent copy without GdiTransparentBlt: a monochrome mask (1 where the
 // source has the key colour) keeps the target there.
 void MaskedBlt(HDC dc, HDC src, const Piece& p, COLORREF key) {
-  HDC maskDC = CreateCompatibleDC(dc);
-  HBITMAP mask = CreateBitmap(p.sw, p.sh, 1, 1, nullptr);
-  if (maskDC && mask) {
-    HGDIOBJ oldMask = SelectObject(maskDC, mask);
-    const COLORREF oldSrcBk = SetBkColor(src, key);
-    BitBlt(maskDC, 0, 0, p.sw, p.sh, src, p.sx, p.sy, SRCCOPY);
-    SetBkColor(src, oldSrcBk);
-    const COLORREF oldBk = SetBkColor(dc, RGB(255, 255, 255));
-    const COLORREF oldText = SetTextColor(dc, RGB(0, 0, 0));
-    StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCINVERT);
-    StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, maskDC, 0, 0, p.sw, p.sh, SRCAND);
-    StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCINVERT);
-    SetTextColor(dc, oldText);
-    SetBkColor(dc, oldBk);
-    SelectObject(maskDC, oldMask);
+  const OwnedMemoryDC maskDC(CreateCompatibleDC(dc));
+  const OwnedBitmap mask(CreateBitmap(p.sw, p.sh, 1, 1, nullptr));
+  if (!maskDC || !mask) return;
+  DCChanger maskUse(maskDC.get());  // declared after the owners: the mask goes back first
+  maskUse.Select(mask.get());
+  {
+    DCChanger srcUse(src);
+    srcUse.SetBkColor(key);
+    BitBlt(maskDC.get(), 0, 0, p.sw, p.sh, src, p.sx, p.sy, SRCCOPY);
   }
-  if (mask) DeleteObject(mask);
-  if (maskDC) DeleteDC(maskDC);
+  DCChanger use(dc);
+  use.SetBkColor(RGB(255, 255, 255));
+  use.SetTextColor(RGB(0, 0, 0));
+  StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCINVERT);
+  StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, maskDC.get(), 0, 0, p.sw, p.sh, SRCAND);
+  StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCINVERT);
 }
 
 void Copy(HDC dc, HDC src, const Piece& p, bool transparent, COLORREF key) {
@@ -58,9 +58,9 @@ void Copy(HDC dc, HDC src, const Piece& p, bool transparent, COLORREF key) {
   } else if (p.dw == p.sw && p.dh == p.sh) {
     BitBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, SRCCOPY);
   } else {
-    const int old = SetStretchBltMode(dc, COLORONCOLOR);
+    DCChanger use(dc);
+    use.SetStretchBltMode(COLORONCOLOR);
     StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCCOPY);
-    SetStretchBltMode(dc, old);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_brush.h"
 
 VCL_CLASS_IMPL(HCustomGDIBrush, HGDIObject)
@@ -111,7 +112,7 @@ void* HCustomGDIBrush::DoCreateHandle() {
   return CreateBrushIndirect(&lb);
 }
 
-void HCustomGDIBrush::DoDestroyHandle(void* handle) { DeleteObject(static_cast<HGDIOBJ>(handle)); }
+void HCustomGDIBrush::DoDestroyHandle(void* handle) { OwnedGdiObject::Close(handle); }
 
 void* HCustomGDIBrush::DoSelect(void* dc, void* handle) {
   SetPolyFillMode(static_cast<HDC>(dc), polygonStyle_ == HPF_Include ? WINDING : ALTERNATE);

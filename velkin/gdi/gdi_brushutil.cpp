@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/ostrel/dc_changer.h"
+
 HBRUSH GDICreateBrush(const Graphics::TColor* colors, int width, int height) {
   if (!colors || width <= 0 || height <= 0) return nullptr;
   // A packed bottom-up 32-bit DIB: header, then the rows from the last up.
@@ -31,9 +33,9 @@ namespace {
 
 void Invert(HDC dc, HBRUSH brush, int x, int y, int w, int h) {
   if (!brush || w <= 0 || h <= 0) return;
-  HGDIOBJ old = SelectObject(dc, brush);
+  DCChanger use(dc);
+  use.Select(brush);
   PatBlt(dc, x, y, w, h, PATINVERT);
-  SelectObject(dc, old);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcompare.h"
 #include "platform/vcl/graphics_font.h"
 #include "velkin/gdi/gdi_temp.h"
@@ -153,7 +154,7 @@ void HCustomGDIFont::Assign(Graphics::TFont*) {}
 
 void* HCustomGDIFont::DoCreateHandle() { return CreateFontIndirectA(&logFont_); }
 
-void HCustomGDIFont::DoDestroyHandle(void* handle) { DeleteObject(static_cast<HGDIOBJ>(handle)); }
+void HCustomGDIFont::DoDestroyHandle(void* handle) { OwnedGdiObject::Close(handle); }
 
 void* HCustomGDIFont::DoSelect(void* dc, void* handle) {
   void* old = SelectObject(static_cast<HDC>(dc), static_cast<HGDIOBJ>(handle));

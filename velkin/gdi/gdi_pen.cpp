@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcol.h"
 #include "platform/vcl/graphics_pen.h"
 
@@ -138,7 +139,7 @@ void* HCustomGDIPen::DoCreateHandle() {
   return ExtCreatePen(flags, static_cast<DWORD>(width_), &brush, 0, nullptr);
 }
 
-void HCustomGDIPen::DoDestroyHandle(void* handle) { DeleteObject(static_cast<HGDIOBJ>(handle)); }
+void HCustomGDIPen::DoDestroyHandle(void* handle) { OwnedGdiObject::Close(handle); }
 
 void* HCustomGDIPen::DoSelect(void* dc, void* handle) {
   return SelectObject(static_cast<HDC>(dc), static_cast<HGDIOBJ>(handle));

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "platform/ostrel/owned_handle.h"
+
 VCL_CLASS_IMPL(HGDIRegion, HGDIObject)
 
 namespace {
@@ -22,28 +24,25 @@ bool HGDIRegion::Check(void* handle) { return GDICheckRgn(handle); }
 
 void* HGDIRegion::DoCreateHandle() { return CreateRectRgn(rect_.left, rect_.top, rect_.right, rect_.bottom); }
 
-void HGDIRegion::DoDestroyHandle(void* handle) { DeleteObject(static_cast<HGDIOBJ>(handle)); }
+void HGDIRegion::DoDestroyHandle(void* handle) { OwnedGdiObject::Close(handle); }
 
 void* HGDIRegion::DoSelect(void* dc, void* handle) {
   // Starts empty: when the context has no clip region GetClipRgn leaves it so,
   // and restoring then selects the empty region.
-  HRGN saved = CreateRectRgn(1, 1, 1, 1);
-  GetClipRgn(static_cast<HDC>(dc), saved);
+  OwnedRegion saved(CreateRectRgn(1, 1, 1, 1));
+  GetClipRgn(static_cast<HDC>(dc), saved.get());
   const int r = SelectClipRgn(static_cast<HDC>(dc), static_cast<HRGN>(handle));
-  if (r == -1) {
-    DeleteObject(saved);
-    return reinterpret_cast<void*>(static_cast<intptr_t>(-1));
-  }
-  if (r == ERROR) {
-    DeleteObject(saved);
-    return nullptr;
-  }
-  return saved;
+  // A failed selection keeps no copy: the result is handed back as the old
+  // value and the copy goes.
+  if (r == -1) return reinterpret_cast<void*>(static_cast<intptr_t>(-1));
+  if (r == ERROR) return nullptr;
+  return saved.release();
 }
 
 void HGDIRegion::DoRestore(void* dc, void* old) {
   // A failed selection stored 0 or -1: hand it back to GDI as it is, but
   // never delete what is not a region of ours.
+  const bool ours = old && old != reinterpret_cast<void*>(static_cast<intptr_t>(-1));
+  const OwnedRegion copy(ours ? static_cast<HRGN>(old) : nullptr);
   SelectClipRgn(static_cast<HDC>(dc), static_cast<HRGN>(old));
-  if (old && old != reinterpret_cast<void*>(static_cast<intptr_t>(-1))) DeleteObject(static_cast<HGDIOBJ>(old));
 }

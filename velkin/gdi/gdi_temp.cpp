@@ -10,17 +10,18 @@
 
 HTempItem::~HTempItem() = default;
 
-HTemp_CompatibleDC::HTemp_CompatibleDC(void* referenceDC) { dc_ = CreateCompatibleDC(static_cast<HDC>(referenceDC)); }
-
-HTemp_CompatibleDC::~HTemp_CompatibleDC() {
-  if (dc_) DeleteDC(static_cast<HDC>(dc_));
+HTemp_CompatibleDC::HTemp_CompatibleDC(void* referenceDC) : owned_(CreateCompatibleDC(static_cast<HDC>(referenceDC))) {
+  dc_ = owned_.get();
 }
 
-HTemp_WindowDC::HTemp_WindowDC(void* window) : window_(window) { dc_ = GetWindowDC(static_cast<HWND>(window)); }
+HTemp_CompatibleDC::~HTemp_CompatibleDC() = default;
 
-HTemp_WindowDC::~HTemp_WindowDC() {
-  if (dc_) ReleaseDC(static_cast<HWND>(window_), static_cast<HDC>(dc_));
+HTemp_WindowDC::HTemp_WindowDC(void* window)
+    : owned_(static_cast<HWND>(window), GetWindowDC(static_cast<HWND>(window))) {
+  dc_ = owned_.get();
 }
+
+HTemp_WindowDC::~HTemp_WindowDC() = default;
 
 HTempHolder::~HTempHolder() { delete item_; }
 

@@ -2,6 +2,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/ansistring.h"
 #include "velkin/velkin_api.h"
 
@@ -9,7 +10,8 @@
 // in, the screen DC to create bitmaps on), owned by small items; long-lived
 // ones are kept by name in the process-wide pool TempPool.
 
-// Owns one device context.
+// Owns one device context. The kinds below hold it in an owner that releases
+// it the right way; dc_ is the same handle, for GetDC.
 class VELKIN_API HTempItem {
  public:
   HTempItem() = default;
@@ -28,6 +30,9 @@ class VELKIN_API HTemp_CompatibleDC : public HTempItem {
  public:
   explicit HTemp_CompatibleDC(void* referenceDC);
   ~HTemp_CompatibleDC() override;
+
+ private:
+  OwnedMemoryDC owned_;
 };
 
 // The window DC of a window (0: the whole screen); released with the item.
@@ -35,10 +40,10 @@ class VELKIN_API HTemp_WindowDC : public HTempItem {
  public:
   explicit HTemp_WindowDC(void* window);
   ~HTemp_WindowDC() override;
-  void* GetWindow() const { return window_; }
+  void* GetWindow() const { return owned_.window(); }
 
  private:
-  void* window_ = nullptr;
+  OwnedWindowDC owned_;
 };
 
 // One pool entry: the owned item and its name.

@@ -63,16 +63,14 @@ COptex::~COptex() {
 }
 
 void COptex::Release() {
-  if (event_) CloseHandle(event_);
-  if (mapping_) {
-    if (shared_) UnmapViewOfFile(shared_);
-    CloseHandle(mapping_);
-  } else if (shared_) {
+  event_.reset();
+  if (!view_ && shared_) {
     shared_->~SharedInfo();
     ::operator delete(shared_, kRecordAlignment);
   }
-  event_ = mapping_ = nullptr;
   shared_ = nullptr;
+  view_.reset();
+  mapping_.reset();
 }
 
 void COptex::CommonConstructor(unsigned long spinCount, int unicode, void* name) {
@@ -81,24 +79,24 @@ void COptex::CommonConstructor(unsigned long spinCount, int unicode, void* name)
     GetSystemInfo(&info);
     __atomic_store_n(&uniprocessorHost_, info.dwNumberOfProcessors == 1 ? 1 : 0, __ATOMIC_RELAXED);
   }
-  event_ = mapping_ = nullptr;
-  shared_ = nullptr;
+  Release();
 
   try {
     if (!name) {
-      event_ = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+      event_.reset(CreateEventA(nullptr, FALSE, FALSE, nullptr));
       if (!event_) AssertFailed("m_hevt != NULL", kLineUnnamedEvent);
       shared_ = new (kRecordAlignment, std::nothrow) SharedInfo{};
       if (!shared_) AssertFailed("m_psi != NULL", kLineRecord);
     } else {
       char objectName[ObjectNameSize];
-      event_ = CreateEventA(nullptr, FALSE, FALSE, ConstructObjectName(objectName, "Optex_Event_", unicode, name));
+      event_.reset(CreateEventA(nullptr, FALSE, FALSE, ConstructObjectName(objectName, "Optex_Event_", unicode, name)));
       if (!event_) AssertFailed("m_hevt != NULL", kLineNamedEvent);
-      mapping_ = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(SharedInfo),
-                                 ConstructObjectName(objectName, "Optex_MMF_", unicode, name));
+      mapping_.reset(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(SharedInfo),
+                                        ConstructObjectName(objectName, "Optex_MMF_", unicode, name)));
       if (!mapping_) AssertFailed("m_hfm != NULL", kLineMapping);
-      shared_ = static_cast<SharedInfo*>(MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, 0));
-      if (!shared_) AssertFailed("m_psi != NULL", kLineView);
+      view_.reset(MapViewOfFile(mapping_.get(), FILE_MAP_WRITE, 0, 0, 0));
+      if (!view_) AssertFailed("m_psi != NULL", kLineView);
+      shared_ = static_cast<SharedInfo*>(view_.get());
     }
   } catch (...) {
     Release();  // the destructor does not run for a half-built object
@@ -174,7 +172,7 @@ void COptex::EnterWait() {
     ++shared_->RecurseCount;
   } else {
     eventWaits.fetch_add(1, std::memory_order_relaxed);
-    WaitForSingleObject(event_, INFINITE);
+    WaitForSingleObject(event_.get(), INFINITE);
     __atomic_store_n(&shared_->OwnerThreadId, me, __ATOMIC_RELAXED);
     shared_->RecurseCount = 1;
   }
@@ -182,7 +180,7 @@ void COptex::EnterWait() {
 
 void COptex::WakeWaiter() {
   eventSets.fetch_add(1, std::memory_order_relaxed);
-  SetEvent(event_);  // auto-reset: exactly one waiter goes
+  SetEvent(event_.get());  // auto-reset: exactly one waiter goes
 }
 
 HLockMisuseHandler GetLockMisuseHandler() { return misuseHandler.load(); }
@@ -203,15 +201,11 @@ CRITICAL_SECTION* AsSection(unsigned char* storage) { return reinterpret_cast<CR
 
 CSingleWriteMultiRead::CSingleWriteMultiRead() {
   static_assert(sizeof(CRITICAL_SECTION) <= sizeof lock_);
-  readerSemaphore_ = CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr);
-  writerSemaphore_ = CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr);
-  if (!readerSemaphore_ || !writerSemaphore_) {
-    const Exception error(System::AnsiString("Cannot create the semaphores of a reader/writer lock: ") +
-                          GetIOErrorS_CON(-2));
-    if (readerSemaphore_) CloseHandle(readerSemaphore_);
-    if (writerSemaphore_) CloseHandle(writerSemaphore_);
-    throw error;
-  }
+  readerSemaphore_.reset(CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr));
+  writerSemaphore_.reset(CreateSemaphoreA(nullptr, 0, 0x7FFFFFFF, nullptr));
+  // The owners close whichever semaphore was made.
+  if (!readerSemaphore_ || !writerSemaphore_)
+    throw Exception(System::AnsiString("Cannot create the semaphores of a reader/writer lock: ") + GetIOErrorS_CON(-2));
   InitializeCriticalSection(AsSection(lock_));
 }
 
@@ -219,8 +213,6 @@ CSingleWriteMultiRead::~CSingleWriteMultiRead() {
   if (active_ != 0) Misused("reader/writer lock destroyed while in use");
   waitingReaders_ = waitingWriters_ = active_ = 0;
   DeleteCriticalSection(AsSection(lock_));
-  CloseHandle(readerSemaphore_);
-  CloseHandle(writerSemaphore_);
 }
 
 void CSingleWriteMultiRead::EnterLock() const { EnterCriticalSection(AsSection(lock_)); }
@@ -235,7 +227,7 @@ void CSingleWriteMultiRead::WaitToRead() {
   else
     ++active_;
   LeaveLock();
-  if (wait) WaitForSingleObject(readerSemaphore_, INFINITE);
+  if (wait) WaitForSingleObject(readerSemaphore_.get(), INFINITE);
 }
 
 void CSingleWriteMultiRead::WaitToWrite() {
@@ -246,7 +238,7 @@ void CSingleWriteMultiRead::WaitToWrite() {
   else
     active_ = -1;
   LeaveLock();
-  if (wait) WaitForSingleObject(writerSemaphore_, INFINITE);
+  if (wait) WaitForSingleObject(writerSemaphore_.get(), INFINITE);
 }
 
 void CSingleWriteMultiRead::Done() {
@@ -267,12 +259,12 @@ void CSingleWriteMultiRead::Done() {
     if (waitingWriters_ > 0) {
       active_ = -1;
       --waitingWriters_;
-      release = writerSemaphore_;
+      release = writerSemaphore_.get();
     } else if (waitingReaders_ > 0) {
       active_ = waitingReaders_;
       count = waitingReaders_;
       waitingReaders_ = 0;
-      release = readerSemaphore_;
+      release = readerSemaphore_.get();
     }
   }
   LeaveLock();

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 
+#include "platform/ostrel/owned_handle.h"
 #include "velkin/velkin_api.h"
 
 // Unit Brannock: two locks for application threads.
@@ -72,7 +73,7 @@ class VELKIN_API COptex {
     if (__atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE) > 0) WakeWaiter();
   }
 
-  bool IsSingleProcessOptex() const { return mapping_ == nullptr; }
+  bool IsSingleProcessOptex() const { return !mapping_; }
 
   // Writes prefix and name ("Optex_Event_" + "Jobs") into buffer, which holds
   // ObjectNameSize bytes. Returns buffer, or null (buffer emptied) for a null
@@ -121,9 +122,12 @@ class VELKIN_API COptex {
   void Release();
   static void Misuse(const char* reason);
 
-  void* event_ = nullptr;
-  void* mapping_ = nullptr;
+  OwnedKernelHandle event_;
+  OwnedKernelHandle mapping_;  // none for a private optex
+  // The record: on the heap for a private optex, else the view of the mapping
+  // (held by view_, while shared_ is what the inline paths read).
   SharedInfo* shared_ = nullptr;
+  OwnedView view_;
 
   static int uniprocessorHost_;
 };
@@ -154,8 +158,8 @@ class VELKIN_API CSingleWriteMultiRead {
   void LeaveLock() const;
 
   alignas(8) mutable unsigned char lock_[40];  // CRITICAL_SECTION, kept opaque here
-  void* readerSemaphore_ = nullptr;
-  void* writerSemaphore_ = nullptr;
+  OwnedKernelHandle readerSemaphore_;
+  OwnedKernelHandle writerSemaphore_;
   int32_t waitingReaders_ = 0;
   int32_t waitingWriters_ = 0;
   int32_t active_ = 0;

@@ -7,31 +7,31 @@
 #include "velkin/draw/tc_draw.h"
 #include "velkin/draw/tc_text.h"
 
-PictureSheet::PictureSheet(int width, int height, const char* title) : width_(width), height_(height) {
+namespace {
+// A top-down 32-bit DIB section; bits receives its pixels.
+HBITMAP MakeSection(HDC dc, int width, int height, void** bits) {
   BITMAPINFO bi{};
   bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
   bi.bmiHeader.biWidth = width;
   bi.bmiHeader.biHeight = -height;
   bi.bmiHeader.biPlanes = 1;
   bi.bmiHeader.biBitCount = 32;
-  dc_ = CreateCompatibleDC(nullptr);
+  return CreateDIBSection(dc, &bi, DIB_RGB_COLORS, bits, nullptr, 0);
+}
+}  // namespace
+
+PictureSheet::PictureSheet(int width, int height, const char* title)
+    : width_(width), height_(height), dc_(CreateCompatibleDC(nullptr)), bitmapIn_(dc_.get()) {
   void* bits = nullptr;
-  bitmap_ = CreateDIBSection(dc_, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
+  bitmap_.reset(MakeSection(dc_.get(), width, height, &bits));
   bits_ = static_cast<uint32_t*>(bits);
-  oldBitmap_ = SelectObject(dc_, bitmap_);
-  canvas_.SetHandle(dc_);
+  bitmapIn_.Select(bitmap_.get());
+  canvas_.SetHandle(dc_.get());
   TC_Fill(&canvas_, MyRect{0, 0, width, height}, Graphics::clWhite);
   TC_Fill(&canvas_, MyRect{0, 0, width, kTitleHeight}, Graphics::TColor(0x603000));
   canvas_.GetFont()->SetStyle(Graphics::TFontStyles{Graphics::fsBold});
   TC_TextOut(&canvas_, MyRect{8, 0, width - 8, kTitleHeight}, title, Graphics::clWhite, DT_VCENTER | DT_SINGLELINE);
   canvas_.GetFont()->SetStyle(Graphics::TFontStyles{});
-}
-
-PictureSheet::~PictureSheet() {
-  canvas_.SetHandle(nullptr);
-  SelectObject(dc_, oldBitmap_);
-  DeleteObject(bitmap_);
-  DeleteDC(dc_);
 }
 
 MyRect PictureSheet::Cell(int col, int row, int cellW, int cellH) const {

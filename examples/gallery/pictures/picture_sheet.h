@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/mygeom.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_canvas.h"
 
 // One gallery picture: a white 32-bit DIB with a framework canvas over it, a
@@ -15,13 +17,12 @@ class PictureSheet {
   static constexpr int kLabelHeight = 16;
 
   PictureSheet(int width, int height, const char* title);
-  ~PictureSheet();
   PictureSheet(const PictureSheet&) = delete;
   PictureSheet& operator=(const PictureSheet&) = delete;
 
   int GetWidth() const { return width_; }
   int GetHeight() const { return height_; }
-  HDC GetDC() const { return dc_; }
+  HDC GetDC() const { return dc_.get(); }
   Graphics::TCanvas* GetCanvas() { return &canvas_; }
   uint32_t* GetBits() const { return bits_; }
 
@@ -38,10 +39,12 @@ class PictureSheet {
   bool SavePng(const std::string& path) const;
 
  private:
+  // Members go in reverse: the canvas lets the context go, the bitmap is taken
+  // out of it, then bitmap and context are deleted.
   int width_, height_;
-  HDC dc_;
-  HBITMAP bitmap_;
-  HGDIOBJ oldBitmap_;
+  OwnedMemoryDC dc_;
+  OwnedBitmap bitmap_;
+  DCChanger bitmapIn_;
   uint32_t* bits_ = nullptr;
   Graphics::TCanvas canvas_;
 };

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "examples/gallery/pictures/picture_sheet.h"
+#include "platform/ostrel/dc_changer.h"
 #include "velkin/draw/gdi_canvas_bitmap.h"
 #include "velkin/draw/h_abrush.h"
 #include "velkin/draw/h_extdraw.h"
@@ -366,15 +367,14 @@ Sheet ScaledRects() {
     const MyRect area{body.left + 35, body.top + 16, body.left + 175, body.top + 106};
     const MyRect r = GetScaledRect(area, cases[i].w, cases[i].h, cases[i].flags);
     // Drawn cut to the cell, so pictures that leave the area show it.
-    const int saved = SaveDC(dc);
-    IntersectClipRect(dc, body.left + 2, body.top + 2, body.right - 2, body.bottom - 2);
+    DCChanger cut(dc);
+    cut.IntersectClip(RECT{body.left + 2, body.top + 2, body.right - 2, body.bottom - 2});
     TC_Fill(c, area, kPanel);
     TC_Fill(c, r, TColor(0xF0C890));
     TC_Rect(c, r, TColor(0xA04000));
     TC_Line(c, r.left, r.top, r.right, r.bottom, TColor(0xA04000));
     TC_Line(c, r.left, r.bottom - 1, r.right, r.top - 1, TColor(0xA04000));
     TC_Rect(c, area, TColor(0x606060));
-    RestoreDC(dc, saved);
   }
   return s;
 }
