@@ -3,7 +3,7 @@ PRESET ?= default
 BUILD  := build/$(PRESET)
 RUN    := $(CURDIR)/tools/winerun --state $(CURDIR)/$(BUILD)/wine
 
-.PHONY: setup configure build demo test bench format clean
+.PHONY: setup configure build demo test bench package docs format clean
 
 setup:
 	@tools/setup.sh
@@ -15,7 +15,8 @@ build: configure
 	@cmake --build --preset $(PRESET)
 
 # Builds and runs the gallery host: loads velkin.dll as a package and shows it working.
-demo: build
+demo: configure
+	@cmake --build --preset $(PRESET) --target gallery gallery_pictures
 	@$(RUN) --prepare
 	@cd $(BUILD)/bin && $(RUN) gallery.exe; rc=$$?; $(RUN) --shutdown; exit $$rc
 
@@ -31,6 +32,10 @@ bench: build
 	@$(RUN) --prepare
 	@rc=0; for b in $(BUILD)/bin/bench_*.exe; do [ -e "$$b" ] || continue; \
 	  echo "== $$(basename $$b .exe)"; $(RUN) "$$b" || rc=1; done; $(RUN) --shutdown; exit $$rc
+
+# The SDK archive: build/<preset>/package/Velkin-<version>-win64.zip.
+package: build
+	@cd $(BUILD) && cpack -C RelWithDebInfo -B package
 
 format:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i

@@ -19,7 +19,7 @@ function(velkin_test name)
     target_link_libraries(${name} PRIVATE gtest_main)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
-                       WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/bin PROPERTIES TIMEOUT 120)
+                       WORKING_DIRECTORY ${VELKIN_OUTPUT_DIR} PROPERTIES TIMEOUT 120)
 endfunction()
 
 # One test program per *_test.cpp in the calling directory, named PREFIX_<file>;

@@ -4,29 +4,43 @@
 # imports only Windows system DLLs and our own packages.
 function(velkin_code_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra)
-  target_compile_definitions(${target} PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_definitions(${target} PRIVATE WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
   target_link_options(${target} PRIVATE -static)
 endfunction()
 
-# A package DLL: velkin_package(NAME SOURCES... [LIBS ...]); NAME_BUILD is defined
-# while its own sources compile (for the export macro).
+# A package DLL: velkin_package(NAME SOURCES... [LIBS ...] [DESCRIPTION text]);
+# NAME_BUILD is defined while its own sources compile (for the export macro).
+# What a user of the package needs travels with the target: the include
+# directory, C++20, NOMINMAX (the headers use std::min/max) and -static for
+# the programs that link it. Velkin::NAME names it as the installed package does.
 function(velkin_package name)
-  cmake_parse_arguments(P "" "" "SOURCES;LIBS" ${ARGN})
-  add_library(${name} SHARED ${P_SOURCES})
-  set_target_properties(${name} PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  cmake_parse_arguments(P "" "DESCRIPTION" "SOURCES;LIBS" ${ARGN})
+  if(NOT P_DESCRIPTION)
+    set(P_DESCRIPTION "${name} package")
+  endif()
+  set(VELKIN_FILE_NAME "${name}.dll")
+  set(VELKIN_FILE_DESCRIPTION "${P_DESCRIPTION}")
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/${name}_version.rc @ONLY)
+  add_library(${name} SHARED ${P_SOURCES} ${CMAKE_CURRENT_BINARY_DIR}/${name}_version.rc)
+  add_library(Velkin::${name} ALIAS ${name})
+  set_target_properties(${name} PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${VELKIN_OUTPUT_DIR})
   string(TOUPPER ${name} up)
-  target_compile_definitions(${name} PRIVATE ${up}_BUILD)
+  target_compile_definitions(${name} PRIVATE ${up}_BUILD INTERFACE NOMINMAX)
   velkin_code_options(${name})
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include>)
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_link_options(${name} INTERFACE -static)
   target_link_libraries(${name} PUBLIC ${P_LIBS})
 endfunction()
 
-# A program next to the packages in bin/, so it finds them when it runs.
+# A program next to the packages, so it finds them when it runs.
 function(velkin_program name)
   cmake_parse_arguments(P "" "" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${P_SOURCES})
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${VELKIN_OUTPUT_DIR})
   velkin_code_options(${name})
+  target_compile_definitions(${name} PRIVATE NOMINMAX)
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${P_LIBS})
 endfunction()
 

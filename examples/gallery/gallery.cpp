@@ -2,10 +2,12 @@
 // against it and unloads it. Exits 0 when every step succeeded.
 #include <cstdio>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 #include "examples/gallery/showcase.h"
 #include "platform/ostrel/filelog.h"
+#include "platform/ostrel/oslib.h"
 #include "platform/vcl/package.h"
 
 namespace {
@@ -33,11 +35,34 @@ class PackageSession {
   ShowcaseContext context_;
 };
 
+constexpr char kUsage[] = "usage: gallery [--out DIR] [--help]\n";
+
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+  std::string outDir = std::string(GetStartupDir()) + "pictures";
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--help" || arg == "-h") {
+      std::printf(
+          "%s"
+          "Loads velkin.dll as a package, shows its load log and units and writes\n"
+          "the showcase pictures as PNG files.\n"
+          "  --out DIR   folder for the pictures (default: pictures beside gallery.exe)\n",
+          kUsage);
+      return 0;
+    }
+    if (arg == "--out" && i + 1 < argc) {
+      outDir = argv[++i];
+    } else {
+      std::fprintf(stderr, "gallery: %s %s\n%s", arg == "--out" ? "missing folder after" : "unknown option",
+                   arg.c_str(), kUsage);
+      return 2;
+    }
+  }
   try {
     PackageSession session("velkin.dll");
+    session.Context().OutDir = outDir;
     return RunShowcase(session.Context()) ? 0 : 1;
   } catch (const Sysutils::Exception& e) {
     std::fprintf(stderr, "gallery: %s\n", e.Message.c_str());

@@ -9,7 +9,7 @@
 #include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 
-bool ShowPictures(ShowcaseContext&) {
+bool ShowPictures(ShowcaseContext& context) {
   const std::string dir = GetStartupDir();
   const OwnedModule plugin(LoadLibraryA((dir + "gallery_pictures.dll").c_str()));
   if (!plugin) {
@@ -18,7 +18,7 @@ bool ShowPictures(ShowcaseContext&) {
   }
   auto render =
       reinterpret_cast<RenderPicturesProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderPictures")));
-  const bool ok = render && render((dir + "pictures").c_str()) != 0;
+  const bool ok = render && render(context.OutDir.c_str()) != 0;
   if (!render) std::printf("   RenderPictures not found in gallery_pictures.dll\n");
   return ok;
 }

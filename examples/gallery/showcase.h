@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <string>
 #include <vector>
 
 // What every showcase step gets: the library, loaded as a package.
@@ -8,6 +9,8 @@ struct ShowcaseContext {
   // Size of the process's log file before the library was loaded, so the line
   // it wrote at load can be told from earlier runs' lines.
   std::uintmax_t LogSizeBeforeLoad = 0;
+  // Folder the pictures are written to.
+  std::string OutDir;
 };
 
 // One step of the gallery. Run prints what it shows (or writes its pictures)

@@ -84,62 +84,28 @@ class OwnedHandle {
 
 namespace owned_kinds {
 
-template <class T>
-struct GdiObject {
+// A kind whose handles are null when empty and closed by one function.
+template <class T, OwnedKind_Types KindId, auto CloseFunction>
+struct ClosedBy {
   using Type = T;
-  static constexpr OwnedKind_Types Id = OK_GdiObject;
+  static constexpr OwnedKind_Types Id = KindId;
   static Type Null() { return nullptr; }
-  static void Close(Type h) { DeleteObject(h); }
+  static void Close(Type h) { CloseFunction(h); }
 };
-struct MemoryDC {
-  using Type = HDC;
-  static constexpr OwnedKind_Types Id = OK_MemoryDC;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { DeleteDC(h); }
-};
-struct Window {
-  using Type = HWND;
-  static constexpr OwnedKind_Types Id = OK_Window;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { DestroyWindow(h); }
-};
-struct Menu {
-  using Type = HMENU;
-  static constexpr OwnedKind_Types Id = OK_Menu;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { DestroyMenu(h); }
-};
-struct Icon {
-  using Type = HICON;
-  static constexpr OwnedKind_Types Id = OK_Icon;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { DestroyIcon(h); }
-};
-struct Kernel {
-  using Type = HANDLE;
-  static constexpr OwnedKind_Types Id = OK_Kernel;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { CloseHandle(h); }
-};
+
+template <class T>
+struct GdiObject : ClosedBy<T, OK_GdiObject, &DeleteObject> {};
+struct MemoryDC : ClosedBy<HDC, OK_MemoryDC, &DeleteDC> {};
+struct Window : ClosedBy<HWND, OK_Window, &DestroyWindow> {};
+struct Menu : ClosedBy<HMENU, OK_Menu, &DestroyMenu> {};
+struct Icon : ClosedBy<HICON, OK_Icon, &DestroyIcon> {};
+struct Kernel : ClosedBy<HANDLE, OK_Kernel, &CloseHandle> {};
 // CreateFile's failure value is INVALID_HANDLE_VALUE, not null.
-struct File {
-  using Type = HANDLE;
-  static constexpr OwnedKind_Types Id = OK_File;
+struct File : ClosedBy<HANDLE, OK_File, &CloseHandle> {
   static Type Null() { return INVALID_HANDLE_VALUE; }
-  static void Close(Type h) { CloseHandle(h); }
 };
-struct View {
-  using Type = void*;
-  static constexpr OwnedKind_Types Id = OK_View;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { UnmapViewOfFile(h); }
-};
-struct Module {
-  using Type = HMODULE;
-  static constexpr OwnedKind_Types Id = OK_Module;
-  static Type Null() { return nullptr; }
-  static void Close(Type h) { FreeLibrary(h); }
-};
+struct View : ClosedBy<void*, OK_View, &UnmapViewOfFile> {};
+struct Module : ClosedBy<HMODULE, OK_Module, &FreeLibrary> {};
 
 }  // namespace owned_kinds
 
@@ -167,8 +133,7 @@ class OwnedWindowDC {
   explicit OwnedWindowDC(HWND window) { reset(window, GetDC(window)); }
   // Takes a context that GetDC or GetWindowDC gave for window.
   OwnedWindowDC(HWND window, HDC dc) { reset(window, dc); }
-  OwnedWindowDC(OwnedWindowDC&& other) noexcept
-      : window_(other.window_), dc_(std::exchange(other.dc_, nullptr)) {}
+  OwnedWindowDC(OwnedWindowDC&& other) noexcept : window_(other.window_), dc_(std::exchange(other.dc_, nullptr)) {}
   OwnedWindowDC& operator=(OwnedWindowDC&& other) noexcept {
     if (this != &other) {
       reset();

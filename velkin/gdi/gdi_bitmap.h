@@ -28,13 +28,7 @@ class VELKIN_API HCustomGDIBitmap : public HGDIObject {
   // Orders the edges of r, then clamps it to 0..width, 0..height.
   void CorrectRect(MyRect& r) const;
 
-  virtual bool Check(void* handle);
-
- protected:
-  void* DoCreateHandle() override;
-  void DoDestroyHandle(void* handle) override;
-  void* DoSelect(void* dc, void* handle) override;
-  void DoRestore(void* dc, void* old) override;
+  HGDI_OBJECT_SLOTS();
 
   int width_ = 0;
   int height_ = 0;

@@ -46,13 +46,7 @@ class VELKIN_API HCustomGDIBrush : public HGDIObject {
   // a nested SetStyle would leave a LockOnChange brush locked for ever.
   void Assign(Graphics::TBrush* source);
 
-  virtual bool Check(void* handle);
-
- protected:
-  void* DoCreateHandle() override;
-  void DoDestroyHandle(void* handle) override;
-  void* DoSelect(void* dc, void* handle) override;
-  void DoRestore(void* dc, void* old) override;
+  HGDI_OBJECT_SLOTS();
 
  private:
   Graphics::TColor color_ = Graphics::clWhite;

@@ -61,8 +61,8 @@ class VELKIN_API HCustomGDIFont : public HGDIObject {
   const LOGFONTA& GetLogFont() const { return logFont_; }
 
   // Size of the text drawn in this font, measured on dc, or on the pool's
-  // shared memory context when dc is null. Raises the pool's exception when
-  // that context cannot be had (the pool's unit not started).
+  // shared memory context when dc is null (the pool starts on first use).
+  // Raises the pool's exception when that context cannot be made.
   MyPoint TextSize(const char* text, void* dc = nullptr);
 
   // Dispatches: a GDI font, then a framework TFont (ignored), else the
@@ -73,13 +73,7 @@ class VELKIN_API HCustomGDIFont : public HGDIObject {
   // Does nothing: framework fonts are not converted here.
   void Assign(Graphics::TFont* source);
 
-  virtual bool Check(void* handle);
-
- protected:
-  void* DoCreateHandle() override;
-  void DoDestroyHandle(void* handle) override;
-  void* DoSelect(void* dc, void* handle) override;
-  void DoRestore(void* dc, void* old) override;
+  HGDI_OBJECT_SLOTS();
 
  private:
   LOGFONTA logFont_;

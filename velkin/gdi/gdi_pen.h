@@ -51,13 +51,7 @@ class VELKIN_API HCustomGDIPen : public HGDIObject {
   // (psClear and psInsideFrame become solid). Round end is kept. Null: nothing.
   void Assign(Graphics::TPen* source);
 
-  virtual bool Check(void* handle);
-
- protected:
-  void* DoCreateHandle() override;
-  void DoDestroyHandle(void* handle) override;
-  void* DoSelect(void* dc, void* handle) override;
-  void DoRestore(void* dc, void* old) override;
+  HGDI_OBJECT_SLOTS();
 
  private:
   std::unique_ptr<bool[]> bits_;

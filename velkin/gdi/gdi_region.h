@@ -18,13 +18,7 @@ class VELKIN_API HGDIRegion : public HGDIObject {
   // The stored, exclusive rectangle.
   const MyRect& GetRect() const { return rect_; }
 
-  virtual bool Check(void* handle);
-
- protected:
-  void* DoCreateHandle() override;
-  void DoDestroyHandle(void* handle) override;
-  void* DoSelect(void* dc, void* handle) override;
-  void DoRestore(void* dc, void* old) override;
+  HGDI_OBJECT_SLOTS();
 
  private:
   MyRect rect_;

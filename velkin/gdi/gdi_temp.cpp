@@ -60,6 +60,7 @@ namespace {
 Sysinit::TUnitCounter counter;
 int startUps = 0;
 int shutDowns = 0;
+bool startedByFirstUse = false;
 }  // namespace
 
 void Initialize() {
@@ -75,6 +76,20 @@ void Finalize() {
   TempPool = nullptr;
 }
 
+void FinalizeFirstUse() {
+  if (!startedByFirstUse) return;
+  startedByFirstUse = false;
+  Finalize();
+}
+
 int StartUpRuns() { return startUps; }
 int ShutDownRuns() { return shutDowns; }
 }  // namespace Gdi_temp
+
+HTempPool* HTempCurrentPool() {
+  if (!TempPool && !Gdi_temp::startedByFirstUse) {
+    Gdi_temp::startedByFirstUse = true;
+    Gdi_temp::Initialize();
+  }
+  return TempPool;
+}

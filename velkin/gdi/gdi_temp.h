@@ -86,6 +86,11 @@ class VELKIN_API HTempPool {
 // The pool; made by Gdi_temp::Initialize, destroyed by Gdi_temp::Finalize.
 extern VELKIN_API HTempPool* TempPool;
 
+// TempPool, started on first use when nothing started the unit: a program that
+// links the library directly, without loading it as a package, never calls
+// Initialize. A pool started this way goes when the library is unloaded.
+VELKIN_API HTempPool* HTempCurrentPool();
+
 // Raises Sysutils::Exception "Can not retrive temprorary item named: [<name>]
 // by: Proc:<creator address in decimal>Data: <data in decimal>".
 [[noreturn]] VELKIN_API void HTempRaiseNotFound(const System::AnsiString& name, HTempCreator creator,
@@ -96,7 +101,8 @@ extern VELKIN_API HTempPool* TempPool;
 // it is of another class.
 template <class T>
 T* HTempGet(const System::AnsiString& name, HTempCreator creator, unsigned long data) {
-  HTempItem* item = TempPool ? TempPool->Get(name, creator, data) : nullptr;
+  HTempPool* pool = HTempCurrentPool();
+  HTempItem* item = pool ? pool->Get(name, creator, data) : nullptr;
   T* typed = dynamic_cast<T*>(item);
   if (!typed) HTempRaiseNotFound(name, creator, data);
   return typed;
@@ -111,6 +117,9 @@ VELKIN_API HTempItem* HTempCreateCompatibleDC(unsigned long data);
 namespace Gdi_temp {
 VELKIN_API void Initialize();
 VELKIN_API void Finalize();
+// Stops the unit once if HTempCurrentPool started it; the library's unload
+// calls it.
+VELKIN_API void FinalizeFirstUse();
 // How many times the unit's start-up / shut-down work actually ran.
 VELKIN_API int StartUpRuns();
 VELKIN_API int ShutDownRuns();

@@ -7,6 +7,7 @@
 
 #include "platform/ostrel/filelog.h"
 #include "platform/ostrel/oslib.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/units.h"
 #include "platform/pellum/units.h"
 #include "platform/vcl/sysutils.h"
@@ -87,6 +88,8 @@ constexpr int unitCount = static_cast<int>(std::size(unitTable));
 // Registered with the framework for the library's lifetime, so LoadStr finds
 // the library's string tables (or its language satellite's).
 Sysutils::TLibModule libModule;
+// The language satellite, when one was found beside the library.
+OwnedModule satellite;
 
 void ProcessAttach(HINSTANCE instance) {
   // GetModuleFileNameA returns at most the buffer size it is given and may
@@ -101,16 +104,15 @@ void ProcessAttach(HINSTANCE instance) {
   n = GetModuleFileNameA(instance, own, 261);
   own[n] = '\0';
   libModule.Instance = instance;
-  void* satellite = n ? Sysutils::LoadResourceModule(own) : nullptr;
-  libModule.ResInstance = satellite ? satellite : instance;
+  satellite.reset(static_cast<HMODULE>(n ? Sysutils::LoadResourceModule(own) : nullptr));
+  libModule.ResInstance = satellite ? satellite.get() : instance;
   Sysutils::RegisterModule(&libModule);
 }
 
 void ProcessDetach() {
   Sysutils::UnregisterModule(&libModule);
-  if (libModule.ResInstance && libModule.ResInstance != libModule.Instance)
-    FreeLibrary(static_cast<HMODULE>(libModule.ResInstance));
   libModule.ResInstance = nullptr;
+  satellite.reset();
 }
 
 }  // namespace
@@ -126,8 +128,11 @@ const Sysinit::TUnitEntry* GetUnitTable(int* count) {
 }  // namespace Velkin
 
 // Thread attach and detach do nothing; the load never fails.
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved) {
   if (reason == DLL_PROCESS_ATTACH) ProcessAttach(instance);
+  // A pool started by first use goes with an unload; at process end the
+  // system takes back its handles.
+  if (reason == DLL_PROCESS_DETACH && !reserved) Gdi_temp::FinalizeFirstUse();
   if (reason == DLL_PROCESS_DETACH) ProcessDetach();
   return 1;
 }

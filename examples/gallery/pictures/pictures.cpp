@@ -489,6 +489,7 @@ int RenderPictures(const char* folderName) {
     Sheet sheet = kPictures[i].make();
     const std::string path = folder + "\\" + kPictures[i].file;
     const bool saved = sheet->SavePng(path);
+    if (!saved) std::fprintf(stderr, "gallery: cannot write %s\n", path.c_str());
     ok = ok && saved;
     // Scale to fit the thumbnail, keeping the aspect.
     const MyRect slot = overview.Cell(i % perRow, i / perRow, thumbW + 8, thumbH + 8);
@@ -501,12 +502,15 @@ int RenderPictures(const char* folderName) {
                 sheet->GetHeight(), saved ? "written" : "FAILED", static_cast<long long>(ms));
     std::fflush(stdout);
   }
-  const bool overviewSaved = overview.SavePng(folder + "\\overview.png");
+  const std::string overviewPath = folder + "\\overview.png";
+  const bool overviewSaved = overview.SavePng(overviewPath);
+  if (!overviewSaved) std::fprintf(stderr, "gallery: cannot write %s\n", overviewPath.c_str());
   ok = ok && overviewSaved;
   std::printf("   overview.png %s\n", overviewSaved ? "written" : "FAILED");
   if (comStarted) CoUninitialize();
+  if (!ok) return 0;
   const auto total = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
   std::printf("   %d pictures in %lld ms; output folder: %s\n", count + 1, static_cast<long long>(total),
               folder.c_str());
-  return ok ? 1 : 0;
+  return 1;
 }

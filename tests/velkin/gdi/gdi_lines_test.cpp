@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstdint>
 #include <ostream>
 #include <random>
 #include <utility>
@@ -67,6 +68,41 @@ TEST(GR_LineDDA, SamePixelsAndOrderAsThePlatformsLineDDA) {
             (Points{{0, 5}, {1, 5}, {2, 5}, {3, 5}, {4, 5}, {5, 5}, {6, 5}, {7, 5}, {8, 5}, {9, 5}}));
   EXPECT_EQ(Ours(MyRect{0, 0, 50, 50}, MyRect{10, 10, 10, 20}).size(), 0u) << "empty clip";
   GR_LineDDA(0, 0, 5, 5, 0, 0, 9, 9, HLineDDAProc());  // no callback: nothing happens
+}
+
+// The stepper's pixels by step are those its walk (GR_LineDDA) visits, for
+// short lines and for lines across the whole coordinate range.
+TEST(HLineSteps, StepsAreThePixelsOfTheWalk) {
+  struct Walked {
+    std::vector<MyPoint> points;
+    void Add(int x, int y) { points.push_back(MyPoint{x, y}); }
+  };
+  std::mt19937 random(11);
+  std::uniform_int_distribution<int> coord(-70, 70);
+  std::vector<std::pair<MyRect, MyRect>> cases;
+  for (int i = 0; i < 300; ++i)
+    cases.push_back(
+        {MyRect{coord(random), coord(random), coord(random), coord(random)},
+         MyRect{coord(random) / 2 - 20, coord(random) / 2 - 20, coord(random) / 2 + 20, coord(random) / 2 + 20}});
+  const int big = 2000000000;
+  const size_t firstBig = cases.size();
+  cases.push_back({MyRect{-big, -big, big, big - 7}, MyRect{-5, -5, 5, 5}});
+  cases.push_back({MyRect{big, -big + 1, -big, big}, MyRect{-3, -8, 4, 8}});
+  cases.push_back({MyRect{-big, 1, big, -1}, MyRect{-big, -1, -big + 6, 2}});
+  cases.push_back({MyRect{-big, -big, -big + 1, big}, MyRect{-big, big - 5, -big + 2, big}});
+  for (size_t k = 0; k < cases.size(); ++k) {
+    const auto& [l, clip] = cases[k];
+    const HLineSteps steps(l.left, l.top, l.right, l.bottom, clip.left, clip.top, clip.right, clip.bottom);
+    Walked walked;
+    steps.ForEach(HLineDDAProc(&walked, &Walked::Add));
+    std::vector<MyPoint> byStep;
+    for (int64_t i = steps.GetFirst(); i < steps.GetEnd(); ++i) byStep.push_back(steps.At(i));
+    if (k >= firstBig) {
+      EXPECT_FALSE(byStep.empty()) << "line " << l << " clip " << clip << ": crosses the clip";
+    }
+    EXPECT_TRUE(byStep == walked.points) << "line " << l << " clip " << clip << ": " << byStep.size()
+                                         << " pixels by step, " << walked.points.size() << " walked";
+  }
 }
 
 }  // namespace

@@ -34,13 +34,13 @@ std::string FetchError(const char* name, HTempCreator creator, unsigned long dat
 TEST(HTempPool, TypedFetchAndUnitLifecycle) {
   const int starts = Gdi_temp::StartUpRuns(), stops = Gdi_temp::ShutDownRuns();
   // The test program links the library without loading it as a package:
-  // nothing has started the unit yet.
+  // nothing has started the unit yet, and the first fetch starts it.
   ASSERT_EQ(nullptr, TempPool);
-  EXPECT_EQ(Expected("X", WindowCreator, 0), FetchError<HTemp_WindowDC>("X", WindowCreator, 0)) << "no pool yet";
-  Gdi_temp::Initialize();
-  Gdi_temp::Initialize();
+  ASSERT_NE(nullptr, HTempGet<HTemp_WindowDC>("X", WindowCreator, 0)) << "first use";
   ASSERT_NE(nullptr, TempPool);
-  EXPECT_EQ(starts + 1, Gdi_temp::StartUpRuns());
+  Gdi_temp::Initialize();
+  Gdi_temp::Initialize();
+  EXPECT_EQ(starts + 1, Gdi_temp::StartUpRuns()) << "started once, by the first use";
 
   EXPECT_EQ(Expected("X", NullCreator, 77), FetchError<HTemp_CompatibleDC>("X", NullCreator, 77));
   EXPECT_EQ(Expected("Y", nullptr, 5), FetchError<HTemp_WindowDC>("Y", nullptr, 5));
@@ -50,13 +50,16 @@ TEST(HTempPool, TypedFetchAndUnitLifecycle) {
   auto* mem = HTempGet<HTemp_CompatibleDC>("All.HTemp_CompatibleDC", HTempCreateCompatibleDC, 0);
   HDC memDC = static_cast<HDC>(mem->GetDC());
   EXPECT_EQ(DWORD(OBJ_MEMDC), GetObjectType(memDC)) << "the pool's compatible DC";
-  EXPECT_EQ(2, TempPool->GetCount()) << "items in the pool";
+  EXPECT_EQ(3, TempPool->GetCount()) << "items in the pool";
 
-  // Only the matching last stop destroys the pool with every DC it holds.
+  // Only the matching last stop destroys the pool with every DC it holds; the
+  // start made by the first use is stopped by the library's unload.
   Gdi_temp::Finalize();
-  EXPECT_NE(nullptr, TempPool);
   Gdi_temp::Finalize();
+  EXPECT_NE(nullptr, TempPool) << "the first use still holds it";
+  Gdi_temp::FinalizeFirstUse();
   EXPECT_EQ(nullptr, TempPool) << "after the last stop";
+  Gdi_temp::FinalizeFirstUse();
   EXPECT_EQ(stops + 1, Gdi_temp::ShutDownRuns()) << "shut-downs";
   EXPECT_EQ(DWORD(0), GetObjectType(memDC)) << "the pool's DC went with it";
 }
