@@ -37,6 +37,11 @@ bench: build
 package: build
 	@cd $(BUILD) && cpack -C RelWithDebInfo -B package
 
+# The API reference of the public headers: build/<preset>/docs/html/index.html.
+# Fails on a public class or free function without a comment.
+docs: build
+	@tools/docs.sh $(BUILD)
+
 format:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i
 

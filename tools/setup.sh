@@ -2,7 +2,7 @@
 # Installs what building and testing need, when it is missing. Safe to run again.
 set -eu
 pkgs="g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
-      wine64 xvfb cmake ninja-build googletest make"
+      wine64 xvfb cmake ninja-build googletest make doxygen"
 missing=""
 for p in $pkgs; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"

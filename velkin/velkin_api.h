@@ -1,5 +1,6 @@
 #pragma once
-// Export/import marker of the library package (velkin.dll).
+/// \file
+/// Export and import marker of the library package.
 #ifdef VELKIN_BUILD
 #define VELKIN_API __declspec(dllexport)
 #else

@@ -1,21 +1,23 @@
 #pragma once
+/// \file
+/// Scoped changes to a device context, put back when the changer goes.
 #include <windows.h>
 
 #include <type_traits>
 
 #include "platform/ostrel/owned_handle.h"
 
-// Changes a device context for a while and, when it goes (or at Restore()),
-// puts back exactly what it changed: each attribute the first time it is
-// changed remembers its old value, and only those are written back. Other
-// attributes, and changes made by others meanwhile to attributes this changer
-// did not touch, are left alone (unlike SaveDC/RestoreDC, which would undo
-// them too and break the selection bookkeeping of the GDI wrappers).
-//
-//   DCChanger use(dc);
-//   use.Select(GetStockObject(NULL_BRUSH));
-//   use.SetTextColor(RGB(0, 0, 0));
-//   ... draw ...                 // on scope exit: brush and colour restored
+/// Changes a device context for a while and, when it goes (or at Restore()),
+/// puts back exactly what it changed: each attribute the first time it is
+/// changed remembers its old value, and only those are written back. Other
+/// attributes, and changes made by others meanwhile to attributes this changer
+/// did not touch, are left alone (unlike SaveDC/RestoreDC, which would undo
+/// them too and break the selection bookkeeping of the GDI wrappers).
+///
+///   DCChanger use(dc);
+///   use.Select(GetStockObject(NULL_BRUSH));
+///   use.SetTextColor(RGB(0, 0, 0));
+///   ... draw ...                 // on scope exit: brush and colour restored
 class DCChanger {
  public:
   explicit DCChanger(HDC dc) : dc_(dc) {}
@@ -25,8 +27,8 @@ class DCChanger {
 
   HDC GetDC() const { return dc_; }
 
-  // Selects a pen, brush, font or bitmap; a null object is ignored. The typed
-  // forms skip asking GDI what the object is.
+  /// Selects a pen, brush, font or bitmap; a null object is ignored. The typed
+  /// forms skip asking GDI what the object is.
   void Select(HPEN pen) { SelectInto(PenSlot, pen); }
   void Select(HBRUSH brush) { SelectInto(BrushSlot, brush); }
   void Select(HFONT font) { SelectInto(FontSlot, font); }
@@ -34,15 +36,15 @@ class DCChanger {
   void Select(HGDIOBJ object) {
     if (object) SelectInto(ObjectSlot(object), object);
   }
-  // Puts back only the object of one kind that the first Select of that kind
-  // displaced; the others stay. For holders that let one object go (to delete
-  // or re-make it) while the rest stay selected.
+  /// Puts back only the object of one kind that the first Select of that kind
+  /// displaced; the others stay. For holders that let one object go (to delete
+  /// or re-make it) while the rest stay selected.
   void RestorePen() { PutBack(PenSlot); }
   void RestoreBrush() { PutBack(BrushSlot); }
   void RestoreFont() { PutBack(FontSlot); }
   void RestoreBitmap() { PutBack(BitmapSlot); }
-  // Each setter remembers the value it displaced the first time; a call that
-  // GDI refuses changed nothing and is not remembered.
+  /// Each setter remembers the value it displaced the first time; a call that
+  /// GDI refuses changed nothing and is not remembered.
   void SetTextColor(COLORREF c) { Keep(textColor_, ::SetTextColor(dc_, c), CLR_INVALID, fTextColor); }
   void SetBkColor(COLORREF c) { Keep(bkColor_, ::SetBkColor(dc_, c), CLR_INVALID, fBkColor); }
   void SetBkMode(int mode) { Keep(bkMode_, ::SetBkMode(dc_, mode), 0, fBkMode); }
@@ -53,20 +55,20 @@ class DCChanger {
   void SetDCPenColor(COLORREF c) { Keep(dcPenColor_, ::SetDCPenColor(dc_, c), CLR_INVALID, fDCPenColor); }
   void SetDCBrushColor(COLORREF c) { Keep(dcBrushColor_, ::SetDCBrushColor(dc_, c), CLR_INVALID, fDCBrushColor); }
 
-  // Narrows the clip to r (logical units).
+  /// Narrows the clip to r (logical units).
   void IntersectClip(const RECT& r) {
     if (!dc_) return;
     SaveClip();
     IntersectClipRect(dc_, r.left, r.top, r.right, r.bottom);
   }
-  // Replaces the clip by a copy of region (null: no clipping).
+  /// Replaces the clip by a copy of region (null: no clipping).
   void SelectClip(HRGN region) {
     if (!dc_) return;
     SaveClip();
     SelectClipRgn(dc_, region);
   }
 
-  // Puts everything back now; the changer can be used again afterwards.
+  /// Puts everything back now; the changer can be used again afterwards.
   void Restore() {
     if (!dc_) return;
     if (clipSaved_) {

@@ -1,11 +1,13 @@
 #pragma once
+/// \file
+/// A growable character string.
 #include <string>
 #include <string_view>
 
 #include "platform/ostrel/ostrel_api.h"
 
-// Counted 8-bit string in the system's ANSI code page. It may hold NUL bytes;
-// Text() is always NUL-terminated.
+/// Counted 8-bit string in the system's ANSI code page. It may hold NUL bytes;
+/// Text() is always NUL-terminated.
 class OSTREL_API MyString {
  public:
   MyString() = default;
@@ -25,7 +27,7 @@ class OSTREL_API MyString {
   void Add(char c) { s_ += c; }
   void Clear() { s_.clear(); }
 
-  // Resizes to length bytes (new bytes are zero) and gives the writable buffer.
+  /// Resizes to length bytes (new bytes are zero) and gives the writable buffer.
   char* SetLength(int length);
 
   MyString& operator+=(const char* text) {

@@ -3,18 +3,21 @@
 
 #include "platform/ostrel/ostrel_api.h"
 
-// Small process-level services of the base package.
+/// \file
+/// Small process-level services of the base package.
 
-// Instance handle of the process's main executable (not of the calling package).
+/// Instance handle of the process's main executable (not of the calling package).
 OSTREL_API void* GetHInstance();
 
-// Folder of the process's executable, ending in a path separator.
+/// Folder of the process's executable, ending in a path separator.
 OSTREL_API const char* GetStartupDir();
 
-// Whether size bytes from p may be read, found out from the memory map without
-// touching them. A null pointer is never readable; size 0 at a valid pointer is.
+/// Whether size bytes from p may be read, found out from the memory map without
+/// touching them. A null pointer is never readable; size 0 at a valid pointer is.
 OSTREL_API bool CheckReadable(const void* p, std::size_t size);
 
-// memmove/memset that do nothing when a pointer is null.
+///@{
+/// memmove/memset that do nothing when a pointer is null.
 OSTREL_API void MemMove(void* dst, const void* src, std::size_t size);
 OSTREL_API void MemSet(void* dst, int value, std::size_t size);
+///@}

@@ -1,5 +1,6 @@
 #pragma once
-// Export/import marker of the base package (ostrel.dll).
+/// \file
+/// Export and import marker of the base package.
 #ifdef OSTREL_BUILD
 #define OSTREL_API __declspec(dllexport)
 #else

@@ -5,16 +5,18 @@
 
 #include "platform/ostrel/ostrel_api.h"
 
-// Owners of operating-system handles. Each kind of handle is closed by its own
-// function; an owner closes the handle it holds exactly once, with the right
-// one, when it is reset or goes. Move-only; no implicit conversion to the raw
-// handle: get() to use it, release() to hand it on, reset() to close it now or
-// take another, as the standard library's owners spell them.
-//
-// Every owner also keeps a per-kind count of the handles alive in the process,
-// so leak tests can ask the bookkeeping rather than the system (whose GDI and
-// USER object counts are not available everywhere).
+/// \file
+/// Owners of operating-system handles. Each kind of handle is closed by its own
+/// function; an owner closes the handle it holds exactly once, with the right
+/// one, when it is reset or goes. Move-only; no implicit conversion to the raw
+/// handle: get() to use it, release() to hand it on, reset() to close it now or
+/// take another, as the standard library's owners spell them.
+///
+/// Every owner also keeps a per-kind count of the handles alive in the process,
+/// so leak tests can ask the bookkeeping rather than the system (whose GDI and
+/// USER object counts are not available everywhere).
 
+/// The kinds of handle the live counts are kept by.
 enum OwnedKind_Types : int {
   OK_GdiObject,  // pens, brushes, fonts, bitmaps, regions
   OK_MemoryDC,   // CreateCompatibleDC/CreateDC
@@ -29,20 +31,20 @@ enum OwnedKind_Types : int {
   OK_Count
 };
 
-// Adds delta to the live count of a kind; the owners call it.
+/// Adds delta to the live count of a kind; the owners call it.
 OSTREL_API void OwnedHandleTally(OwnedKind_Types kind, int delta);
-// Handles of the kind that owners hold now, in the whole process.
+/// Handles of the kind that owners hold now, in the whole process.
 OSTREL_API long OwnedHandleCount(OwnedKind_Types kind);
 
-// Kind: a class with `using Type`, `static constexpr OwnedKind_Types Id`,
-// `static Type Null()` and `static void Close(Type)`.
+/// Kind: a class with `using Type`, `static constexpr OwnedKind_Types Id`,
+/// `static Type Null()` and `static void Close(Type)`.
 template <class Kind>
 class OwnedHandle {
  public:
   using Type = typename Kind::Type;
 
   OwnedHandle() = default;
-  // Takes ownership of handle (the null value of the kind is fine).
+  /// Takes ownership of handle (the null value of the kind is fine).
   explicit OwnedHandle(Type handle) { reset(handle); }
   OwnedHandle(OwnedHandle&& other) noexcept : handle_(other.handle_) { other.handle_ = Kind::Null(); }
   OwnedHandle& operator=(OwnedHandle&& other) noexcept {
@@ -59,12 +61,12 @@ class OwnedHandle {
   Type get() const { return handle_; }
   explicit operator bool() const { return handle_ != Kind::Null(); }
 
-  // Gives the handle up without closing it.
+  /// Gives the handle up without closing it.
   Type release() {
     if (handle_ != Kind::Null()) OwnedHandleTally(Kind::Id, -1);
     return std::exchange(handle_, Kind::Null());
   }
-  // Closes the held handle (if any) and holds handle instead.
+  /// Closes the held handle (if any) and holds handle instead.
   void reset(Type handle = Kind::Null()) {
     if (handle == handle_) return;
     Close(release());
@@ -72,8 +74,8 @@ class OwnedHandle {
     handle_ = handle;
   }
 
-  // The kind's one release function, for code that must close a handle it was
-  // handed raw (the wrappers' destroy slots). Ignores the null value.
+  /// The kind's one release function, for code that must close a handle it was
+  /// handed raw (the wrappers' destroy slots). Ignores the null value.
   static void Close(Type handle) {
     if (handle != Kind::Null()) Kind::Close(handle);
   }
@@ -84,7 +86,7 @@ class OwnedHandle {
 
 namespace owned_kinds {
 
-// A kind whose handles are null when empty and closed by one function.
+/// A kind whose handles are null when empty and closed by one function.
 template <class T, OwnedKind_Types KindId, auto CloseFunction>
 struct ClosedBy {
   using Type = T;
@@ -100,7 +102,7 @@ struct Window : ClosedBy<HWND, OK_Window, &DestroyWindow> {};
 struct Menu : ClosedBy<HMENU, OK_Menu, &DestroyMenu> {};
 struct Icon : ClosedBy<HICON, OK_Icon, &DestroyIcon> {};
 struct Kernel : ClosedBy<HANDLE, OK_Kernel, &CloseHandle> {};
-// CreateFile's failure value is INVALID_HANDLE_VALUE, not null.
+/// CreateFile's failure value is INVALID_HANDLE_VALUE, not null.
 struct File : ClosedBy<HANDLE, OK_File, &CloseHandle> {
   static Type Null() { return INVALID_HANDLE_VALUE; }
 };
@@ -124,14 +126,14 @@ using OwnedFile = OwnedHandle<owned_kinds::File>;
 using OwnedView = OwnedHandle<owned_kinds::View>;
 using OwnedModule = OwnedHandle<owned_kinds::Module>;
 
-// A device context borrowed from a window (or from the screen, window null)
-// with GetDC, given back to that same window with ReleaseDC.
+/// A device context borrowed from a window (or from the screen, window null)
+/// with GetDC, given back to that same window with ReleaseDC.
 class OwnedWindowDC {
  public:
   OwnedWindowDC() = default;
-  // GetDC(window).
+  /// GetDC(window).
   explicit OwnedWindowDC(HWND window) { reset(window, GetDC(window)); }
-  // Takes a context that GetDC or GetWindowDC gave for window.
+  /// Takes a context that GetDC or GetWindowDC gave for window.
   OwnedWindowDC(HWND window, HDC dc) { reset(window, dc); }
   OwnedWindowDC(OwnedWindowDC&& other) noexcept : window_(other.window_), dc_(std::exchange(other.dc_, nullptr)) {}
   OwnedWindowDC& operator=(OwnedWindowDC&& other) noexcept {

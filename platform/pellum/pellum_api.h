@@ -1,5 +1,6 @@
 #pragma once
-// Export/import marker of the second platform package (pellum.dll).
+/// \file
+/// Export and import marker of the helper package.
 #ifdef PELLUM_BUILD
 #define PELLUM_API __declspec(dllexport)
 #else

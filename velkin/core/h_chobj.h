@@ -2,23 +2,26 @@
 #include "platform/vcl/classes.h"
 #include "velkin/velkin_api.h"
 
-// Objects that announce their changes to an owner, with nested locks that hold
-// the change notification back until the last unlock.
+/// \file
+/// Objects that announce their changes to an owner, with nested locks that hold
+/// the change notification back until the last unlock.
 
-// Event member taking the sender and whether the unlock was silent.
+/// Event member taking the sender and whether the unlock was silent.
 using HUnlockEvent = System::TClosure<void(System::TObject* Sender, bool Silent)>;
 
+/// An object that tells its owner when it changed, unless a lock holds the
+/// notification back.
 class VELKIN_API HChangableObject : public Classes::TPersistent {
   VCL_CLASS();
 
  public:
   HChangableObject() = default;
-  // Fires OnDeleting unless BeforeDestruction already did.
+  /// Fires OnDeleting unless BeforeDestruction already did.
   ~HChangableObject() override;
 
-  // Fires OnDeleting while the whole object still exists, so that overrides of
-  // DoDeleting run and a listener sees the complete sender. Subclasses that
-  // override it call the inherited body.
+  /// Fires OnDeleting while the whole object still exists, so that overrides of
+  /// DoDeleting run and a listener sees the complete sender. Subclasses that
+  /// override it call the inherited body.
   void BeforeDestruction() override;
 
   bool GetLocked() const { return lockCount_ > 0; }
@@ -28,10 +31,10 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
   void SetLockOnChange(bool value) { lockOnChange_ = value; }
 
   void Lock();
-  // Releases one level; the last one fires the deferred notification.
-  // Ignored when not locked.
+  /// Releases one level; the last one fires the deferred notification.
+  /// Ignored when not locked.
   void Unlock();
-  // Releases one level without the deferred notification.
+  /// Releases one level without the deferred notification.
   void SilentUnlock();
 
   void Changing();
@@ -61,8 +64,8 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
   bool lockOnChange_ = false;
 
  private:
-  // Destruction announces itself once, from BeforeDestruction (delete) or
-  // from the destructor (objects destroyed without delete).
+  /// Destruction announces itself once, from BeforeDestruction (delete) or
+  /// from the destructor (objects destroyed without delete).
   void AnnounceDestruction();
   bool destructionAnnounced_ = false;
   System::TNotifyEvent onChanging_;
@@ -72,8 +75,8 @@ class VELKIN_API HChangableObject : public Classes::TPersistent {
   HUnlockEvent onUnlock_;
 };
 
-// A change-tracking object holding a resource that must be rebuilt after its
-// description changed: a locked batch ends in OnDirtied, not OnChanged.
+/// A change-tracking object holding a resource that must be rebuilt after its
+/// description changed: a locked batch ends in OnDirtied, not OnChanged.
 class VELKIN_API HSizableObject : public HChangableObject {
   VCL_CLASS();
 
@@ -81,7 +84,7 @@ class VELKIN_API HSizableObject : public HChangableObject {
   HSizableObject() = default;
 
   bool GetDirty() const { return dirty_; }
-  // Sets both the dirty and the modified flag.
+  /// Sets both the dirty and the modified flag.
   void SetDirty(bool value);
   void Dirtied();
 

@@ -2,15 +2,16 @@
 #include "platform/vcl/ansistring.h"
 #include "velkin/velkin_api.h"
 
-// Code-page conversion of 8-bit text through the platform's multi-language
-// service; where the service is missing or refuses, the text is copied as it is.
+/// \file
+/// Code-page conversion of 8-bit text through the platform's multi-language
+/// service; where the service is missing or refuses, the text is copied as it is.
 
-// Converts the zero-terminated src into dst, writing at most dstSize bytes
-// including the terminator (dst is always terminated when dstSize > 0). A text
-// too long for dst is converted and cut at a character boundary. A null src
-// counts as empty. Returns dst.
+/// Converts the zero-terminated src into dst, writing at most dstSize bytes
+/// including the terminator (dst is always terminated when dstSize > 0). A text
+/// too long for dst is converted and cut at a character boundary. A null src
+/// counts as empty. Returns dst.
 VELKIN_API char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, char* dst, int dstSize);
 
-// Converts src into dst, which gets room for as many bytes as src has and ends
-// up holding exactly the converted text. Returns dst's buffer.
+/// Converts src into dst, which gets room for as many bytes as src has and ends
+/// up holding exactly the converted text. Returns dst's buffer.
 VELKIN_API char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, System::AnsiString& dst);

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// The drawing surface the drawing routines paint on.
 #include <windows.h>
 
 #include <optional>
@@ -19,14 +21,14 @@ namespace Graphics {
 class TBitmap;
 }
 
-// An abstract drawing surface over a device context. It owns a current pen,
-// brush and font, one saved copy of each, a stack of clip regions and the
-// state of the patterned line; the backings supply the context and the size.
-//
-// Every GetHandle() selects the current pen, brush and font into the context,
-// which is how property changes reach it (an unchanged object already selected
-// there costs nothing). Colour arguments: clDefault keeps the current pen or
-// brush colour, clNone draws nothing.
+/// An abstract drawing surface over a device context. It owns a current pen,
+/// brush and font, one saved copy of each, a stack of clip regions and the
+/// state of the patterned line; the backings supply the context and the size.
+///
+/// Every GetHandle() selects the current pen, brush and font into the context,
+/// which is how property changes reach it (an unchanged object already selected
+/// there costs nothing). Colour arguments: clDefault keeps the current pen or
+/// brush colour, clNone draws nothing.
 class VELKIN_API HCustomCanvas : public System::TObject {
   VCL_CLASS();
 
@@ -36,25 +38,25 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   HCustomCanvas(const HCustomCanvas&) = delete;
   HCustomCanvas& operator=(const HCustomCanvas&) = delete;
 
-  // The context with the current pen, brush and font selected; null when the
-  // backing has none.
+  /// The context with the current pen, brush and font selected; null when the
+  /// backing has none.
   void* GetHandle() { return DoGetHandle(); }
   int GetWidth() { return DoGetWidth(); }
   int GetHeight() { return DoGetHeight(); }
   void Resize(int width, int height) { DoResize(width, height); }
   void CopyTo(void* dc) { DoCopyTo(dc); }
-  // The whole surface to (0, 0) of dc.
+  /// The whole surface to (0, 0) of dc.
   void SimpleCopyDC(void* dc);
 
-  // The canvas's own objects; SetPen/SetBrush/SetFont copy the given one's
-  // description into them and never keep the caller's object.
+  /// The canvas's own objects; SetPen/SetBrush/SetFont copy the given one's
+  /// description into them and never keep the caller's object.
   HCustomGDIPen* GetPen() const { return pen_; }
   void SetPen(HCustomGDIPen* value);
   HCustomGDIBrush* GetBrush() const { return brush_; }
   void SetBrush(HCustomGDIBrush* value);
   HCustomGDIFont* GetFont() const { return font_; }
   void SetFont(HCustomGDIFont* value);
-  // One saved copy of each, not a stack: a second save overwrites the first.
+  /// One saved copy of each, not a stack: a second save overwrites the first.
   void SavePen();
   void RestorePen();
   void SaveBrush();
@@ -62,39 +64,39 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   void SaveFont();
   void RestoreFont();
 
-  // Whether CopyTo of a bitmap canvas smooths the picture first.
+  /// Whether CopyTo of a bitmap canvas smooths the picture first.
   bool GetAntiAlias() const { return antiAlias_; }
   void SetAntiAlias(bool value) { antiAlias_ = value; }
 
-  // The newest clip cut to the surface, right and bottom exclusive; the whole
-  // surface when no clip is set.
+  /// The newest clip cut to the surface, right and bottom exclusive; the whole
+  /// surface when no clip is set.
   MyRect CurClip();
-  // Narrows the clip to r (edges inclusive, in any order) within the newest clip.
+  /// Narrows the clip to r (edges inclusive, in any order) within the newest clip.
   void AddClip(const MyRect& r);
-  // Drops the newest clip; the older one, or none when it was the last, applies again.
+  /// Drops the newest clip; the older one, or none when it was the last, applies again.
   void RestoreClip();
   int GetClipCount() const { return clips_.Count(); }
 
-  // Starts a line (and the pen's dash pattern) at (x, y).
+  /// Starts a line (and the pen's dash pattern) at (x, y).
   void MoveTo(int x, int y);
   void MoveTo(const MyPoint& p) { MoveTo(p.x, p.y); }
-  // Line to (x, y), end point excluded, in color for this call only. A dashed
-  // pen's pattern goes on where the previous LineTo stopped, until MoveTo.
-  // A solid pen of width 0 or 1 draws one-pixel lines without end caps (as
-  // a framework canvas does); wider pens are drawn with their caps.
+  /// Line to (x, y), end point excluded, in color for this call only. A dashed
+  /// pen's pattern goes on where the previous LineTo stopped, until MoveTo.
+  /// A solid pen of width 0 or 1 draws one-pixel lines without end caps (as
+  /// a framework canvas does); wider pens are drawn with their caps.
   void LineTo(int x, int y, Graphics::TColor color = Graphics::clDefault);
   void LineTo(const MyPoint& p, Graphics::TColor color = Graphics::clDefault) { LineTo(p.x, p.y, color); }
   MyPoint GetPenPos() const { return MyPoint{x_, y_}; }
-  // One pixel's step of the dash pattern (LineTo steps whole dashes at once;
-  // this is the same step for a caller walking a line through GR_LineDDA).
-  // Moves the pattern and the pen-down state; draws nothing.
+  /// One pixel's step of the dash pattern (LineTo steps whole dashes at once;
+  /// this is the same step for a caller walking a line through GR_LineDDA).
+  /// Moves the pattern and the pen-down state; draws nothing.
   void idLineProc(int x, int y);
 
-  // Outline of the ellipse in r, edges inclusive; nothing for a pen of width
-  // 0 or style HPS_None.
+  /// Outline of the ellipse in r, edges inclusive; nothing for a pen of width
+  /// 0 or style HPS_None.
   void Ellipse(const MyRect& r, Graphics::TColor color = Graphics::clDefault);
 
-  // Forwarders to the drawing routines on this canvas.
+  /// Forwarders to the drawing routines on this canvas.
   void Line(const MyPoint& a, const MyPoint& b, Graphics::TColor color = Graphics::clDefault);
   void Line(int x1, int y1, int x2, int y2, Graphics::TColor color = Graphics::clDefault);
   void Line(tagPOINT* points, int count, Graphics::TColor color = Graphics::clDefault);
@@ -122,26 +124,26 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   virtual int DoGetWidth() = 0;
   virtual int DoGetHeight() = 0;
 
-  // Selects the current pen, brush and font into dc (backings call it from
-  // DoGetHandle).
+  /// Selects the current pen, brush and font into dc (backings call it from
+  /// DoGetHandle).
   void SelectObjects(void* dc);
-  // Takes everything the canvas put into its context out again (clips,
-  // pen, brush, font), before a backing lets the context go.
+  /// Takes everything the canvas put into its context out again (clips,
+  /// pen, brush, font), before a backing lets the context go.
   void ReleaseSelections();
 
  private:
   class LinePen;
   bool ThinPen() const;
-  // The context for a line: a thin pen already selected stays selected.
+  /// The context for a line: a thin pen already selected stays selected.
   HDC LineDC();
-  // Selects the context's own pen (DC_PEN) in color for thin lines; it stays
-  // selected from one line to the next until EndThin (or anything that needs
-  // the canvas's pen in the context) puts back the canvas's pen and the
-  // context's pen colour.
+  /// Selects the context's own pen (DC_PEN) in color for thin lines; it stays
+  /// selected from one line to the next until EndThin (or anything that needs
+  /// the canvas's pen in the context) puts back the canvas's pen and the
+  /// context's pen colour.
   void BeginThin(HDC dc, Graphics::TColor color);
   void EndThin();
-  // The dash pattern stepped over the line from the pen position to (x, y)
-  // inside the clip; each finished dash drawn on dc (null: none drawn).
+  /// The dash pattern stepped over the line from the pen position to (x, y)
+  /// inside the clip; each finished dash drawn on dc (null: none drawn).
   void DashTo(HDC dc, int x, int y);
 
   MyArray<HGDIRegion*> clips_;
@@ -155,11 +157,11 @@ class VELKIN_API HCustomCanvas : public System::TObject {
   HCustomGDIPen* pen_ = nullptr;
   HCustomGDIBrush* brush_ = nullptr;
   HCustomGDIFont* font_ = nullptr;
-  // Whether the context had no clip region before the first AddClip.
+  /// Whether the context had no clip region before the first AddClip.
   bool unclippedBase_ = false;
-  // The thin-line state, changed only by BeginThin and EndThin: the
-  // context's pen selected there, the canvas pen it displaced and the colour
-  // it draws in.
+  /// The thin-line state, changed only by BeginThin and EndThin: the
+  /// context's pen selected there, the canvas pen it displaced and the colour
+  /// it draws in.
   std::optional<DCChanger> thin_;
   HGDIOBJ thinDisplaced_ = nullptr;
   COLORREF thinColor_ = 0;

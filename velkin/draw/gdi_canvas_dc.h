@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Drawing surfaces over a device context and over a framework canvas.
 #include "platform/ostrel/owned_handle.h"
 #include "velkin/draw/gdi_canvas.h"
 
@@ -14,9 +16,9 @@ class TCanvas;
 // nothing on them. Before the canvas goes it takes its pen, brush, font and
 // clips out of the context again.
 
-// Over a windowed control: the window's context is fetched (GetDC) on first
-// use, kept, and released when the canvas is destroyed or the control got a
-// new window. Without a control: no context and size 0.
+/// Over a windowed control: the window's context is fetched (GetDC) on first
+/// use, kept, and released when the canvas is destroyed or the control got a
+/// new window. Without a control: no context and size 0.
 class VELKIN_API HControlCanvas : public HCustomCanvas {
   VCL_CLASS();
 
@@ -39,9 +41,9 @@ class VELKIN_API HControlCanvas : public HCustomCanvas {
   OwnedWindowDC dc_;  // with the window it came from
 };
 
-// Over the context a framework TCanvas has when the canvas is made, with the
-// size given. While drawing it displaces the TCanvas's own pen, brush and font
-// from that context; they are back once this canvas is destroyed.
+/// Over the context a framework TCanvas has when the canvas is made, with the
+/// size given. While drawing it displaces the TCanvas's own pen, brush and font
+/// from that context; they are back once this canvas is destroyed.
 class VELKIN_API HCanvasCanvas : public HCustomCanvas {
   VCL_CLASS();
 
@@ -60,7 +62,7 @@ class VELKIN_API HCanvasCanvas : public HCustomCanvas {
   int width_, height_;
 };
 
-// Over a raw context set with SetHDC (none, size 0 until then).
+/// Over a raw context set with SetHDC (none, size 0 until then).
 class VELKIN_API HAPICanvas : public HCustomCanvas {
   VCL_CLASS();
 
@@ -68,8 +70,8 @@ class VELKIN_API HAPICanvas : public HCustomCanvas {
   HAPICanvas() = default;
   ~HAPICanvas() override;
 
-  // Takes dc and its size and selects pen, brush and font into it at once;
-  // everything the canvas had put into the previous context is taken out.
+  /// Takes dc and its size and selects pen, brush and font into it at once;
+  /// everything the canvas had put into the previous context is taken out.
   void SetHDC(void* dc, int width, int height);
   void* GetHDC() const { return dc_; }
 

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Caption bars, panels, arrows and pattern fills.
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/ansistring.h"
 #include "platform/vcl/controls.h"
@@ -14,9 +16,9 @@ class TCanvas;
 // hit-test that matches them, and small decorations (grip pattern, arrow,
 // collapse panel).
 
-// Parts of a caption bar, used as a set. Buttons sit at the end of the bar in
-// the order close, restore, maximise, minimise, help; one that is not in the
-// set takes no room.
+/// Parts of a caption bar, used as a set. Buttons sit at the end of the bar in
+/// the order close, restore, maximise, minimise, help; one that is not in the
+/// set takes no room.
 enum HCaptionType : unsigned char {
   HCT_None = 0,
   HCT_Fill = 1,        // fill the bar with the canvas brush colour
@@ -35,48 +37,49 @@ enum HCaptionType : unsigned char {
 };
 using HCaptionTypes = System::Set<HCaptionType, 0, 13>;
 
-// Geometry of a bar, shared by drawing and hit-testing. Inside a 2-pixel
-// margin the buttons are squares of the inner thickness plus one pixel along
-// the bar, touching, from the end of the bar: the right end of a horizontal
-// bar (alTop, alBottom), the top end of a vertical one (any other align). Text
-// is the inner space the buttons leave.
+/// Geometry of a bar, shared by drawing and hit-testing. Inside a 2-pixel
+/// margin the buttons are squares of the inner thickness plus one pixel along
+/// the bar, touching, from the end of the bar: the right end of a horizontal
+/// bar (alTop, alBottom), the top end of a vertical one (any other align). Text
+/// is the inner space the buttons leave.
 struct HCaptionLayout {
   int Count = 0;
   HCaptionType Kind[5] = {};
   MyRect Button[5] = {};
   MyRect Text;
 };
+/// Where the parts of a caption bar go.
 VELKIN_API HCaptionLayout TC_WinCaptionLayout(const MyRect& bar, const HCaptionTypes& parts, Controls::TAlign align);
 
-// The part under p: a button value (9-13), HCT_Caption for any other point of
-// the bar when HCT_Caption is in parts, else 0; 0 for a point outside the bar
-// (right and bottom edges are outside).
+/// The part under p: a button value (9-13), HCT_Caption for any other point of
+/// the bar when HCT_Caption is in parts, else 0; 0 for a point outside the bar
+/// (right and bottom edges are outside).
 VELKIN_API int TC_WinCaptionHitTest(const MyRect& bar, const HCaptionTypes& parts, Controls::TAlign align,
                                     const MyPoint& p);
 
-// Draws the bar: the background that parts ask for, the buttons with
-// DrawFrameControl (pushed, inactive, flat as parts say), and text in the
-// remaining space in the font's colour, rotated on a vertical bar. When active
-// is false the text takes the inactive-caption text colour instead.
+/// Draws the bar: the background that parts ask for, the buttons with
+/// DrawFrameControl (pushed, inactive, flat as parts say), and text in the
+/// remaining space in the font's colour, rotated on a vertical bar. When active
+/// is false the text takes the inactive-caption text colour instead.
 VELKIN_API void TC_WinCaptionDraw(Graphics::TCanvas* canvas, const MyRect& bar, const HCaptionTypes& parts,
                                   const System::AnsiString& text, Controls::TAlign align, bool active);
 
-// A grip texture: raised dots (a white pixel with a colour pixel to its lower
-// right) every 4 pixels, starting 1 pixel inside r. clNone draws nothing.
+/// A grip texture: raised dots (a white pixel with a colour pixel to its lower
+/// right) every 4 pixels, starting 1 pixel inside r. clNone draws nothing.
 VELKIN_API void TC_DrawNSPattern(Graphics::TCanvas* canvas, const MyRect& r, Graphics::TColor color);
 
-// A solid triangular arrow pointing in direction (alTop, alBottom, alLeft,
-// alRight; any other value draws nothing). Its bounding box starts at (x, y):
-// 2 * size - 1 pixels across the direction and size pixels along it, the tip
-// the single pixel in the middle of the far side. size < 1 or clNone: nothing.
+/// A solid triangular arrow pointing in direction (alTop, alBottom, alLeft,
+/// alRight; any other value draws nothing). Its bounding box starts at (x, y):
+/// 2 * size - 1 pixels across the direction and size pixels along it, the tip
+/// the single pixel in the middle of the far side. size < 1 or clNone: nothing.
 VELKIN_API void TC_DrawArrow(Graphics::TCanvas* canvas, int x, int y, int size, Graphics::TColor color,
                              Controls::TAlign direction);
 
-// A collapse handle such as splitters carry: r filled with color and framed
-// raised (sunken when pushed), a grip pattern along its length and, for
-// alTop/alBottom/alLeft/alRight, a centred arrow pointing that way with a gap
-// in the grip round it. alTop/alBottom lay the handle out horizontally,
-// alLeft/alRight vertically; any other align follows r's longer side and draws
-// no arrow.
+/// A collapse handle such as splitters carry: r filled with color and framed
+/// raised (sunken when pushed), a grip pattern along its length and, for
+/// alTop/alBottom/alLeft/alRight, a centred arrow pointing that way with a gap
+/// in the grip round it. alTop/alBottom lay the handle out horizontally,
+/// alLeft/alRight vertically; any other align follows r's longer side and draws
+/// no arrow.
 VELKIN_API void TC_DrawNSPanel(Graphics::TCanvas* canvas, const MyRect& r, Graphics::TColor color,
                                Controls::TAlign align, bool pushed);

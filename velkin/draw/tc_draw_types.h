@@ -5,10 +5,11 @@
 #include "velkin/gdi/gdi_blt.h"
 #include "velkin/velkin_api.h"
 
-// Styles and sizes shared by the two families of drawing routines (for a
-// framework TCanvas and for HCustomCanvas).
+/// \file
+/// Styles and sizes shared by the two families of drawing routines (for a
+/// framework TCanvas and for HCustomCanvas).
 
-// Border styles drawn by TC_Border, one side at a time.
+/// Border styles drawn by TC_Border, one side at a time.
 enum HBRD_Types : unsigned char {
   HBRD_None = 0,
   HBRD_Lowered = 1,     // grey outside, white inside (sunken)
@@ -19,7 +20,7 @@ enum HBRD_Types : unsigned char {
   HBRD_WhiteColor = 6   // white, colour, white, colour from the outside
 };
 
-// Box styles drawn by TC_Box.
+/// Box styles drawn by TC_Box.
 enum HBOX_Types : unsigned char {
   HBOX_Raised = 0,         // 3-D frame, white top-left, grey bottom-right
   HBOX_Lowered = 1,        // 3-D frame, grey top-left, white bottom-right
@@ -37,8 +38,8 @@ enum HBOX_Types : unsigned char {
   HBOX_GroupRaised = 13    // outlines white, grey, white, grey from the outside
 };
 
-// Figures TC_LineShape puts at the end of a line. "size" is the figure's
-// length along the line (arrows) or its diameter (the others).
+/// Figures TC_LineShape puts at the end of a line. "size" is the figure's
+/// length along the line (arrows) or its diameter (the others).
 enum HFigureTypes : unsigned char {
   HFT_None = 0,
   HFT_Arrow = 1,      // two strokes back from the end point at +-angle
@@ -52,15 +53,15 @@ enum HFigureTypes : unsigned char {
 
 using TC_Sides = System::Set<Controls::TAlign, Controls::alTop, Controls::alRight>;
 
-// 2 for types 1-3, 1 for 4, 4 for 5 and 6; 0 for 0 and anything above 6.
+/// 2 for types 1-3, 1 for 4, 4 for 5 and 6; 0 for 0 and anything above 6.
 VELKIN_API int TC_BorderWidth(HBRD_Types t);
-// 1 for 0, 1, 3, 10, 11; 2 for 2, 6, 7; 4 for 4, 12, 13; 5 for 5; 0 otherwise.
+/// 1 for 0, 1, 3, 10, 11; 2 for 2, 6, 7; 4 for 4, 12, 13; 5 for 5; 0 otherwise.
 VELKIN_API int TC_BoxWidth(HBOX_Types t);
-// The area inside a border: r shrunk by TC_BorderWidth(t) on each side in
-// sides (right, bottom, left, top in that order).
+/// The area inside a border: r shrunk by TC_BorderWidth(t) on each side in
+/// sides (right, bottom, left, top in that order).
 VELKIN_API void TC_CorrectBorderRect(MyRect& r, const TC_Sides& sides, HBRD_Types t);
 
-// The shade table of TC_FlatFill for (shade, half): fills *table with the
-// shared table (valid until the next call with another request) and returns
-// its last index. Rebuilt only when the request changes.
+/// The shade table of TC_FlatFill for (shade, half): fills *table with the
+/// shared table (valid until the next call with another request) and returns
+/// its last index. Rebuilt only when the request changes.
 VELKIN_API int TC_FlatShadeTable(int shade, int half, const double** table);

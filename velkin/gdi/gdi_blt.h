@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Block transfers, plain and transparent.
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/graphics_color.h"
 #include "velkin/velkin_api.h"
@@ -7,7 +9,7 @@ namespace Graphics {
 class TBitmap;
 }
 
-// How GDI_Blt places a bitmap in the target rectangle.
+/// How GDI_Blt places a bitmap in the target rectangle.
 enum HBT_Types : unsigned char {
   HBT_Copy = 0,     // own size at the rectangle's top-left corner, cut to the rectangle
   HBT_Center = 1,   // own size, centred, cut to the rectangle
@@ -16,16 +18,16 @@ enum HBT_Types : unsigned char {
   HBT_Fit = 4       // scaled to fit keeping the aspect, centred
 };
 
-// Added to a placement mode: pixels of the given colour are left out.
+/// Added to a placement mode: pixels of the given colour are left out.
 constexpr unsigned HBT_Transparent = 0x100;
 
-// Copies bitmap into r of dc placed by the low byte of mode (an HBT_Types;
-// unknown values copy as HBT_Copy). With HBT_Transparent in mode the pixels of
-// colour `transparent` are not copied: through GdiTransparentBlt, looked up in
-// GDI32 at run time, or through a mask when GDI32 lacks it. Nothing for a null
-// dc, a null or empty bitmap or an empty rectangle.
+/// Copies bitmap into r of dc placed by the low byte of mode (an HBT_Types;
+/// unknown values copy as HBT_Copy). With HBT_Transparent in mode the pixels of
+/// colour `transparent` are not copied: through GdiTransparentBlt, looked up in
+/// GDI32 at run time, or through a mask when GDI32 lacks it. Nothing for a null
+/// dc, a null or empty bitmap or an empty rectangle.
 VELKIN_API void GDI_Blt(void* dc, Graphics::TBitmap* bitmap, const MyRect& r, unsigned mode,
                         Graphics::TColor transparent);
 
-// Whether GDI32 exports GdiTransparentBlt (the mask fallback is used if not).
+/// Whether GDI32 exports GdiTransparentBlt (the mask fallback is used if not).
 VELKIN_API bool GDI_HasTransparentBlt();

@@ -1,21 +1,23 @@
 #pragma once
+/// \file
+/// The lazy-handle protocol shared by every GDI wrapper.
 #include "velkin/core/h_chobj.h"
 #include "velkin/velkin_api.h"
 
-// The class record of HHandleObject, one for the whole process (the library
-// instantiates the template once, with void* handles and contexts).
+/// The class record of HHandleObject, one for the whole process (the library
+/// instantiates the template once, with void* handles and contexts).
 VELKIN_API const System::TMetaClass* HHandleObjectClass();
 
-// An object owning one OS handle that it makes lazily from its properties,
-// re-makes after they changed, and selects into a context while remembering
-// what the selection displaced.
-//
-// A setter only raises the changed (Changed()) or dirty (Dirtied()) flag; the
-// next GetHandle() or Select() restores any selection, destroys the old handle
-// and creates the new one. The handle is released from BeforeDestruction when
-// the object is deleted, while the whole object still exists; an object that
-// ends without delete (on the stack, as a member) is released by the
-// destructor of the class that knows how (ReleaseOnDestroy).
+/// An object owning one OS handle that it makes lazily from its properties,
+/// re-makes after they changed, and selects into a context while remembering
+/// what the selection displaced.
+///
+/// A setter only raises the changed (Changed()) or dirty (Dirtied()) flag; the
+/// next GetHandle() or Select() restores any selection, destroys the old handle
+/// and creates the new one. The handle is released from BeforeDestruction when
+/// the object is deleted, while the whole object still exists; an object that
+/// ends without delete (on the stack, as a member) is released by the
+/// destructor of the class that knows how (ReleaseOnDestroy).
 template <class THandle, class TContext, THandle InvalidHandle, TContext InvalidContext>
 class HHandleObject : public HSizableObject {
  public:
@@ -26,7 +28,7 @@ class HHandleObject : public HSizableObject {
   HHandleObject(const HHandleObject&) = delete;
   HHandleObject& operator=(const HHandleObject&) = delete;
 
-  // A live handle, (re-)created as needed; returned even when creation failed.
+  /// A live handle, (re-)created as needed; returned even when creation failed.
   THandle GetHandle() {
     if (dirty_ || modified_) DestroyHandle();
     if (!handleValid_) {
@@ -43,15 +45,15 @@ class HHandleObject : public HSizableObject {
     return handle_;
   }
 
-  // Restores any selection, then releases a live handle.
+  /// Restores any selection, then releases a live handle.
   void DestroyHandle() {
     Restore();
     if (handleValid_) DoDestroyHandle(handle_);
     handleValid_ = false;
   }
 
-  // Selects the handle into dc; nothing when already selected there and
-  // unchanged, when dc is not valid or when no handle can be made.
+  /// Selects the handle into dc; nothing when already selected there and
+  /// unchanged, when dc is not valid or when no handle can be made.
   void Select(TContext dc) {
     if (selected_ && dc == selectedDC_ && !modified_) return;
     if (!IsValidContext(dc)) return;
@@ -62,7 +64,7 @@ class HHandleObject : public HSizableObject {
     selected_ = true;
   }
 
-  // Puts back what Select displaced.
+  /// Puts back what Select displaced.
   void Restore() {
     if (!selected_) return;
     DoRestore(selectedDC_, oldObject_);
@@ -71,8 +73,8 @@ class HHandleObject : public HSizableObject {
     oldObject_ = InvalidHandle;
   }
 
-  // Re-makes a live handle now (re-selecting it where it was selected) and
-  // clears the changed and dirty flags.
+  /// Re-makes a live handle now (re-selecting it where it was selected) and
+  /// clears the changed and dirty flags.
   void Refresh() {
     if (handleValid_) {
       const bool wasSelected = selected_;
@@ -86,7 +88,7 @@ class HHandleObject : public HSizableObject {
   bool GetHandleValid() const { return handleValid_; }
   bool GetSelected() const { return selected_; }
   TContext GetSelectedDC() const { return selectedDC_; }
-  // What the current selection displaced (0 when not selected).
+  /// What the current selection displaced (0 when not selected).
   THandle GetOldObject() const { return oldObject_; }
 
   void BeforeDestruction() override {
@@ -103,8 +105,8 @@ class HHandleObject : public HSizableObject {
   virtual bool IsValidHandle(THandle handle) { return handle != InvalidHandle; }
   virtual bool IsValidContext(TContext context) { return context != InvalidContext; }
 
-  // For destructors: releases what BeforeDestruction did not (no delete ran).
-  // Virtual calls reach the class whose destructor is running.
+  /// For destructors: releases what BeforeDestruction did not (no delete ran).
+  /// Virtual calls reach the class whose destructor is running.
   void ReleaseOnDestroy() {
     if (handleValid_ || selected_) DestroyHandle();
   }

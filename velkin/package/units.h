@@ -1,11 +1,13 @@
 #pragma once
+/// \file
+/// The library's units and their start-up routines.
 #include "velkin/velkin_api.h"
 
-// Start-up and shut-down routines of the library's units that have no work at
-// these points: their objects come into being on first use. Gdi_temp's are in
-// velkin/gdi/gdi_temp.h, the main unit's in velkin/package/velkin.h. Each pair is
-// once-only: the first start and the matching last stop count, however many
-// packages run them.
+/// Start-up and shut-down routines of the library's units that have no work at
+/// these points: their objects come into being on first use. Gdi_temp's are in
+/// velkin/gdi/gdi_temp.h, the main unit's in velkin/package/velkin.h. Each pair is
+/// once-only: the first start and the matching last stop count, however many
+/// packages run them.
 #define VELKIN_UNIT_ROUTINES(Unit) \
   namespace Unit {                 \
   VELKIN_API void Initialize();    \

@@ -4,47 +4,51 @@
 #include "platform/ostrel/owned_handle.h"
 #include "velkin/velkin_api.h"
 
-// Unit Brannock: two locks for application threads.
+/// \file
+/// Unit Brannock: two locks for application threads.
 
-// Called with the reason when either lock is misused, in place of the debugger
-// break; null (the default) breaks into the debugger. A test program installs
-// one so that misuse shows up as a failure at once, not as a debugger that
-// never comes back.
+/// Called with the reason when either lock is misused, in place of the debugger
+/// break; null (the default) breaks into the debugger. A test program installs
+/// one so that misuse shows up as a failure at once, not as a debugger that
+/// never comes back.
 using HLockMisuseHandler = void (*)(const char* reason);
+///@{
+/// The misuse handler in force, and its replacement.
 VELKIN_API HLockMisuseHandler GetLockMisuseHandler();
 VELKIN_API void SetLockMisuseHandler(HLockMisuseHandler handler);
+///@}
 
-// A recursive mutex that spins on an interlocked counter before it sleeps on a
-// kernel event. Private to one process, or, with a name, shared by every
-// process that builds an optex of that name (state in a named shared-memory
-// block, wake-ups through a named event). Uncontended Enter/Leave touch no
-// kernel object: one compare-exchange and one decrement, inline.
-//
-// Failed creation of a kernel object throws Sysutils::Exception; a name that
-// does not fit a kernel object name is refused the same way, never cut.
-// Misuse (Leave by a thread that does not own the lock, destroying an owned
-// lock) breaks into the debugger and leaves the lock as it was.
+/// A recursive mutex that spins on an interlocked counter before it sleeps on a
+/// kernel event. Private to one process, or, with a name, shared by every
+/// process that builds an optex of that name (state in a named shared-memory
+/// block, wake-ups through a named event). Uncontended Enter/Leave touch no
+/// kernel object: one compare-exchange and one decrement, inline.
+///
+/// Failed creation of a kernel object throws Sysutils::Exception; a name that
+/// does not fit a kernel object name is refused the same way, never cut.
+/// Misuse (Leave by a thread that does not own the lock, destroying an owned
+/// lock) breaks into the debugger and leaves the lock as it was.
 class VELKIN_API COptex {
  public:
-  // Bytes a ConstructObjectName buffer must hold: the longest kernel object
-  // name (MAX_PATH less the terminator) and its terminator.
+  /// Bytes a ConstructObjectName buffer must hold: the longest kernel object
+  /// name (MAX_PATH less the terminator) and its terminator.
   static constexpr int ObjectNameSize = 260;
-  // Longest name: the longer prefix ("Optex_Event_") plus the name must fit a kernel object name.
+  /// Longest name: the longer prefix ("Optex_Event_") plus the name must fit a kernel object name.
   static constexpr int MaxNameLength = ObjectNameSize - 1 - 12;
 
   explicit COptex(unsigned long spinCount = 4000);
-  // A null name gives a private optex.
+  /// A null name gives a private optex.
   explicit COptex(const char* name, unsigned long spinCount = 4000);
   explicit COptex(const wchar_t* name, unsigned long spinCount = 4000);
   COptex(const COptex&) = delete;
   COptex& operator=(const COptex&) = delete;
   ~COptex();
 
-  // Attempts beyond the first that TryEnter makes; ignored on a one-processor
-  // machine, where spinning cannot help. Shared by all users of a named optex.
+  /// Attempts beyond the first that TryEnter makes; ignored on a one-processor
+  /// machine, where spinning cannot help. Shared by all users of a named optex.
   void SetSpinCount(unsigned long spinCount);
 
-  // Blocks until owned; the owner may enter again and leaves once per entry.
+  /// Blocks until owned; the owner may enter again and leaves once per entry.
   void Enter() {
     if (!TryEnter()) EnterWait();
   }
@@ -75,14 +79,14 @@ class VELKIN_API COptex {
 
   bool IsSingleProcessOptex() const { return !mapping_; }
 
-  // Writes prefix and name ("Optex_Event_" + "Jobs") into buffer, which holds
-  // ObjectNameSize bytes. Returns buffer, or null (buffer emptied) for a null
-  // name. Throws Sysutils::Exception for a name longer than fits, or a wide
-  // name that the ANSI code page cannot represent exactly.
+  /// Writes prefix and name ("Optex_Event_" + "Jobs") into buffer, which holds
+  /// ObjectNameSize bytes. Returns buffer, or null (buffer emptied) for a null
+  /// name. Throws Sysutils::Exception for a name longer than fits, or a wide
+  /// name that the ANSI code page cannot represent exactly.
   static char* ConstructObjectName(char* buffer, const char* prefix, int unicode, void* name);
 
-  // Kernel calls made so far by all optexes of this process: waits on and
-  // wake-ups through the event. The uncontended path makes none.
+  /// Kernel calls made so far by all optexes of this process: waits on and
+  /// wake-ups through the event. The uncontended path makes none.
   static long GetEventWaits();
   static long GetEventSets();
 
@@ -90,7 +94,7 @@ class VELKIN_API COptex {
   void CommonConstructor(unsigned long spinCount, int unicode, void* name);
 
  private:
-  // Layout shared between processes: keep it fixed.
+  /// Layout shared between processes: keep it fixed.
   struct SharedInfo {
     uint32_t SpinCount;
     int32_t LockCount;  // 0 free, else 1 + entries waiting or nested
@@ -99,7 +103,7 @@ class VELKIN_API COptex {
   };
   static_assert(sizeof(SharedInfo) == 16);
 
-  // The calling thread's id, read from its thread block: no call.
+  /// The calling thread's id, read from its thread block: no call.
   static uint32_t ThreadId() {
 #if defined(__x86_64__)
     uint32_t id;
@@ -115,7 +119,7 @@ class VELKIN_API COptex {
   }
   static uint32_t SlowThreadId();
 
-  // The rest of TryEnter once the first attempt failed: nesting, then spinning.
+  /// The rest of TryEnter once the first attempt failed: nesting, then spinning.
   bool TryEnterBusy(uint32_t me);
   void EnterWait();
   void WakeWaiter();
@@ -124,18 +128,18 @@ class VELKIN_API COptex {
 
   OwnedKernelHandle event_;
   OwnedKernelHandle mapping_;  // none for a private optex
-  // The record: on the heap for a private optex, else the view of the mapping
-  // (held by view_, while shared_ is what the inline paths read).
+  /// The record: on the heap for a private optex, else the view of the mapping
+  /// (held by view_, while shared_ is what the inline paths read).
   SharedInfo* shared_ = nullptr;
   OwnedView view_;
 
   static int uniprocessorHost_;
 };
 
-// Any number of readers or one writer. A waiting writer goes before readers
-// that come after it; when a writer is done, every waiting reader is let in
-// together. Not recursive, not bound to threads: Done ends whichever entry
-// the lock is in.
+/// Any number of readers or one writer. A waiting writer goes before readers
+/// that come after it; when a writer is done, every waiting reader is let in
+/// together. Not recursive, not bound to threads: Done ends whichever entry
+/// the lock is in.
 class VELKIN_API CSingleWriteMultiRead {
  public:
   CSingleWriteMultiRead();
@@ -147,8 +151,8 @@ class VELKIN_API CSingleWriteMultiRead {
   void WaitToWrite();
   void Done();
 
-  // A snapshot of the counters: readers inside (or -1 for a writer), and the
-  // readers and writers asleep.
+  /// A snapshot of the counters: readers inside (or -1 for a writer), and the
+  /// readers and writers asleep.
   int GetActive() const;
   int GetWaitingReaders() const;
   int GetWaitingWriters() const;
