@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstring>
 #include <new>
 
@@ -172,10 +173,42 @@ void COptex::EnterWait() {
     ++shared_->RecurseCount;
   } else {
     eventWaits.fetch_add(1, std::memory_order_relaxed);
-    WaitForSingleObject(event_.get(), INFINITE);
+    // Only a named optex can outlive its owner: another process may die with it.
+    const DWORD slice = IsSingleProcessOptex() ? INFINITE : 100;
+    while (WaitForSingleObject(event_.get(), slice) == WAIT_TIMEOUT)
+      if (TakeOverFromDeadOwner(me)) return;
     __atomic_store_n(&shared_->OwnerThreadId, me, __ATOMIC_RELAXED);
     shared_->RecurseCount = 1;
   }
+}
+
+namespace {
+// False only when the thread has surely ended (a killed process's threads
+// have); one that cannot be opened for lack of rights is alive.
+bool ThreadRuns(uint32_t id) {
+  const OwnedKernelHandle thread(OpenThread(SYNCHRONIZE, FALSE, id));
+  if (!thread) return GetLastError() != ERROR_INVALID_PARAMETER;
+  return WaitForSingleObject(thread.get(), 0) == WAIT_TIMEOUT;
+}
+}  // namespace
+
+bool COptex::TakeOverFromDeadOwner(uint32_t me) {
+  SharedInfo* const psi = shared_;
+  // Owner and recursion count sit side by side: the dead owner's pair is read
+  // once and replaced in one step, so a live owner that came in meanwhile
+  // (another pair) is never displaced and only one waiter wins.
+  static_assert(offsetof(SharedInfo, RecurseCount) == offsetof(SharedInfo, OwnerThreadId) + 4);
+  auto* const pair = reinterpret_cast<uint64_t*>(&psi->OwnerThreadId);
+  uint64_t dead = __atomic_load_n(pair, __ATOMIC_ACQUIRE);
+  const auto owner = static_cast<uint32_t>(dead);
+  const auto entries = static_cast<int32_t>(dead >> 32);
+  if (owner == 0 || owner == me || ThreadRuns(owner)) return false;
+  if (!__atomic_compare_exchange_n(pair, &dead, me | (uint64_t{1} << 32), false, __ATOMIC_ACQUIRE, __ATOMIC_RELAXED))
+    return false;
+  // The dead owner's entries still count; this waiter's own entry stays.
+  __atomic_sub_fetch(&psi->LockCount, entries, __ATOMIC_ACQUIRE);
+  abandoned_ = true;
+  return true;
 }
 
 void COptex::WakeWaiter() {

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <utility>
 
 #include "platform/ostrel/owned_handle.h"
 #include "velkin/velkin_api.h"
@@ -28,6 +29,10 @@ VELKIN_API void SetLockMisuseHandler(HLockMisuseHandler handler);
 /// does not fit a kernel object name is refused the same way, never cut.
 /// Misuse (Leave by a thread that does not own the lock, destroying an owned
 /// lock) breaks into the debugger and leaves the lock as it was.
+///
+/// A named optex survives the death of its owner: a waiter that has slept
+/// 100 ms checks whether the owning thread still runs and, if it ended (its
+/// process killed, say), takes the lock over and learns it from WasAbandoned().
 class VELKIN_API COptex {
  public:
   /// Bytes a ConstructObjectName buffer must hold: the longest kernel object
@@ -77,6 +82,10 @@ class VELKIN_API COptex {
     if (__atomic_sub_fetch(&psi->LockCount, 1, __ATOMIC_RELEASE) > 0) WakeWaiter();
   }
 
+  /// True once after an Enter of this object took a named optex over from an
+  /// owner that ended without leaving: what the lock guarded may be half written.
+  bool WasAbandoned() { return std::exchange(abandoned_, false); }
+
   bool IsSingleProcessOptex() const { return !mapping_; }
 
   /// Writes prefix and name ("Optex_Event_" + "Jobs") into buffer, which holds
@@ -119,6 +128,10 @@ class VELKIN_API COptex {
   }
   static uint32_t SlowThreadId();
 
+  /// Takes the lock over when its owning thread has ended; for a waiter that
+  /// is counted in LockCount already.
+  bool TakeOverFromDeadOwner(uint32_t me);
+
   /// The rest of TryEnter once the first attempt failed: nesting, then spinning.
   bool TryEnterBusy(uint32_t me);
   void EnterWait();
@@ -132,6 +145,7 @@ class VELKIN_API COptex {
   /// (held by view_, while shared_ is what the inline paths read).
   SharedInfo* shared_ = nullptr;
   OwnedView view_;
+  bool abandoned_ = false;
 
   static int uniprocessorHost_;
 };

@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
 #include <vector>
@@ -242,6 +243,94 @@ TEST(COptex, ThreeProcessesShareOneNamedOptex) {
   EXPECT_EQ(long(children) * iterations, shared[0]);
   UnmapViewOfFile(const_cast<long*>(shared));
   CloseHandle(mapping);
+}
+
+// A child process of velkin_sync_optex_child, ended (killed if need be) and
+// closed when the object goes.
+class Child {
+ public:
+  explicit Child(const std::vector<std::string>& args) {
+    std::string command = "velkin_sync_optex_child.exe";
+    for (const std::string& a : args) command += " " + a;
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    const std::string exe = std::string(GetStartupDir()) + "velkin_sync_optex_child.exe";
+    if (CreateProcessA(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
+      CloseHandle(info.hThread);
+      process_ = info.hProcess;
+    }
+  }
+  ~Child() {
+    if (!process_) return;
+    TerminateProcess(process_, 99);
+    WaitForSingleObject(process_, 5000);
+    CloseHandle(process_);
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  bool Started() const { return process_ != nullptr; }
+  void Kill() { TerminateProcess(process_, 9); }
+  // The exit code, or -1 when the process is still running after ms.
+  long ExitCode(DWORD ms) {
+    if (WaitForSingleObject(process_, ms) != WAIT_OBJECT_0) return -1;
+    DWORD code = 0;
+    GetExitCodeProcess(process_, &code);
+    return static_cast<long>(code);
+  }
+
+ private:
+  HANDLE process_ = nullptr;
+};
+
+// Waits up to ms for the event a child sets; true when it was set.
+bool ChildSignalled(const std::string& name, DWORD ms) {
+  HANDLE event = CreateEventA(nullptr, TRUE, FALSE, name.c_str());
+  const bool set = WaitForSingleObject(event, ms) == WAIT_OBJECT_0;
+  CloseHandle(event);
+  return set;
+}
+
+TEST(COptex, NamedOptexOutlivesItsOwnersProcessButNotALiveOwner) {
+  using Clock = std::chrono::steady_clock;
+  const auto ms = [](Clock::duration d) { return std::chrono::duration_cast<std::chrono::milliseconds>(d).count(); };
+  struct Case {
+    const char* what;
+    const char* holdMs;
+    bool kill;
+    long waiterExit;    // 16 + 1 abandoned + 4 free again afterwards
+    long minMs, maxMs;  // from the kill or from the hold, until the waiter has the lock and ended
+  };
+  const Case cases[] = {
+      {"owner killed while holding", "60000", true, 16 + 1 + 4, 0, 1000},
+      {"owner alive and slow", "2000", false, 16 + 4, 1500, 10000},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    const std::string name = Unique(c.kill ? "kern_dead_owner" : "kern_slow_owner");
+    Child holder({"hold", name, c.holdMs});
+    ASSERT_TRUE(holder.Started());
+    ASSERT_TRUE(ChildSignalled(name + "_held", 20000)) << "the holder did not take the lock";
+    const auto held = Clock::now();
+    Child waiter({"wait", name});
+    ASSERT_TRUE(waiter.Started());
+    ASSERT_TRUE(ChildSignalled(name + "_waiting", 20000)) << "the waiter did not start";
+    Sleep(300);  // the waiter sleeps in Enter by now
+    auto from = held;
+    if (c.kill) {
+      from = Clock::now();
+      holder.Kill();
+    }
+    const long exit = waiter.ExitCode(c.kill ? 5000 : 20000);
+    const long took = ms(Clock::now() - from);
+    EXPECT_EQ(c.waiterExit, exit) << "waiter's result (-1: still waiting)";
+    EXPECT_GE(took, c.minMs) << "the lock was taken from a live owner";
+    EXPECT_LE(took, c.maxMs);
+    if (!c.kill) {
+      EXPECT_EQ(0, holder.ExitCode(5000)) << "holder";
+    }
+  }
 }
 
 TEST(CSingleWriteMultiRead, WaitingWriterGoesFirstThenAllWaitingReadersTogether) {

@@ -1,17 +1,65 @@
-// Child process of the cross-process optex test:
+// Child process of the cross-process optex tests.
 //   velkin_sync_optex_child OPTEX_NAME COUNTER_MAPPING ITERATIONS
 // Counts itself in the fourth word of the mapping, then ITERATIONS times
 // enters the named optex and increments an unguarded counter in the first word
 // with a gap between its read and its write. Exit code 0 on success, 2 on bad
 // arguments, 3 when the mapping is missing, 4 when the optex was misused.
+//   velkin_sync_optex_child hold OPTEX_NAME MS
+// Enters the optex twice, sets the event OPTEX_NAME_held, holds it MS
+// milliseconds and leaves; exit code 0.
+//   velkin_sync_optex_child wait OPTEX_NAME
+// Sets the event OPTEX_NAME_waiting, enters the optex and exits with 16 plus:
+// 1 when WasAbandoned() said so, 2 when it said so a second time, 4 when after
+// leaving, the optex could be entered again at once.
 #include <windows.h>
 
 #include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "tests/velkin/sync/misuse_recorder.h"
 #include "velkin/sync/brannock.h"
 
+namespace {
+
+void Signal(const char* optex, const char* what) {
+  const std::string name = std::string(optex) + what;
+  HANDLE event = CreateEventA(nullptr, TRUE, FALSE, name.c_str());
+  SetEvent(event);
+  // Left open: the parent may open it after this process has moved on.
+}
+
+int Hold(const char* name, int ms) {
+  COptex lock(name);
+  lock.Enter();
+  lock.Enter();
+  Signal(name, "_held");
+  Sleep(ms);
+  lock.Leave();
+  lock.Leave();
+  return 0;
+}
+
+int Wait(const char* name) {
+  COptex lock(name);
+  Signal(name, "_waiting");
+  lock.Enter();
+  int result = 16;
+  if (lock.WasAbandoned()) result |= 1;
+  if (lock.WasAbandoned()) result |= 2;
+  lock.Leave();
+  if (lock.TryEnter()) {
+    result |= 4;
+    lock.Leave();
+  }
+  return result;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  if (argc == 4 && std::strcmp(argv[1], "hold") == 0) return Hold(argv[2], std::atoi(argv[3]));
+  if (argc == 3 && std::strcmp(argv[1], "wait") == 0) return Wait(argv[2]);
   if (argc != 4) return 2;
   MisuseRecorder misuse;  // a failing child must end, not wait for a debugger
   COptex lock(argv[1]);
