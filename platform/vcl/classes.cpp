@@ -3,6 +3,10 @@
 namespace Classes {
 
 VCL_CLASS_IMPL(TPersistent, TObject)
+VCL_CLASS_IMPL(EListError, Sysutils::Exception)
+VCL_CLASS_IMPL(EStringListError, Sysutils::Exception)
+VCL_CLASS_IMPL(EComponentError, Sysutils::Exception)
+VCL_CLASS_IMPL(EClassNotFound, Sysutils::Exception)
 
 void TPersistent::Assign(TPersistent* source) {
   if (source)

@@ -5,8 +5,43 @@
 
 namespace Classes {
 
+using System::AnsiString;
 using System::TNotifyEvent;
 using System::TObject;
+
+// An index outside a list; the message names the index.
+class VCL_API EListError : public Sysutils::Exception {
+  VCL_CLASS();
+
+ public:
+  using Exception::Exception;
+};
+class VCL_API EStringListError : public Sysutils::Exception {
+  VCL_CLASS();
+
+ public:
+  using Exception::Exception;
+};
+// A component name that is not an identifier or is taken.
+class VCL_API EComponentError : public Sysutils::Exception {
+  VCL_CLASS();
+
+ public:
+  using Exception::Exception;
+};
+// A class name nobody registered.
+class VCL_API EClassNotFound : public Sysutils::Exception {
+  VCL_CLASS();
+
+ public:
+  using Exception::Exception;
+};
+
+// Raises E with "List index out of bounds (<index>)".
+template <class E = EListError>
+[[noreturn]] void ListIndexError(int index) {
+  throw E("List index out of bounds (" + System::AnsiString(index) + ")");
+}
 
 class TFiler;
 

@@ -5,8 +5,8 @@
 
 namespace Controls {
 
-VCL_CLASS_IMPL(TControl, Classes::TPersistent)
-VCL_CLASS_IMPL(TWinControl, TControl)
+VCL_COMPONENT_IMPL(TControl, Classes::TComponent)
+VCL_COMPONENT_IMPL(TWinControl, TControl)
 
 namespace {
 
@@ -65,7 +65,7 @@ struct WindowProcAccess {
 
 // ---- TControl ----
 
-TControl::TControl(Classes::TComponent* owner) : owner_(owner) {}
+TControl::TControl(Classes::TComponent* owner) : TComponent(owner) {}
 
 TControl::~TControl() {
   if (parent_) parent_->RemoveControl(this);
@@ -136,8 +136,11 @@ TWinControl::TWinControl(Classes::TComponent* owner) : TControl(owner) {}
 void TWinControl::BeforeDestruction() {
   // Done here while derived parts still exist, so their WndProc sees the
   // window's last messages; the destructor repeats it for objects not deleted.
+  // Child controls go first, then the components this one owns.
+  Destroying();
   DestroyChildren();
   DestroyHandle();
+  TControl::BeforeDestruction();
 }
 
 TWinControl::~TWinControl() {

@@ -4,13 +4,9 @@
 #include <vector>
 
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/classes.h"
+#include "platform/vcl/component.h"
 #include "platform/vcl/set.h"
 #include "platform/vcl/vcl_api.h"
-
-namespace Classes {
-class TComponent;
-}
 
 // Unit Controls: the base of every visual control. A TControl has a place
 // (Left, Top, Width, Height relative to its parent's client area), a parent and
@@ -44,18 +40,14 @@ struct TCreateParams {
 
 class TWinControl;
 
-class VCL_API TControl : public Classes::TPersistent {
+// A control is a component: its owner frees it. Its parent, a different
+// relation, is the windowed control it lives in (see TWinControl).
+class VCL_API TControl : public Classes::TComponent {
   VCL_CLASS();
 
  public:
-  // The owner is kept for the component model; controls do not own each other
-  // through it (a parent owns its child controls, see TWinControl).
   explicit TControl(Classes::TComponent* owner = nullptr);
   ~TControl() override;
-  TControl(const TControl&) = delete;
-  TControl& operator=(const TControl&) = delete;
-
-  Classes::TComponent* GetOwner() const { return owner_; }
 
   int GetLeft() const { return left_; }
   void SetLeft(int value) { SetBounds(value, top_, width_, height_); }
@@ -108,7 +100,6 @@ class VCL_API TControl : public Classes::TPersistent {
 
  private:
   friend class TWinControl;
-  Classes::TComponent* owner_;
   TWinControl* parent_ = nullptr;
   int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
   bool visible_ = true;

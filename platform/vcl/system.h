@@ -16,6 +16,9 @@ class TObject;
 struct VCL_API TMetaClass {
   const char* Name;
   const TMetaClass* Parent;
+  // Makes an instance with an owner; null for classes that cannot be made by
+  // name (set by VCL_COMPONENT_IMPL).
+  TObject* (*Factory)(TObject* owner) = nullptr;
 
   const char* ClassName() const { return Name; }
   const TMetaClass* ClassParent() const { return Parent; }

@@ -1,6 +1,8 @@
 #pragma once
 // Prelude: brings the framework's classes into scope, as its users expect.
+#include "platform/vcl/class_registry.h"
 #include "platform/vcl/classes.h"
+#include "platform/vcl/component.h"
 #include "platform/vcl/controls.h"
 #include "platform/vcl/graphics.h"
 #include "platform/vcl/messages.h"
