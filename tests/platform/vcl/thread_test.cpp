@@ -1,0 +1,192 @@
+// Threads and calls run on the main thread: through CheckSynchronize, through
+// any message loop, at once on the main thread; failures carried back; the
+// thread object's life from suspended to freed.
+#include "platform/vcl/thread.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+#include <vector>
+
+using namespace Classes;
+
+namespace {
+
+// A thread whose work is a function given to it.
+class TWorker : public TThread {
+ public:
+  explicit TWorker(std::function<void(TWorker&)> work, bool suspended = false, bool* freed = nullptr)
+      : TThread(true), work_(std::move(work)), freed_(freed) {
+    if (!suspended) Start();
+  }
+  ~TWorker() override {
+    if (freed_) *freed_ = true;
+  }
+  using TThread::GetTerminated;
+
+ protected:
+  void Execute() override { work_(*this); }
+
+ private:
+  std::function<void(TWorker&)> work_;
+  bool* freed_;
+};
+
+// Runs the main thread's side until done() or 10 s: CheckSynchronize, or a
+// plain message loop that knows nothing of threads.
+bool Serve(const std::function<bool()>& done, bool plainLoop) {
+  for (int i = 0; i < 1000 && !done(); ++i) {
+    if (plainLoop) {
+      MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+      MSG msg;
+      while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&msg);
+    } else {
+      CheckSynchronize(10);
+    }
+  }
+  return done();
+}
+
+// A method object for TThreadMethod.
+struct Call {
+  std::function<void()> body;
+  void Run() { body(); }
+  void RunWith(System::TObject*) { body(); }
+  TThreadMethod Method() { return TThreadMethod(this, &Call::Run); }
+};
+
+TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
+  for (bool plainLoop : {false, true}) {
+    SCOPED_TRACE(plainLoop ? "plain message loop" : "CheckSynchronize");
+    std::vector<std::string> log;
+    DWORD ranOn = 0;
+    Call call{[&] {
+      ranOn = GetCurrentThreadId();
+      Sleep(20);
+      log.push_back("method");
+    }};
+    std::atomic<bool> done{false};
+    TWorker worker([&](TWorker& self) {
+      self.Synchronize(call.Method());
+      log.push_back("worker after");
+      done = true;
+    });
+    ASSERT_TRUE(Serve([&] { return done.load(); }, plainLoop)) << "Synchronize never came back";
+    EXPECT_EQ(GetMainThreadID(), ranOn);
+    EXPECT_EQ(GetCurrentThreadId(), ranOn) << "the test runs on the main thread";
+    ASSERT_EQ(2u, log.size());
+    EXPECT_EQ("method", log[0]);
+    EXPECT_EQ("worker after", log[1]);
+  }
+  // On the main thread: at once, nothing queued.
+  DWORD ranOn = 0;
+  Call here{[&] { ranOn = GetCurrentThreadId(); }};
+  TThread::Synchronize(nullptr, here.Method());
+  EXPECT_EQ(GetCurrentThreadId(), ranOn);
+  EXPECT_FALSE(CheckSynchronize(0));
+}
+
+TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
+  Call failing{[] { throw Sysutils::EConvertError("no such colour"); }};
+  std::string caught;
+  std::atomic<bool> done{false};
+  std::vector<int> order;
+  std::atomic<int> queuedBeforeServed{-1};
+  std::vector<Call> queued;
+  for (int i = 0; i < 3; ++i) queued.push_back(Call{[&order, i] { order.push_back(i); }});
+  TWorker worker([&](TWorker& self) {
+    try {
+      self.Synchronize(failing.Method());
+    } catch (const Sysutils::EConvertError& e) {
+      caught = e.Message.c_str();
+    }
+    for (Call& c : queued) self.Queue(c.Method());
+    queuedBeforeServed = static_cast<int>(order.size());  // Queue did not wait
+    done = true;
+  });
+  ASSERT_TRUE(Serve([&] { return done && order.size() == 3; }, false));
+  EXPECT_EQ("no such colour", caught) << "the exception, of its own type, in the calling thread";
+  EXPECT_EQ(0, queuedBeforeServed.load());
+  EXPECT_EQ((std::vector<int>{0, 1, 2}), order);
+
+  std::string notMain;
+  TWorker([&](TWorker&) {
+    try {
+      CheckSynchronize(0);
+    } catch (const EThread& e) {
+      notMain = e.Message.c_str();
+    }
+  }).WaitFor();
+  EXPECT_NE(std::string::npos, notMain.find("which is not the main thread")) << notMain;
+}
+
+TEST(TThread, LifeFromSuspendedToFreed) {
+  std::atomic<int> runs{0};
+  auto* suspended = new TWorker(
+      [&](TWorker& self) {
+        ++runs;
+        while (!self.GetTerminated()) Sleep(1);
+        self.SetReturnValue(42);
+      },
+      true);
+  Sleep(50);
+  EXPECT_EQ(0, runs.load()) << "a suspended thread waits for Start";
+  suspended->Start();
+  EXPECT_THROW(suspended->Start(), EThread);
+  ASSERT_TRUE(Serve([&] { return runs == 1; }, false));
+  EXPECT_FALSE(suspended->GetFinished());
+  suspended->Terminate();
+  EXPECT_EQ(42, suspended->WaitFor());
+  EXPECT_TRUE(suspended->GetFinished());
+  delete suspended;
+
+  // OnTerminate runs on the main thread, then a free-on-terminate thread goes.
+  bool freed = false;
+  DWORD terminateRanOn = 0;
+  Call onTerminate{[&] { terminateRanOn = GetCurrentThreadId(); }};
+  auto* selfFreeing = new TWorker([](TWorker&) {}, true, &freed);
+  selfFreeing->SetFreeOnTerminate(true);
+  selfFreeing->SetOnTerminate(System::TNotifyEvent(&onTerminate, &Call::RunWith));
+  EXPECT_THROW(selfFreeing->WaitFor(), EThread) << "a free-on-terminate thread cannot be waited for";
+  selfFreeing->Start();
+  ASSERT_TRUE(Serve([&] { return freed; }, false));
+  EXPECT_EQ(GetCurrentThreadId(), terminateRanOn);
+
+  // What escapes Execute is kept; waiting for oneself is refused; a thread
+  // never started or still running goes with its object.
+  std::string selfWait;
+  TWorker failing([&](TWorker& self) {
+    try {
+      self.WaitFor();
+    } catch (const EThread& e) {
+      selfWait = e.Message.c_str();
+    }
+    throw Sysutils::Exception("worker failed");
+  });
+  failing.WaitFor();
+  EXPECT_EQ("Cannot call WaitFor on the current thread", selfWait);
+  ASSERT_TRUE(failing.GetFatalException());
+  try {
+    std::rethrow_exception(failing.GetFatalException());
+  } catch (const Sysutils::Exception& e) {
+    EXPECT_EQ("worker failed", std::string(e.Message.c_str()));
+  }
+  runs = 0;
+  {
+    TWorker neverStarted([&](TWorker&) { ++runs; }, true);
+  }
+  EXPECT_EQ(0, runs.load()) << "a thread terminated before it started does no work";
+  std::atomic<bool> inside{false};
+  auto* running = new TWorker([&](TWorker& self) {
+    inside = true;
+    while (!self.GetTerminated()) Sleep(1);
+    ++runs;
+  });
+  ASSERT_TRUE(Serve([&] { return inside.load(); }, false));
+  delete running;
+  EXPECT_EQ(1, runs.load()) << "delete stopped the thread and waited for it";
+}
+
+}  // namespace
