@@ -4,6 +4,7 @@
 #include <deque>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 namespace Classes {
 
@@ -104,11 +105,32 @@ SyncCall* Dequeue() {
 
 bool OnMainThread() { return GetCurrentThreadId() == mainThreadId; }
 
-// Each thread waits for its synchronous calls on an event of its own.
-HANDLE CallerEvent() {
-  thread_local OwnedKernelHandle event(CreateEventA(nullptr, FALSE, FALSE, nullptr));
-  return event.get();
-}
+// Auto-reset events that waiting callers borrow, one per call in flight; kept
+// for the next caller rather than made per call (and not per thread: thread
+// exit would have to close them).
+class EventPool {
+ public:
+  HANDLE Take() {
+    std::lock_guard<std::mutex> guard(lock_);
+    if (free_.empty()) {
+      all_.emplace_back(CreateEventA(nullptr, FALSE, FALSE, nullptr));
+      return all_.back().get();
+    }
+    HANDLE event = free_.back();
+    free_.pop_back();
+    return event;
+  }
+  void Give(HANDLE event) {
+    std::lock_guard<std::mutex> guard(lock_);
+    free_.push_back(event);
+  }
+
+ private:
+  std::mutex lock_;
+  std::deque<OwnedKernelHandle> all_;
+  std::vector<HANDLE> free_;
+};
+EventPool callerEvents;
 
 }  // namespace
 
@@ -147,9 +169,10 @@ void TThread::Synchronize(TThread*, TThreadMethod method) {
     method();
     return;
   }
-  SyncCall call{method, CallerEvent(), nullptr};
+  SyncCall call{method, callerEvents.Take(), nullptr};
   Enqueue(&call);
   WaitForSingleObject(call.done, INFINITE);
+  callerEvents.Give(call.done);
   if (call.error) std::rethrow_exception(call.error);
 }
 

@@ -91,24 +91,30 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
 TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
   Call failing{[] { throw Sysutils::EConvertError("no such colour"); }};
   std::string caught;
-  std::atomic<bool> done{false};
+  std::atomic<bool> synchronized{false};
   std::vector<int> order;
-  std::atomic<int> queuedBeforeServed{-1};
   std::vector<Call> queued;
   for (int i = 0; i < 3; ++i) queued.push_back(Call{[&order, i] { order.push_back(i); }});
+  const OwnedKernelHandle allQueued(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+  const OwnedKernelHandle mainIdle(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   TWorker worker([&](TWorker& self) {
     try {
       self.Synchronize(failing.Method());
     } catch (const Sysutils::EConvertError& e) {
       caught = e.Message.c_str();
     }
+    synchronized = true;
+    WaitForSingleObject(mainIdle.get(), 10000);
     for (Call& c : queued) self.Queue(c.Method());
-    queuedBeforeServed = static_cast<int>(order.size());  // Queue did not wait
-    done = true;
+    SetEvent(allQueued.get());
   });
-  ASSERT_TRUE(Serve([&] { return done && order.size() == 3; }, false));
+  ASSERT_TRUE(Serve([&] { return synchronized.load(); }, false));
   EXPECT_EQ("no such colour", caught) << "the exception, of its own type, in the calling thread";
-  EXPECT_EQ(0, queuedBeforeServed.load());
+  // The main thread serves nothing now: the worker queues all three anyway.
+  SetEvent(mainIdle.get());
+  ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(allQueued.get(), 10000)) << "Queue waited for the main thread";
+  EXPECT_TRUE(order.empty());
+  ASSERT_TRUE(Serve([&] { return order.size() == 3; }, false));
   EXPECT_EQ((std::vector<int>{0, 1, 2}), order);
 
   std::string notMain;
