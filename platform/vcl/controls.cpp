@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/ostrel/owned_handle.h"
+
 namespace Controls {
 
 VCL_COMPONENT_IMPL(TControl, Classes::TComponent)
@@ -236,7 +238,7 @@ void TWinControl::CreateWnd() {
 }
 
 void TWinControl::DestroyWnd() {
-  if (handle_) DestroyWindow(handle_);
+  OwnedWindow::Close(handle_);  // the window procedure clears handle_ at WM_NCDESTROY
   handle_ = nullptr;
 }
 

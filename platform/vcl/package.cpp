@@ -2,9 +2,13 @@
 
 #include <windows.h>
 
+#include <iterator>
+#include <memory>
+#include <mutex>
 #include <string>
 
 #include "platform/ostrel/ioerror.h"
+#include "platform/ostrel/owned_handle.h"
 
 namespace Sysutils {
 
@@ -30,31 +34,111 @@ TPackageInfo GetPackageInfo(void* module) {
   return info;
 }
 
+namespace {
+
+// What LoadPackage took on for a package, given back by UnloadPackage in
+// reverse: the packages and plain modules it requires.
+struct Requirements {
+  HMODULE package;
+  std::vector<HMODULE> packages;       // loaded through LoadPackage
+  std::vector<OwnedModule> libraries;  // required modules that are not packages
+};
+std::mutex loadedLock;
+std::vector<Requirements*> loaded;
+std::vector<std::string> loading;  // names being loaded, outermost first
+
+bool IsPackage(HMODULE h) {
+  return GetProcAddress(h, "Initialize") && FindResourceA(h, "PACKAGEINFO", MAKEINTRESOURCEA(10));
+}
+
+// The file a "requires NAME" line means: the framework's own package names
+// are this DLL, any other NAME is NAME.dll beside the requiring package, or
+// where the system finds it.
+std::string RequiredFile(const std::string& name, HMODULE requirer) {
+  const std::string up = AnsiString(name).UpperCase().c_str();
+  const std::string file = (up == "VCL50" || up == "VCLX50") ? "vcl.dll" : name + ".dll";
+  char path[MAX_PATH];
+  const DWORD n = GetModuleFileNameA(requirer, path, MAX_PATH);
+  std::string beside(path, n);
+  beside = beside.substr(0, beside.find_last_of("\\/") + 1) + file;
+  return GetFileAttributesA(beside.c_str()) != INVALID_FILE_ATTRIBUTES ? beside : file;
+}
+
+void Release(Requirements& r) {
+  for (auto it = r.packages.rbegin(); it != r.packages.rend(); ++it) UnloadPackage(*it);
+  r.packages.clear();
+  while (!r.libraries.empty()) r.libraries.pop_back();
+}
+
+}  // namespace
+
 void* LoadPackage(const AnsiString& name) {
-  HMODULE h = LoadLibraryA(name.c_str());
+  OwnedModule h(LoadLibraryA(name.c_str()));
   if (!h) {
     const int error = static_cast<int>(GetLastError());  // before anything else can change it
     throw EPackageError("Can't load package " + name + ".\n" + GetIOErrorS_CON(error));
   }
-  auto init = reinterpret_cast<void (*)()>(GetProcAddress(h, "Initialize"));
-  if (!init || !FindResourceA(h, "PACKAGEINFO", MAKEINTRESOURCEA(10))) {
-    FreeLibrary(h);
-    throw EPackageError("Can't load package " + name + ".\nIt is not a package");
+  auto init = reinterpret_cast<void (*)()>(GetProcAddress(h.get(), "Initialize"));
+  if (!IsPackage(h.get())) throw EPackageError("Can't load package " + name + ".\nIt is not a package");
+  {
+    std::lock_guard<std::mutex> guard(loadedLock);
+    for (const std::string& n : loading)
+      if (AnsiString(n).UpperCase() == name.UpperCase())
+        throw EPackageError("Can't load package " + name + ".\nIt requires itself");
+    loading.push_back(name.c_str());
   }
+  struct PopLoading {
+    ~PopLoading() {
+      std::lock_guard<std::mutex> guard(loadedLock);
+      loading.pop_back();
+    }
+  } pop;
+
+  // The packages it requires come first, each started before it.
+  auto record = std::make_unique<Requirements>();
+  record->package = h.get();
   try {
+    const TPackageInfo info = GetPackageInfo(h.get());
+    for (const AnsiString& required : info.Requires) {
+      const std::string file = RequiredFile(required.c_str(), h.get());
+      OwnedModule probe(LoadLibraryA(file.c_str()));
+      if (!probe)
+        throw EPackageError("Can't load package " + name + ".\nIt requires " + required + ", which cannot be loaded");
+      if (IsPackage(probe.get()))
+        record->packages.push_back(static_cast<HMODULE>(LoadPackage(file.c_str())));
+      else
+        record->libraries.push_back(std::move(probe));
+    }
     init();
   } catch (...) {
-    FreeLibrary(h);
+    Release(*record);
     throw;
   }
-  return h;
+  std::lock_guard<std::mutex> guard(loadedLock);
+  loaded.push_back(record.release());
+  return h.release();
 }
 
 void UnloadPackage(void* module) {
   HMODULE h = static_cast<HMODULE>(module);
   if (!h) return;
   if (auto fin = reinterpret_cast<void (*)()>(GetProcAddress(h, "Finalize"))) fin();
-  FreeLibrary(h);
+  Requirements* record = nullptr;
+  {
+    std::lock_guard<std::mutex> guard(loadedLock);
+    for (auto it = loaded.rbegin(); it != loaded.rend(); ++it)
+      if ((*it)->package == h) {
+        record = *it;
+        loaded.erase(std::next(it).base());
+        break;
+      }
+  }
+  OwnedModule::Close(h);
+  // What it required goes after it, last first.
+  if (record) {
+    Release(*record);
+    delete record;
+  }
 }
 
 }  // namespace Sysutils

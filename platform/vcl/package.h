@@ -20,12 +20,16 @@ struct TPackageInfo {
 // module has none.
 VCL_API TPackageInfo GetPackageInfo(void* module);
 
-// Loads a package and runs its Initialize; raises EPackageError
-// "Can't load package <name>.\n<reason>" when the DLL cannot be loaded or is
-// not a package.
+// Loads a package and runs its Initialize, after loading the packages its
+// descriptor requires (each started first, once however many require it; a
+// required DLL that is no package is only loaded). A requirement NAME is
+// NAME.dll beside the package or where the system finds it; the framework's
+// package names VCL50 and VCLX50 are vcl.dll. Raises EPackageError
+// "Can't load package <name>.\n<reason>" when the DLL or a requirement cannot
+// be loaded or it is not a package, leaving nothing loaded.
 VCL_API void* LoadPackage(const AnsiString& name);
 
-// Runs the package's Finalize and unloads it.
+// Runs the package's Finalize and unloads it, then what it required.
 VCL_API void UnloadPackage(void* module);
 
 }  // namespace Sysutils

@@ -75,6 +75,31 @@ TEST(VclPackage, NonPackagesAndMissingFilesRaise) {
   EXPECT_EQ("Module has no package descriptor", PackageError(nullptr)) << "GetPackageInfo of the test program";
 }
 
+TEST(VclPackage, RequiredPackagesLoadFirstOnceAndUnloadAfter) {
+  HMODULE pin = LoadLibraryA("vclfix_pkg.dll");
+  ASSERT_NE(nullptr, pin);
+  auto inits = Export<int (*)()>(pin, "InitializeCount"), finals = Export<int (*)()>(pin, "FinalizeCount");
+  const int inits0 = inits(), finals0 = finals();
+
+  void* first = LoadPackage("vclfix_req.dll");
+  void* second = LoadPackage("vclfix_pkg.dll");  // required, and loaded on its own too
+  EXPECT_EQ(inits0 + 2, inits()) << "started for each user (its units count once)";
+  UnloadPackage(first);
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_req.dll"));
+  EXPECT_EQ(finals0 + 1, finals());
+  EXPECT_EQ(pin, GetModuleHandleA("vclfix_pkg.dll")) << "still in use";
+  UnloadPackage(second);
+  EXPECT_EQ(finals0 + 2, finals());
+
+  // A requirement that cannot be had names itself and leaves nothing loaded.
+  EXPECT_EQ("Can't load package vclfix_badreq.dll.\nIt requires NOSUCHPKG, which cannot be loaded",
+            PackageError("vclfix_badreq.dll"));
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_badreq.dll"));
+  EXPECT_EQ(finals0 + 3, finals()) << "the requirement it had started was stopped again";
+  FreeLibrary(pin);
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_pkg.dll")) << "every load given back";
+}
+
 constexpr int kShared = 100;   // in the package (English) and the satellite (French)
 constexpr int kPackage = 101;  // only in the package
 
