@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// The framework's 8-bit string.
 #include <string>
 #include <string_view>
 
@@ -6,8 +8,8 @@
 
 namespace System {
 
-// The framework's 8-bit string (ANSI code page). Character indexes are 1-based,
-// as the framework's users expect.
+/// The framework's 8-bit string (ANSI code page). Character indexes are 1-based,
+/// as the framework's users expect.
 class VCL_API AnsiString {
  public:
   AnsiString() = default;
@@ -21,23 +23,23 @@ class VCL_API AnsiString {
   int Length() const { return static_cast<int>(s_.size()); }
   bool IsEmpty() const { return s_.empty(); }
 
-  // Resizes (new characters are zero) and returns *this.
+  /// Resizes (new characters are zero) and returns *this.
   AnsiString& SetLength(int length);
-  // The buffer, writable, of Length() bytes plus the terminator.
+  /// The buffer, writable, of Length() bytes plus the terminator.
   char* data() { return s_.data(); }
-  // Makes the buffer this string's own; with value semantics that is always so.
+  /// Makes the buffer this string's own; with value semantics that is always so.
   AnsiString& Unique() { return *this; }
 
-  // 1-based; an index outside 1..Length() gives '\0' and changes nothing.
+  /// 1-based; an index outside 1..Length() gives '\0' and changes nothing.
   char operator[](int index) const;
   int Pos(const AnsiString& sub) const;  // 1-based, 0 when not found
   AnsiString SubString(int start, int count) const;
   AnsiString UpperCase() const;
   AnsiString LowerCase() const;
   AnsiString Trim() const;
-  // Decimal, or hexadecimal after "$" or "0x", with optional sign, surrounding
-  // blanks ignored; defaultValue when that is not the whole text or the value
-  // does not fit in an int.
+  /// Decimal, or hexadecimal after "$" or "0x", with optional sign, surrounding
+  /// blanks ignored; defaultValue when that is not the whole text or the value
+  /// does not fit in an int.
   int ToIntDef(int defaultValue) const;
 
   static AnsiString Format(const char* format, ...) __attribute__((format(printf, 1, 2)));

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Unit Classes: persistent objects and the errors of lists, components and classes.
 #include "platform/vcl/system.h"
 #include "platform/vcl/sysutils.h"
 #include "platform/vcl/vcl_api.h"
@@ -9,7 +11,7 @@ using System::AnsiString;
 using System::TNotifyEvent;
 using System::TObject;
 
-// An index outside a list; the message names the index.
+/// An index outside a list; the message names the index.
 class VCL_API EListError : public Sysutils::Exception {
   VCL_CLASS();
 
@@ -22,14 +24,14 @@ class VCL_API EStringListError : public Sysutils::Exception {
  public:
   using Exception::Exception;
 };
-// A component name that is not an identifier or is taken.
+/// A component name that is not an identifier or is taken.
 class VCL_API EComponentError : public Sysutils::Exception {
   VCL_CLASS();
 
  public:
   using Exception::Exception;
 };
-// A class name nobody registered.
+/// A class name nobody registered.
 class VCL_API EClassNotFound : public Sysutils::Exception {
   VCL_CLASS();
 
@@ -37,7 +39,7 @@ class VCL_API EClassNotFound : public Sysutils::Exception {
   using Exception::Exception;
 };
 
-// Raises E with "List index out of bounds (<index>)".
+/// Raises E with "List index out of bounds (<index>)".
 template <class E = EListError>
 [[noreturn]] void ListIndexError(int index) {
   throw E("List index out of bounds (" + System::AnsiString(index) + ")");
@@ -45,18 +47,18 @@ template <class E = EListError>
 
 class TFiler;
 
-// An object that can copy itself to and from others of its kind.
+/// An object that can copy itself to and from others of its kind.
 class VCL_API TPersistent : public TObject {
   VCL_CLASS();
 
  public:
-  // Copies from source. The default hands over to source->AssignTo(this);
-  // a null source raises EConvertError "Cannot assign a nil to a <class>".
+  /// Copies from source. The default hands over to source->AssignTo(this);
+  /// a null source raises EConvertError "Cannot assign a nil to a <class>".
   virtual void Assign(TPersistent* source);
 
  protected:
-  // Copies this into dest; the default raises EConvertError
-  // "Cannot assign a <this class> to a <dest class>".
+  /// Copies this into dest; the default raises EConvertError
+  /// "Cannot assign a <this class> to a <dest class>".
   virtual void AssignTo(TPersistent* dest);
   virtual void DefineProperties(TFiler* filer);
   [[noreturn]] void AssignError(TPersistent* source);

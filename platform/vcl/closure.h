@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Bound methods: the type of every event.
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
@@ -8,9 +10,9 @@ namespace System {
 template <class Signature>
 class TClosure;
 
-// A bound method: an object pointer plus a member-function pointer, cheap to
-// copy. It is set exactly when its method part is non-null. Calling an unset
-// closure does nothing and returns a value-initialised R.
+/// A bound method: an object pointer plus a member-function pointer, cheap to
+/// copy. It is set exactly when its method part is non-null. Calling an unset
+/// closure does nothing and returns a value-initialised R.
 template <class R, class... A>
 class TClosure<R(A...)> {
  public:
@@ -24,7 +26,7 @@ class TClosure<R(A...)> {
 
   bool IsSet() const { return call_ != nullptr; }
   explicit operator bool() const { return IsSet(); }
-  // The object part (the "Data" of the bound method).
+  /// The object part (the "Data" of the bound method).
   void* Data() const { return object_; }
 
   R operator()(A... args) const {
@@ -32,8 +34,8 @@ class TClosure<R(A...)> {
     return call_(*this, static_cast<A>(args)...);
   }
 
-  // Same object and same method. The call thunk is left out: each module that
-  // binds a method has its own copy of it.
+  /// Same object and same method. The call thunk is left out: each module that
+  /// binds a method has its own copy of it.
   bool operator==(const TClosure& o) const {
     return object_ == o.object_ && std::memcmp(method_, o.method_, sizeof method_) == 0;
   }

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Unit Graphics: colours, pens, brushes, fonts, bitmaps and the canvas.
 // The framework's graphics unit: colours, pens, brushes, fonts, canvas, bitmap.
 #include "platform/vcl/graphics_bitmap.h"
 #include "platform/vcl/graphics_brush.h"

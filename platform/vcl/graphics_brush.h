@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Brushes whose handle is made on demand.
 #include <windows.h>
 
 #include "platform/ostrel/owned_handle.h"
@@ -7,9 +9,10 @@
 
 namespace Graphics {
 
+/// How a brush fills: solid, hatched or not at all.
 enum TBrushStyle { bsSolid, bsClear, bsHorizontal, bsVertical, bsFDiagonal, bsBDiagonal, bsCross, bsDiagCross };
 
-// A brush whose GDI handle is made on demand from colour and style.
+/// A brush whose GDI handle is made on demand from colour and style.
 class VCL_API TBrush : public TGraphicsObject {
   VCL_CLASS();
 
@@ -24,7 +27,7 @@ class VCL_API TBrush : public TGraphicsObject {
   TBrushStyle GetStyle() const { return style_; }
   void SetStyle(TBrushStyle value);
 
-  // The brush's handle, created when first asked for; owned by the brush.
+  /// The brush's handle, created when first asked for; owned by the brush.
   HBRUSH GetHandle();
   bool HandleAllocated() const { return static_cast<bool>(handle_); }
 

@@ -1,10 +1,12 @@
 #pragma once
+/// \file
+/// Colours and the system colour constants.
 #include "platform/vcl/vcl_api.h"
 
 namespace Graphics {
 
-// The framework's 32-bit colour: 0x00BBGGRR for a fixed colour, 0x80000000 +
-// index for a system colour (resolved by ColorToRGB).
+/// The framework's 32-bit colour: 0x00BBGGRR for a fixed colour, 0x80000000 +
+/// index for a system colour (resolved by ColorToRGB).
 enum TColor : int { clMin = -0x7FFFFFFF - 1, clMax = 0x7FFFFFFF };
 
 constexpr TColor clBlack = TColor(0x000000);
@@ -26,7 +28,7 @@ constexpr TColor clLtGray = TColor(0xC0C0C0);
 constexpr TColor clDkGray = TColor(0x808080);
 constexpr TColor clWhite = TColor(0xFFFFFF);
 
-// System colours: the high bit plus the GetSysColor index.
+/// System colours: the high bit plus the GetSysColor index.
 constexpr TColor SystemColor(int index) { return TColor(static_cast<int>(0x80000000u | static_cast<unsigned>(index))); }
 constexpr TColor clScrollBar = SystemColor(0);
 constexpr TColor clBackground = SystemColor(1);
@@ -54,12 +56,12 @@ constexpr TColor cl3DLight = SystemColor(22);
 constexpr TColor clInfoText = SystemColor(23);
 constexpr TColor clInfoBk = SystemColor(24);
 
-// Sentinels used by drawing code: draw nothing / keep the current colour.
+/// Sentinels used by drawing code: draw nothing / keep the current colour.
 constexpr TColor clNone = TColor(0x1FFFFFFF);
 constexpr TColor clDefault = TColor(0x20000000);
 
-// A system colour becomes its current RGB value (GetSysColor of the low byte);
-// every other value, the sentinels included, is returned unchanged.
+/// A system colour becomes its current RGB value (GetSysColor of the low byte);
+/// every other value, the sentinels included, is returned unchanged.
 VCL_API int ColorToRGB(TColor color);
 
 }  // namespace Graphics

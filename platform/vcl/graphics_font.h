@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Fonts whose handle is made on demand.
 #include <windows.h>
 
 #include "platform/ostrel/owned_handle.h"
@@ -9,14 +11,16 @@
 
 namespace Graphics {
 
+/// Bold, italic, underlined, struck out.
 enum TFontStyle { fsBold, fsItalic, fsUnderline, fsStrikeOut };
 using TFontStyles = System::Set<TFontStyle, fsBold, fsStrikeOut>;
+/// Whether all characters are as wide.
 enum TFontPitch { fpDefault, fpVariable, fpFixed };
 using TFontCharset = unsigned char;
 
-// A font described by name, size (points) or height (pixels), style, charset
-// and pitch; the GDI handle is made on demand and dropped after every change.
-// Size and Height are two views of one value: Height = -Size * PixelsPerInch / 72.
+/// A font described by name, size (points) or height (pixels), style, charset
+/// and pitch; the GDI handle is made on demand and dropped after every change.
+/// Size and Height are two views of one value: Height = -Size * PixelsPerInch / 72.
 class VCL_API TFont : public TGraphicsObject {
   VCL_CLASS();
 
@@ -27,7 +31,7 @@ class VCL_API TFont : public TGraphicsObject {
   TFont& operator=(const TFont&) = delete;
 
   System::AnsiString GetName() const { return name_; }
-  // An empty name is ignored.
+  /// An empty name is ignored.
   void SetName(const System::AnsiString& value);
   int GetSize() const;
   void SetSize(int value);
@@ -41,11 +45,11 @@ class VCL_API TFont : public TGraphicsObject {
   void SetCharset(TFontCharset value);
   TFontPitch GetPitch() const { return pitch_; }
   void SetPitch(TFontPitch value);
-  // The resolution Size is converted with; the screen's by default.
+  /// The resolution Size is converted with; the screen's by default.
   int GetPixelsPerInch() const { return pixelsPerInch_; }
   void SetPixelsPerInch(int value);
 
-  // The font's handle, created when first asked for; owned by the font.
+  /// The font's handle, created when first asked for; owned by the font.
   HFONT GetHandle();
   bool HandleAllocated() const { return static_cast<bool>(handle_); }
 

@@ -1,11 +1,13 @@
 #pragma once
+/// \file
+/// The base of pens, brushes and fonts: change events.
 #include "platform/vcl/classes.h"
 #include "platform/vcl/vcl_api.h"
 
 namespace Graphics {
 
-// Base of pen, brush and font: a persistent object that tells its owner (the
-// canvas) about every change through OnChange.
+/// Base of pen, brush and font: a persistent object that tells its owner (the
+/// canvas) about every change through OnChange.
 class VCL_API TGraphicsObject : public Classes::TPersistent {
   VCL_CLASS();
 
@@ -14,8 +16,8 @@ class VCL_API TGraphicsObject : public Classes::TPersistent {
   void SetOnChange(System::TNotifyEvent value) { onChange_ = value; }
 
  protected:
-  // Fires OnChange; subclasses drop their OS handle afterwards, so a canvas
-  // listening here deselects it while it still exists.
+  /// Fires OnChange; subclasses drop their OS handle afterwards, so a canvas
+  /// listening here deselects it while it still exists.
   virtual void Changed();
 
  private:

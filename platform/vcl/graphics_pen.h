@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Pens whose handle is made on demand.
 #include <windows.h>
 
 #include "platform/ostrel/owned_handle.h"
@@ -7,9 +9,10 @@
 
 namespace Graphics {
 
+/// Solid, dashed, dotted or no line.
 enum TPenStyle { psSolid, psDash, psDot, psDashDot, psDashDotDot, psClear, psInsideFrame };
 
-// Raster operations in the framework's order (pmCopy draws the pen colour).
+/// Raster operations in the framework's order (pmCopy draws the pen colour).
 enum TPenMode {
   pmBlack,
   pmWhite,
@@ -29,8 +32,8 @@ enum TPenMode {
   pmNotXor
 };
 
-// A pen whose GDI handle is made on demand from its properties and dropped
-// after every change.
+/// A pen whose GDI handle is made on demand from its properties and dropped
+/// after every change.
 class VCL_API TPen : public TGraphicsObject {
   VCL_CLASS();
 
@@ -43,18 +46,18 @@ class VCL_API TPen : public TGraphicsObject {
   TColor GetColor() const { return color_; }
   void SetColor(TColor value);
   int GetWidth() const { return width_; }
-  // Widths below 1 are stored as 1.
+  /// Widths below 1 are stored as 1.
   void SetWidth(int value);
   TPenStyle GetStyle() const { return style_; }
   void SetStyle(TPenStyle value);
   TPenMode GetMode() const { return mode_; }
   void SetMode(TPenMode value);
 
-  // The pen's handle, created when first asked for; owned by the pen.
+  /// The pen's handle, created when first asked for; owned by the pen.
   HPEN GetHandle();
   bool HandleAllocated() const { return static_cast<bool>(handle_); }
 
-  // Copies colour, width, style and mode from another TPen.
+  /// Copies colour, width, style and mode from another TPen.
   void Assign(Classes::TPersistent* source) override;
 
  protected:

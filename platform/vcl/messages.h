@@ -1,11 +1,13 @@
 #pragma once
+/// \file
+/// The framework's own window message numbers.
 #include <windows.h>
 
-// The framework's own window messages. Numbers are fixed: host code and
-// tracing tables compare against them, and streamed forms never store them.
+/// The framework's own window messages. Numbers are fixed: host code and
+/// tracing tables compare against them, and streamed forms never store them.
 namespace Controls {
 
-// Component messages, sent by the framework to its controls.
+/// Component messages, sent by the framework to its controls.
 constexpr unsigned int CM_BASE = 0xB000;
 constexpr unsigned int CM_ACTIVATE = CM_BASE + 0;
 constexpr unsigned int CM_DEACTIVATE = CM_BASE + 1;
@@ -76,8 +78,8 @@ constexpr unsigned int CM_HINTSHOWPAUSE = CM_BASE + 65;
 constexpr unsigned int CM_DOCKNOTIFICATION = CM_BASE + 66;
 constexpr unsigned int CM_MOUSEWHEEL = CM_BASE + 67;
 
-// Notification messages: a parent reflects a child's WM_ notification back to
-// the child as CN_BASE plus the original message number.
+/// Notification messages: a parent reflects a child's WM_ notification back to
+/// the child as CN_BASE plus the original message number.
 constexpr unsigned int CN_BASE = 0xBC00;
 constexpr unsigned int CN_CHARTOITEM = CN_BASE + WM_CHARTOITEM;
 constexpr unsigned int CN_COMMAND = CN_BASE + WM_COMMAND;

@@ -1,11 +1,13 @@
 #pragma once
+/// \file
+/// Sets of enumeration values.
 #include <bitset>
 #include <initializer_list>
 
 namespace System {
 
-// A set of enumeration (or small integer) values between Min and Max, one bit
-// each. Values outside the range are ignored when added and never contained.
+/// A set of enumeration (or small integer) values between Min and Max, one bit
+/// each. Values outside the range are ignored when added and never contained.
 template <class T, int Min, int Max>
 class Set {
   static_assert(Max >= Min, "empty range");

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// String lists.
 #include <functional>
 #include <vector>
 
@@ -6,30 +8,31 @@
 
 namespace Classes {
 
+/// What a sorted list does with a string it holds already.
 enum TDuplicates { dupIgnore, dupAccept, dupError };
 
-// A list of strings, each with an object pointer beside it (not owned). The
-// storage is the derived class's: a string list, or the lines of a memo or the
-// items of a list box read from and written to the window. (Objects are
-// GetObjects/SetObjects: the system headers turn GetObject into a macro.)
-// Indexes outside
-// the list raise EStringListError "List index out of bounds (<index>)".
+/// A list of strings, each with an object pointer beside it (not owned). The
+/// storage is the derived class's: a string list, or the lines of a memo or the
+/// items of a list box read from and written to the window. (Objects are
+/// GetObjects/SetObjects: the system headers turn GetObject into a macro.)
+/// Indexes outside
+/// the list raise EStringListError "List index out of bounds (<index>)".
 class VCL_API TStrings : public TPersistent {
   VCL_CLASS();
 
  public:
-  // The storage: what a derived class provides.
+  /// The storage: what a derived class provides.
   virtual int GetCount() const = 0;
   virtual AnsiString Get(int index) const = 0;
   virtual void Put(int index, const AnsiString& value);
-  // The object beside a string (the default storage keeps none).
+  /// The object beside a string (the default storage keeps none).
   virtual TObject* GetObjects(int index) const;
   virtual void SetObjects(int index, TObject* object);
   virtual void Insert(int index, const AnsiString& value) = 0;
   virtual void Delete(int index) = 0;
   virtual void Clear() = 0;
 
-  // Adds at the end (a sorted list: in its place); returns the index.
+  /// Adds at the end (a sorted list: in its place); returns the index.
   virtual int Add(const AnsiString& value);
   int AddObject(const AnsiString& value, TObject* object);
   void InsertObject(int index, const AnsiString& value, TObject* object);
@@ -40,34 +43,34 @@ class VCL_API TStrings : public TPersistent {
   AnsiString GetStrings(int index) const { return Get(index); }
   void SetStrings(int index, const AnsiString& value) { Put(index, value); }
 
-  // First index of the string (compared as CompareStrings does), or -1.
+  /// First index of the string (compared as CompareStrings does), or -1.
   virtual int IndexOf(const AnsiString& value) const;
   int IndexOfObject(const TObject* object) const;
-  // "name=value" lines: the first whose name matches, or -1; the value after '='.
+  /// "name=value" lines: the first whose name matches, or -1; the value after '='.
   int IndexOfName(const AnsiString& name) const;
   AnsiString GetValue(const AnsiString& name) const;
   void SetValue(const AnsiString& name, const AnsiString& value);
 
-  // Every string followed by CR LF. Setting it replaces the list with the
-  // lines of the text, broken at CR LF, CR or LF; a break at the very end
-  // starts no further line.
+  /// Every string followed by CR LF. Setting it replaces the list with the
+  /// lines of the text, broken at CR LF, CR or LF; a break at the very end
+  /// starts no further line.
   virtual AnsiString GetText() const;
   virtual void SetText(const AnsiString& value);
 
-  // Copies the strings and objects of another TStrings.
+  /// Copies the strings and objects of another TStrings.
   void Assign(TPersistent* source) override;
   bool Equals(const TStrings* strings) const;
 
-  // Changes between BeginUpdate and the matching EndUpdate count as one: a
-  // string list announces them once, a window-backed list redraws once.
+  /// Changes between BeginUpdate and the matching EndUpdate count as one: a
+  /// string list announces them once, a window-backed list redraws once.
   void BeginUpdate();
   void EndUpdate();
   int GetUpdateCount() const { return updateCount_; }
 
  protected:
-  // Called with true at the first BeginUpdate and false at the last EndUpdate.
+  /// Called with true at the first BeginUpdate and false at the last EndUpdate.
   virtual void SetUpdateState(bool updating);
-  // Below 0, equal, above 0; the default ignores case, as the user's locale does.
+  /// Below 0, equal, above 0; the default ignores case, as the user's locale does.
   virtual int CompareStrings(const AnsiString& a, const AnsiString& b) const;
   [[noreturn]] void IndexError(int index) const;
 
@@ -75,7 +78,7 @@ class VCL_API TStrings : public TPersistent {
   int updateCount_ = 0;
 };
 
-// A string list kept in memory, optionally sorted.
+/// A string list kept in memory, optionally sorted.
 class VCL_API TStringList : public TStrings {
   VCL_CLASS();
 
@@ -85,8 +88,8 @@ class VCL_API TStringList : public TStrings {
 
   int GetCount() const override { return static_cast<int>(items_.size()); }
   AnsiString Get(int index) const override;
-  // A sorted list refuses Put, Insert and Move with EStringListError
-  // "Operation not allowed on sorted string list".
+  /// A sorted list refuses Put, Insert and Move with EStringListError
+  /// "Operation not allowed on sorted string list".
   void Put(int index, const AnsiString& value) override;
   TObject* GetObjects(int index) const override;
   void SetObjects(int index, TObject* object) override;
@@ -97,20 +100,20 @@ class VCL_API TStringList : public TStrings {
   void Exchange(int index1, int index2) override;
   int IndexOf(const AnsiString& value) const override;
 
-  // Sorted: where value is or would go; true when it is there.
+  /// Sorted: where value is or would go; true when it is there.
   bool Find(const AnsiString& value, int& index) const;
   void Sort();
   void CustomSort(const std::function<int(const TStringList&, int, int)>& compare);
 
   bool GetSorted() const { return sorted_; }
   void SetSorted(bool value);
-  // What Add does with a string a sorted list holds already.
+  /// What Add does with a string a sorted list holds already.
   TDuplicates GetDuplicates() const { return duplicates_; }
   void SetDuplicates(TDuplicates value) { duplicates_ = value; }
   bool GetCaseSensitive() const { return caseSensitive_; }
   void SetCaseSensitive(bool value);
 
-  // Before and after every change, or once around an update bracket.
+  /// Before and after every change, or once around an update bracket.
   System::TNotifyEvent GetOnChange() const { return onChange_; }
   void SetOnChange(System::TNotifyEvent value) { onChange_ = value; }
   System::TNotifyEvent GetOnChanging() const { return onChanging_; }

@@ -1,4 +1,6 @@
 #pragma once
+/// \file
+/// Unit System: the object model and class information.
 #include <new>
 
 #include "platform/vcl/ansistring.h"
@@ -10,31 +12,31 @@ namespace System {
 
 class TObject;
 
-// Run-time description of a class: its name and its parent's. One instance per
-// class, made by VCL_CLASS_IMPL; later additions (published properties, a
-// factory) extend this record without changing how classes declare it.
+/// Run-time description of a class: its name and its parent's. One instance per
+/// class, made by VCL_CLASS_IMPL; later additions (published properties, a
+/// factory) extend this record without changing how classes declare it.
 struct VCL_API TMetaClass {
   const char* Name;
   const TMetaClass* Parent;
-  // Makes an instance with an owner; null for classes that cannot be made by
-  // name (set by VCL_COMPONENT_IMPL).
+  /// Makes an instance with an owner; null for classes that cannot be made by
+  /// name (set by VCL_COMPONENT_IMPL).
   TObject* (*Factory)(TObject* owner) = nullptr;
 
   const char* ClassName() const { return Name; }
   const TMetaClass* ClassParent() const { return Parent; }
-  // Case-insensitive, as the framework compares class names.
+  /// Case-insensitive, as the framework compares class names.
   bool ClassNameIs(const char* name) const;
-  // True for this class itself and for every ancestor.
+  /// True for this class itself and for every ancestor.
   bool InheritsFrom(const TMetaClass* ancestor) const;
 };
 
-// Puts the class-information members into a class declaration.
+/// Puts the class-information members into a class declaration.
 #define VCL_CLASS()                                 \
  public:                                            \
   static const ::System::TMetaClass* StaticClass(); \
   const ::System::TMetaClass* ClassType() const override
 
-// Defines them, in one source file of the class's package.
+/// Defines them, in one source file of the class's package.
 #define VCL_CLASS_IMPL(Cls, ParentCls)                                      \
   const ::System::TMetaClass* Cls::StaticClass() {                          \
     static const ::System::TMetaClass meta{#Cls, ParentCls::StaticClass()}; \
@@ -42,6 +44,7 @@ struct VCL_API TMetaClass {
   }                                                                         \
   const ::System::TMetaClass* Cls::ClassType() const { return Cls::StaticClass(); }
 
+/// The root of every framework class: class information and the destruction protocol.
 class VCL_API TObject {
  public:
   TObject() = default;
@@ -57,12 +60,12 @@ class VCL_API TObject {
   bool ClassNameIs(const AnsiString& name) const { return ClassType()->ClassNameIs(name.c_str()); }
   bool InheritsFrom(const TMetaClass* ancestor) const { return ClassType()->InheritsFrom(ancestor); }
 
-  // Runs when the object is destroyed by delete, before any destructor, while
-  // the whole object still exists (virtual calls reach the most derived class).
+  /// Runs when the object is destroyed by delete, before any destructor, while
+  /// the whole object still exists (virtual calls reach the most derived class).
   virtual void BeforeDestruction() {}
 
-  // delete of any framework object goes through here to give BeforeDestruction
-  // its chance; objects on the stack are destroyed without it.
+  /// delete of any framework object goes through here to give BeforeDestruction
+  /// its chance; objects on the stack are destroyed without it.
   void operator delete(TObject* object, std::destroying_delete_t) {
     void* block = dynamic_cast<void*>(object);
     object->BeforeDestruction();
@@ -71,7 +74,7 @@ class VCL_API TObject {
   }
 };
 
-// Event member taking the sender.
+/// Event member taking the sender.
 using TNotifyEvent = TClosure<void(TObject* Sender)>;
 
 }  // namespace System

@@ -1,11 +1,13 @@
 #pragma once
+/// \file
+/// The framework's units and their start-up routines.
 #include "platform/vcl/vcl_api.h"
 
-// Start-up and shut-down routines of the framework's units, entered in the unit
-// tables of the packages that import them. vcl.dll holds the units of both
-// framework packages a library names in its descriptor (VCL50 and VCLX50).
-// Each pair is once-only (Sysinit::TUnitCounter): the first start and the
-// matching last stop do the work, however many packages run them.
+/// Start-up and shut-down routines of the framework's units, entered in the unit
+/// tables of the packages that import them. vcl.dll holds the units of both
+/// framework packages a library names in its descriptor (VCL50 and VCLX50).
+/// Each pair is once-only (Sysinit::TUnitCounter): the first start and the
+/// matching last stop do the work, however many packages run them.
 #define VCL_UNIT_ROUTINES(Unit) \
   namespace Unit {              \
   VCL_API void Initialize();    \

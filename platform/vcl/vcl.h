@@ -1,5 +1,6 @@
 #pragma once
-// Prelude: brings the framework's classes into scope, as its users expect.
+/// \file
+/// Prelude: the framework's units, in scope.
 #include "platform/vcl/class_registry.h"
 #include "platform/vcl/classes.h"
 #include "platform/vcl/component.h"

@@ -1,5 +1,6 @@
 #pragma once
-// Export/import marker of the component framework package (vcl.dll).
+/// \file
+/// Export and import marker of the framework package.
 #ifdef VCL_BUILD
 #define VCL_API __declspec(dllexport)
 #else
