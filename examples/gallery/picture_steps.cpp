@@ -20,5 +20,8 @@ bool ShowPictures(ShowcaseContext& context) {
       reinterpret_cast<RenderPicturesProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderPictures")));
   const bool ok = render && render(context.OutDir.c_str()) != 0;
   if (!render) std::printf("   RenderPictures not found in gallery_pictures.dll\n");
-  return ok;
+  auto form =
+      reinterpret_cast<RenderFormPageProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderFormPage")));
+  const bool formOk = form && form(context.OutDir.c_str()) != 0;
+  return ok && formOk;
 }

@@ -1,7 +1,10 @@
 #include "platform/vcl/controls.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
+#include <map>
+#include <string>
 
 #include "platform/ostrel/owned_handle.h"
 
@@ -22,23 +25,80 @@ HINSTANCE ThisModule() {
   return module;
 }
 
+std::atomic<TWindowExceptionHandler> exceptionHandler{nullptr};
+
+// The system's message font, which the system's own dialogs use: every
+// control's window gets it.
+HFONT MessageFont() {
+  static const OwnedFont font = [] {
+    NONCLIENTMETRICSA metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return OwnedFont(CreateFontIndirectA(&metrics.lfMessageFont));
+  }();
+  return font.get();
+}
+
+void ShowException(std::exception_ptr error) {
+  std::string text = "Unknown error";
+  try {
+    std::rethrow_exception(error);
+  } catch (const std::exception& e) {
+    text = e.what();
+  } catch (...) {
+  }
+  MessageBoxA(nullptr, text.c_str(), nullptr, MB_OK | MB_ICONERROR | MB_TASKMODAL);
+}
+
 }  // namespace
 
-// Routes the window's messages to its control; the control pointer lives in
-// the class's extra window bytes, so GWLP_USERDATA stays free for users.
+TWindowExceptionHandler GetWindowExceptionHandler() { return exceptionHandler.load(); }
+void SetWindowExceptionHandler(TWindowExceptionHandler handler) { exceptionHandler.store(handler); }
+
+TShiftState KeyboardShiftState() {
+  TShiftState s;
+  if (GetKeyState(VK_SHIFT) < 0) s << ssShift;
+  if (GetKeyState(VK_MENU) < 0) s << ssAlt;
+  if (GetKeyState(VK_CONTROL) < 0) s << ssCtrl;
+  return s;
+}
+
+// Routes the window's messages to its control. The control pointer lives in
+// the last extra bytes of the window (after those of a system class the
+// control's class is built on), so GWLP_USERDATA stays free for users.
 struct WindowProcAccess {
+  static int Slot(HWND wnd) { return static_cast<int>(GetClassLongPtrA(wnd, GCL_CBWNDEXTRA)) - sizeof(LONG_PTR); }
+
+  // The system procedure of each class built on one, by class atom.
+  static std::map<ATOM, WNDPROC>& SystemProcs() {
+    static std::map<ATOM, WNDPROC> procs;
+    return procs;
+  }
+  static WNDPROC DefaultProc(HWND wnd) {
+    auto& procs = SystemProcs();
+    auto it = procs.find(static_cast<ATOM>(GetClassWord(wnd, GCW_ATOM)));
+    return it == procs.end() ? &DefWindowProcA : it->second;
+  }
+
   static LRESULT CALLBACK Proc(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam) {
-    auto* control = reinterpret_cast<TWinControl*>(GetWindowLongPtrA(wnd, 0));
+    auto* control = reinterpret_cast<TWinControl*>(GetWindowLongPtrA(wnd, Slot(wnd)));
     if (msg == WM_NCCREATE) {
       control = static_cast<TWinControl*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
-      SetWindowLongPtrA(wnd, 0, reinterpret_cast<LONG_PTR>(control));
+      SetWindowLongPtrA(wnd, Slot(wnd), reinterpret_cast<LONG_PTR>(control));
       if (control) control->handle_ = wnd;
     }
-    if (!control) return DefWindowProcA(wnd, msg, wParam, lParam);
+    if (!control) return CallWindowProcA(DefaultProc(wnd), wnd, msg, wParam, lParam);
     TMessage m{msg, wParam, lParam, 0};
-    control->WndProc(m);
+    try {
+      control->WndProc(m);
+    } catch (...) {
+      if (TWindowExceptionHandler handler = exceptionHandler.load())
+        handler(std::current_exception());
+      else
+        ShowException(std::current_exception());
+    }
     if (msg == WM_NCDESTROY) {
-      SetWindowLongPtrA(wnd, 0, 0);
+      SetWindowLongPtrA(wnd, Slot(wnd), 0);
       if (control->handle_ == wnd) control->handle_ = nullptr;
     }
     return m.Result;
@@ -46,22 +106,28 @@ struct WindowProcAccess {
 
   // Registers the class under this name unless it is registered with our
   // procedure already; a stale registration (left by an unloaded copy of this
-  // module) is replaced.
-  static bool Register(const TCreateParams& params) {
+  // module) is replaced. A class built on a system class takes the system
+  // class's style, cursor, background and extra bytes.
+  static bool Register(const TCreateParams& params, WNDPROC& systemProc) {
+    WNDCLASSA system{};
+    if (params.SystemClass && !GetClassInfoA(nullptr, params.SystemClass, &system)) return false;
+    systemProc = params.SystemClass ? system.lpfnWndProc : &DefWindowProcA;
     WNDCLASSA existing{};
     if (GetClassInfoA(ThisModule(), params.WinClassName, &existing)) {
       if (existing.lpfnWndProc == &Proc) return true;
       UnregisterClassA(params.WinClassName, ThisModule());
     }
     WNDCLASSA wc{};
-    wc.style = params.ClassStyle;
+    wc.style = params.SystemClass ? system.style & ~(CS_GLOBALCLASS | CS_PARENTDC) : params.ClassStyle;
     wc.lpfnWndProc = &Proc;
-    wc.cbWndExtra = sizeof(LONG_PTR);
+    wc.cbWndExtra = (params.SystemClass ? system.cbWndExtra : 0) + sizeof(LONG_PTR);
     wc.hInstance = ThisModule();
-    wc.hCursor = LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
-    wc.hbrBackground = params.Background;
+    wc.hCursor = params.SystemClass ? system.hCursor : LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
+    wc.hbrBackground = params.SystemClass ? system.hbrBackground : params.Background;
     wc.lpszClassName = params.WinClassName;
-    return RegisterClassA(&wc) != 0;
+    const ATOM atom = RegisterClassA(&wc);
+    if (atom) SystemProcs()[atom] = systemProc;
+    return atom != 0;
   }
 };
 
@@ -160,6 +226,7 @@ void TWinControl::DestroyChildren() {
 
 void TWinControl::InsertControl(TControl* control) {
   controls_.push_back(control);
+  if (auto* w = dynamic_cast<TWinControl*>(control)) tabList_.push_back(w);
   control->parent_ = this;
   // A window cannot follow its control to another parent; it is made again
   // on demand inside the new one.
@@ -173,6 +240,7 @@ void TWinControl::RemoveControl(TControl* control) {
   control->Invalidate();
   if (auto* w = dynamic_cast<TWinControl*>(control)) w->DestroyHandle();
   controls_.erase(it);
+  tabList_.erase(std::remove(tabList_.begin(), tabList_.end(), control), tabList_.end());
   control->parent_ = nullptr;
 }
 
@@ -198,7 +266,8 @@ void TWinControl::SetParentWindow(HWND value) {
 
 void TWinControl::CreateParams(TCreateParams& params) {
   params = TCreateParams{};
-  params.Style = WS_CLIPCHILDREN;
+  params.Style = WS_CLIPCHILDREN | (tabStop_ ? WS_TABSTOP : 0);
+  params.Caption = text_.c_str();
   if (GetParent() || parentWindow_)
     params.Style |= WS_CHILD | WS_CLIPSIBLINGS;
   else
@@ -223,12 +292,17 @@ void TWinControl::CreateWnd() {
   } else if (params.Style & WS_CHILD) {
     params.WndParent = parentWindow_;
   }
-  if (!WindowProcAccess::Register(params)) return;
+  if (!WindowProcAccess::Register(params, defWndProc_)) return;
   // The procedure stores the handle at WM_NCCREATE already, so messages sent
   // during creation reach a control that knows its window.
   HWND wnd = CreateWindowExA(params.ExStyle, params.WinClassName, params.Caption, params.Style, params.X, params.Y,
                              params.Width, params.Height, params.WndParent, nullptr, ThisModule(), this);
   handle_ = wnd;
+  if (wnd) SendMessageA(wnd, WM_SETFONT, reinterpret_cast<WPARAM>(MessageFont()), FALSE);
+  // The windows of the controls inside come with it, so that it shows whole.
+  if (wnd)
+    for (TControl* c : std::vector<TControl*>(controls_))
+      if (auto* w = dynamic_cast<TWinControl*>(c)) w->GetHandle();
   // A top-level window is shown without taking the foreground from whoever
   // has it.
   if (wnd && !(params.Style & WS_CHILD) && GetVisible()) ShowWindow(wnd, SW_SHOWNOACTIVATE);
@@ -292,15 +366,238 @@ void TWinControl::EnabledChanged() {
 }
 
 void TWinControl::WndProc(TMessage& message) {
-  if (message.Msg == WM_WINDOWPOSCHANGED) {
-    auto* pos = reinterpret_cast<const WINDOWPOS*>(message.LParam);
-    if (!(pos->flags & SWP_NOSIZE) || !(pos->flags & SWP_NOMOVE)) ReadBoundsFromWindow();
+  switch (message.Msg) {
+    case WM_WINDOWPOSCHANGED: {
+      auto* pos = reinterpret_cast<const WINDOWPOS*>(message.LParam);
+      if (!(pos->flags & SWP_NOSIZE) || !(pos->flags & SWP_NOMOVE)) ReadBoundsFromWindow();
+      break;
+    }
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+    case WM_KEYUP:
+    case WM_SYSKEYUP:
+    case WM_CHAR:
+      if (HandleKey(message)) return;
+      break;
+    case WM_SETFOCUS:
+      onEnter_(this);
+      break;
+    case WM_KILLFOCUS:
+      onExit_(this);
+      break;
+    case CM_DIALOGKEY:
+      return;  // not taken: Result stays 0
+    case WM_COMMAND:
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+    case WM_NOTIFY: {
+      // A child's notification goes back to the child.
+      HWND from = message.Msg == WM_NOTIFY ? reinterpret_cast<NMHDR*>(message.LParam)->hwndFrom
+                                           : reinterpret_cast<HWND>(message.LParam);
+      if (TWinControl* child = from && from != handle_ ? FindControl(from) : nullptr) {
+        TMessage reflected{CN_BASE + message.Msg, message.WParam, message.LParam, 0};
+        child->Notified(reflected);
+        message.Result = reflected.Result;
+        return;
+      }
+      break;
+    }
+    default:
+      break;
   }
   TControl::WndProc(message);
 }
 
 void TWinControl::DefaultHandler(TMessage& message) {
-  if (handle_) message.Result = DefWindowProcA(handle_, message.Msg, message.WParam, message.LParam);
+  if (handle_)
+    message.Result = CallWindowProcA(defWndProc_ ? defWndProc_ : &DefWindowProcA, handle_, message.Msg, message.WParam,
+                                     message.LParam);
 }
+
+AnsiString TWinControl::GetText() const {
+  if (!handle_) return text_;
+  const int length = GetWindowTextLengthA(handle_);
+  std::string text(static_cast<size_t>(length) + 1, '\0');
+  text.resize(static_cast<size_t>(GetWindowTextA(handle_, text.data(), length + 1)));
+  return AnsiString(text);
+}
+
+void TWinControl::SetText(const AnsiString& value) {
+  text_ = value;
+  if (handle_) SetWindowTextA(handle_, value.c_str());
+}
+
+TWinControl* TWinControl::FindControl(HWND window) {
+  if (!window || !IsWindow(window) ||
+      GetWindowLongPtrA(window, GWLP_WNDPROC) != reinterpret_cast<LONG_PTR>(&WindowProcAccess::Proc))
+    return nullptr;
+  return reinterpret_cast<TWinControl*>(GetWindowLongPtrA(window, WindowProcAccess::Slot(window)));
+}
+
+bool TWinControl::CanFocus() const {
+  for (const TWinControl* c = this; c; c = c->GetParent())
+    if (!c->GetVisible() || !c->GetEnabled()) return false;
+  return true;
+}
+
+bool TWinControl::Focused() const { return handle_ && GetFocus() == handle_; }
+
+void TWinControl::SetFocus() {
+  if (HWND h = GetHandle()) ::SetFocus(h);
+}
+
+void TWinControl::SetTabStop(bool value) {
+  tabStop_ = value;
+  if (handle_) {
+    const LONG style = GetWindowLongA(handle_, GWL_STYLE);
+    SetWindowLongA(handle_, GWL_STYLE, value ? style | WS_TABSTOP : style & ~WS_TABSTOP);
+  }
+}
+
+int TWinControl::GetTabOrder() const {
+  if (!GetParent()) return -1;
+  const auto& list = GetParent()->tabList_;
+  return static_cast<int>(std::find(list.begin(), list.end(), this) - list.begin());
+}
+
+void TWinControl::SetTabOrder(int value) {
+  if (!GetParent()) return;
+  auto& list = GetParent()->tabList_;
+  list.erase(std::remove(list.begin(), list.end(), this), list.end());
+  value = std::clamp(value, 0, static_cast<int>(list.size()));
+  list.insert(list.begin() + value, this);
+}
+
+// Every tab stop inside, depth first in tab order: a container's own stops
+// follow it.
+void TWinControl::CollectTabStops(std::vector<TWinControl*>& list) const {
+  for (TWinControl* c : tabList_) {
+    if (c->GetTabStop()) list.push_back(c);
+    c->CollectTabStops(list);
+  }
+}
+
+TWinControl* TWinControl::FindNextControl(TWinControl* current, bool forward) const {
+  std::vector<TWinControl*> stops;
+  CollectTabStops(stops);
+  stops.erase(std::remove_if(stops.begin(), stops.end(), [](TWinControl* c) { return !c->CanFocus(); }), stops.end());
+  if (stops.empty()) return nullptr;
+  auto it = std::find(stops.begin(), stops.end(), current);
+  if (it == stops.end()) return forward ? stops.front() : stops.back();
+  if (forward) return ++it == stops.end() ? stops.front() : *it;
+  return it == stops.begin() ? stops.back() : *--it;
+}
+
+void TWinControl::SelectNext(TWinControl* current, bool forward) {
+  if (TWinControl* next = FindNextControl(current, forward)) next->SetFocus();
+}
+
+TWinControl* TWinControl::TopLevel() {
+  TWinControl* top = this;
+  while (top->GetParent()) top = top->GetParent();
+  return top;
+}
+
+bool TWinControl::DoKeyDown(WORD& key, TShiftState shift) {
+  TWinControl* top = TopLevel();
+  if (top != this && top->WantsKeyPreview()) {
+    top->onKeyDown_(top, key, shift);
+    if (key == 0) return false;
+  }
+  onKeyDown_(this, key, shift);
+  return key != 0;
+}
+
+bool TWinControl::DoKeyUp(WORD& key, TShiftState shift) {
+  TWinControl* top = TopLevel();
+  if (top != this && top->WantsKeyPreview()) {
+    top->onKeyUp_(top, key, shift);
+    if (key == 0) return false;
+  }
+  onKeyUp_(this, key, shift);
+  return key != 0;
+}
+
+bool TWinControl::DoKeyPress(char& key) {
+  TWinControl* top = TopLevel();
+  if (top != this && top->WantsKeyPreview()) {
+    top->onKeyPress_(top, key);
+    if (key == 0) return false;
+  }
+  onKeyPress_(this, key);
+  return key != 0;
+}
+
+// The key messages: the key events first; then a dialog key that the control
+// does not want goes to its top-level control. True when the message is done
+// with (swallowed or used), so the window must not see it.
+bool TWinControl::HandleKey(TMessage& message) {
+  switch (message.Msg) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN: {
+      swallowChar_ = false;
+      auto key = static_cast<WORD>(message.WParam);
+      if (!DoKeyDown(key, KeyboardShiftState())) return swallowChar_ = true;
+      message.WParam = key;
+      if (key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE) {
+        MSG msg{handle_, message.Msg, message.WParam, message.LParam, 0, {}};
+        const LRESULT code = CallWindowProcA(defWndProc_ ? defWndProc_ : &DefWindowProcA, handle_, WM_GETDLGCODE,
+                                             message.WParam, reinterpret_cast<LPARAM>(&msg));
+        const bool wanted = (code & (DLGC_WANTALLKEYS | DLGC_WANTMESSAGE)) || (key == VK_TAB && (code & DLGC_WANTTAB));
+        if (!wanted) {
+          TMessage dialogKey{CM_DIALOGKEY, key, message.LParam, 0};
+          TopLevel()->DialogKey(dialogKey);
+          if (dialogKey.Result) return swallowChar_ = true;
+        }
+      }
+      return false;
+    }
+    case WM_KEYUP:
+    case WM_SYSKEYUP: {
+      auto key = static_cast<WORD>(message.WParam);
+      if (!DoKeyUp(key, KeyboardShiftState())) return true;
+      message.WParam = key;
+      return false;
+    }
+    case WM_CHAR: {
+      if (swallowChar_) {
+        swallowChar_ = false;
+        return true;
+      }
+      auto key = static_cast<char>(message.WParam);
+      if (!DoKeyPress(key)) return true;
+      message.WParam = static_cast<unsigned char>(key);
+      return false;
+    }
+    default:
+      return false;
+  }
+}
+
+void TWinControl::DialogKey(TMessage& message) {
+  const auto key = static_cast<WORD>(message.WParam);
+  if (key == VK_TAB) {
+    TWinControl* focused = FindControl(GetFocus());
+    SelectNext(focused, !KeyboardShiftState().Contains(ssShift));
+    message.Result = 1;
+    return;
+  }
+  BroadcastDialogKey(message);
+}
+
+bool TWinControl::BroadcastDialogKey(TMessage& message) {
+  // A copy: the control that takes the key may change the list (close a form).
+  const std::vector<TControl*> children = controls_;
+  for (TControl* c : children) {
+    if (c->Perform(CM_DIALOGKEY, message.WParam, message.LParam) != 0) {
+      message.Result = 1;
+      return true;
+    }
+    if (auto* w = dynamic_cast<TWinControl*>(c); w && w->BroadcastDialogKey(message)) return true;
+  }
+  return false;
+}
+
+void TWinControl::Notified(TMessage&) {}
 
 }  // namespace Controls

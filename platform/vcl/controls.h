@@ -3,10 +3,12 @@
 /// Unit Controls: the base of every visual control.
 #include <windows.h>
 
+#include <exception>
 #include <vector>
 
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/component.h"
+#include "platform/vcl/messages.h"
 #include "platform/vcl/set.h"
 #include "platform/vcl/vcl_api.h"
 
@@ -15,6 +17,8 @@
 /// a visible flag; a TWinControl adds a real window of the framework's own
 /// window class, made on demand and destroyed with the control.
 namespace Controls {
+
+using System::AnsiString;
 
 /// Where a control keeps itself in its parent: at an edge, filling it, or free.
 enum TAlign : unsigned char { alNone, alTop, alBottom, alLeft, alRight, alClient, alCustom };
@@ -39,7 +43,31 @@ struct TCreateParams {
   UINT ClassStyle = 0;
   HBRUSH Background = nullptr;
   char WinClassName[64] = {};
+  /// A system window class (BUTTON, EDIT, ...) the control's class is built
+  /// on: its window keeps the system's behaviour, its messages still reach
+  /// the control first.
+  const char* SystemClass = nullptr;
 };
+
+/// Shift, Alt and Ctrl keys and mouse buttons held during an input event.
+enum TShiftStateItem { ssShift, ssAlt, ssCtrl, ssLeft, ssRight, ssMiddle, ssDouble };
+using TShiftState = System::Set<TShiftStateItem, ssShift, ssDouble>;
+/// Key events: a handler that sets Key to 0 swallows the key.
+using TKeyEvent = System::TClosure<void(System::TObject* Sender, WORD& Key, TShiftState Shift)>;
+using TKeyPressEvent = System::TClosure<void(System::TObject* Sender, char& Key)>;
+
+/// The keys held down now.
+VCL_API TShiftState KeyboardShiftState();
+
+/// What happens to an exception that a control's message handler lets out:
+/// it must not unwind through the window system. The default shows its
+/// message in a message box; the application puts its own in place.
+using TWindowExceptionHandler = void (*)(std::exception_ptr error);
+///@{
+/// The handler in force (null: the message box), and its replacement.
+VCL_API TWindowExceptionHandler GetWindowExceptionHandler();
+VCL_API void SetWindowExceptionHandler(TWindowExceptionHandler handler);
+///@}
 
 class TWinControl;
 
@@ -144,6 +172,44 @@ class VCL_API TWinControl : public TControl {
   /// Paints what is invalid now.
   void Update();
 
+  /// The window's text (a form's caption, an edit's contents); kept by the
+  /// control while it has no window.
+  AnsiString GetText() const;
+  void SetText(const AnsiString& value);
+
+  /// Keyboard focus: CanFocus when it and all its parents are visible and
+  /// enabled; SetFocus makes the windows as needed.
+  bool CanFocus() const;
+  bool Focused() const;
+  virtual void SetFocus();
+  /// Whether Tab stops at the control, and its place among its siblings'
+  /// tab stops (moving it moves the others).
+  bool GetTabStop() const { return tabStop_; }
+  void SetTabStop(bool value);
+  int GetTabOrder() const;
+  void SetTabOrder(int value);
+  /// The next control in tab order after current (or the first), among the
+  /// tab stops of this control's descendants; null when there is none.
+  TWinControl* FindNextControl(TWinControl* current, bool forward) const;
+  /// Moves the focus to the next tab stop inside this control.
+  void SelectNext(TWinControl* current, bool forward);
+
+  /// The key events: the form's preview (see WantsKeyPreview) goes first, then
+  /// the control's own; a key set to 0 never reaches the window.
+  TKeyEvent GetOnKeyDown() const { return onKeyDown_; }
+  void SetOnKeyDown(TKeyEvent value) { onKeyDown_ = value; }
+  TKeyEvent GetOnKeyUp() const { return onKeyUp_; }
+  void SetOnKeyUp(TKeyEvent value) { onKeyUp_ = value; }
+  TKeyPressEvent GetOnKeyPress() const { return onKeyPress_; }
+  void SetOnKeyPress(TKeyPressEvent value) { onKeyPress_ = value; }
+  System::TNotifyEvent GetOnEnter() const { return onEnter_; }
+  void SetOnEnter(System::TNotifyEvent value) { onEnter_ = value; }
+  System::TNotifyEvent GetOnExit() const { return onExit_; }
+  void SetOnExit(System::TNotifyEvent value) { onExit_ = value; }
+
+  /// The control of a window made by this framework in this process, or null.
+  static TWinControl* FindControl(HWND window);
+
   void WndProc(TMessage& message) override;
   void DefaultHandler(TMessage& message) override;
 
@@ -153,6 +219,20 @@ class VCL_API TWinControl : public TControl {
   virtual void DestroyWnd();
   void VisibleChanged() override;
   void EnabledChanged() override;
+  /// Key handlers; false when the key was swallowed.
+  virtual bool DoKeyDown(WORD& key, TShiftState shift);
+  virtual bool DoKeyUp(WORD& key, TShiftState shift);
+  virtual bool DoKeyPress(char& key);
+  /// True for a top-level control (a form) that sees its controls' keys first.
+  virtual bool WantsKeyPreview() const { return false; }
+  /// A dialog key (Tab, Enter, Escape, arrows) the focused control did not
+  /// want, offered to its top-level control: Result 1 when it was used. The
+  /// default moves the focus on Tab and offers Enter and Escape to every
+  /// control inside (a default or cancel button takes it).
+  virtual void DialogKey(TMessage& message);
+  /// A notification (WM_COMMAND, WM_NOTIFY, scrolling) the parent passed back
+  /// to the control as CN_ plus the message.
+  virtual void Notified(TMessage& message);
 
  private:
   friend class TControl;
@@ -161,10 +241,24 @@ class VCL_API TWinControl : public TControl {
   void RemoveControl(TControl* control);
   void DestroyChildren();
   void ReadBoundsFromWindow();
+  TWinControl* TopLevel();
+  bool HandleKey(TMessage& message);
+  bool BroadcastDialogKey(TMessage& message);
+  void CollectTabStops(std::vector<TWinControl*>& list) const;
 
   HWND handle_ = nullptr;
   HWND parentWindow_ = nullptr;
   std::vector<TControl*> controls_;
+  std::vector<TWinControl*> tabList_;  // windowed children in tab order
+  WNDPROC defWndProc_ = nullptr;
+  AnsiString text_;
+  bool tabStop_ = false;
+  bool swallowChar_ = false;
+  TKeyEvent onKeyDown_;
+  TKeyEvent onKeyUp_;
+  TKeyPressEvent onKeyPress_;
+  System::TNotifyEvent onEnter_;
+  System::TNotifyEvent onExit_;
 };
 
 }  // namespace Controls

@@ -14,3 +14,8 @@
 // picture was written, else 0.
 GALLERY_PICTURES_API int RenderPictures(const char* folder);
 using RenderPicturesProc = int (*)(const char* folder);
+
+// Makes a form with the framework's standard controls, shows it and writes the
+// window as form.png into folder. 1 when written, else 0.
+GALLERY_PICTURES_API int RenderFormPage(const char* folder);
+using RenderFormPageProc = int (*)(const char* folder);

@@ -1,0 +1,246 @@
+#include "platform/vcl/forms.h"
+
+#include <algorithm>
+
+#include "platform/vcl/application.h"
+
+namespace Forms {
+
+using Controls::TCreateParams;
+using Controls::TMessage;
+
+VCL_COMPONENT_IMPL(TCustomForm, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TForm, TCustomForm)
+VCL_CLASS_IMPL(EInvalidOperation, Sysutils::Exception)
+
+TCustomForm* GetParentForm(Controls::TControl* control) {
+  Controls::TControl* top = control;
+  while (top && top->GetParent()) top = top->GetParent();
+  return dynamic_cast<TCustomForm*>(top);
+}
+
+TCustomForm::TCustomForm(Classes::TComponent* owner) : TWinControl(owner) {
+  SetVisible(false);
+  SetBounds(0, 0, 400, 300);
+  Screen->forms_.push_back(this);
+}
+
+TCustomForm::~TCustomForm() {
+  auto& forms = Screen->forms_;
+  forms.erase(std::remove(forms.begin(), forms.end(), this), forms.end());
+}
+
+void TCustomForm::BeforeDestruction() {
+  onDestroy_(this);
+  TWinControl::BeforeDestruction();
+}
+
+void TCustomForm::CreateParams(TCreateParams& params) {
+  TWinControl::CreateParams(params);
+  params.Style &= ~(WS_POPUP | WS_CHILD | WS_VISIBLE);
+  const bool sysMenu = borderIcons_.Contains(biSystemMenu);
+  switch (borderStyle_) {
+    case bsNone:
+      params.Style |= WS_POPUP;
+      break;
+    case bsSingle:
+    case bsSizeable:
+      params.Style |= WS_CAPTION | (borderStyle_ == bsSizeable ? WS_THICKFRAME : WS_BORDER);
+      if (sysMenu) params.Style |= WS_SYSMENU;
+      if (sysMenu && borderIcons_.Contains(biMinimize)) params.Style |= WS_MINIMIZEBOX;
+      if (sysMenu && borderIcons_.Contains(biMaximize)) params.Style |= WS_MAXIMIZEBOX;
+      break;
+    case bsDialog:
+      params.Style |= WS_POPUP | WS_CAPTION | (sysMenu ? WS_SYSMENU : 0);
+      params.ExStyle |= WS_EX_DLGMODALFRAME | WS_EX_WINDOWEDGE;
+      break;
+    case bsToolWindow:
+    case bsSizeToolWin:
+      params.Style |= WS_CAPTION | (sysMenu ? WS_SYSMENU : 0) | (borderStyle_ == bsSizeToolWin ? WS_THICKFRAME : 0);
+      params.ExStyle |= WS_EX_TOOLWINDOW;
+      break;
+  }
+  if (sysMenu && borderIcons_.Contains(biHelp) && borderStyle_ == bsDialog) params.ExStyle |= WS_EX_CONTEXTHELP;
+}
+
+void TCustomForm::SetBorderStyle(TFormBorderStyle value) {
+  if (value == borderStyle_) return;
+  borderStyle_ = value;
+  if (HandleAllocated()) DestroyHandle();  // made again with the new frame on demand
+}
+
+void TCustomForm::SetBorderIcons(TBorderIcons value) {
+  if (value == borderIcons_) return;
+  borderIcons_ = value;
+  if (HandleAllocated()) DestroyHandle();
+}
+
+void TCustomForm::SetClientWidth(int value) {
+  TCreateParams params;
+  CreateParams(params);
+  RECT r{0, 0, value, 100};
+  AdjustWindowRectEx(&r, params.Style, FALSE, params.ExStyle);
+  SetWidth(r.right - r.left);
+}
+
+void TCustomForm::SetClientHeight(int value) {
+  TCreateParams params;
+  CreateParams(params);
+  RECT r{0, 0, 100, value};
+  AdjustWindowRectEx(&r, params.Style, FALSE, params.ExStyle);
+  SetHeight(r.bottom - r.top);
+}
+
+void TCustomForm::SetActiveControl(Controls::TWinControl* value) {
+  activeControl_ = value;
+  if (value && GetVisible() && value->CanFocus()) value->SetFocus();
+}
+
+// Centres the form the first time it is shown, as Position asks; a form to
+// centre on that is missing or hidden gives way to the screen.
+void TCustomForm::PlaceOnScreen() {
+  if (placed_) return;
+  placed_ = true;
+  if (position_ == poDesigned) return;
+  TCustomForm* centreOn = nullptr;
+  if (position_ == poMainFormCenter) centreOn = Application->GetMainForm();
+  if (position_ == poOwnerFormCenter) centreOn = dynamic_cast<TCustomForm*>(GetOwner());
+  if (centreOn == this || (centreOn && !centreOn->GetVisible())) centreOn = nullptr;
+  RECT area{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
+  const MyRect around = centreOn ? centreOn->GetBoundsRect() : MyRect{area.left, area.top, area.right, area.bottom};
+  SetBounds(around.left + (around.Width() - GetWidth()) / 2, around.top + (around.Height() - GetHeight()) / 2,
+            GetWidth(), GetHeight());
+}
+
+void TCustomForm::FocusFirst() {
+  if (activeControl_ && activeControl_->CanFocus()) {
+    activeControl_->SetFocus();
+  } else if (Controls::TWinControl* first = FindNextControl(nullptr, true)) {
+    first->SetFocus();
+  } else {
+    ::SetFocus(GetHandle());
+  }
+}
+
+void TCustomForm::Show() {
+  HWND h = GetHandle();
+  if (!h) return;
+  PlaceOnScreen();
+  const bool wasVisible = GetVisible();
+  SetVisible(true);
+  ShowWindow(h, SW_SHOW);
+  SetForegroundWindow(h);
+  if (!wasVisible) {
+    FocusFirst();
+    onShow_(this);
+  }
+}
+
+void TCustomForm::Hide() {
+  if (!GetVisible()) return;
+  SetVisible(false);
+  onHide_(this);
+}
+
+bool TCustomForm::CloseQuery() {
+  bool canClose = true;
+  onCloseQuery_(this, canClose);
+  return canClose;
+}
+
+void TCustomForm::Close() {
+  if (modal_) {
+    if (modalResult_ == Controls::mrNone) modalResult_ = Controls::mrCancel;
+    return;  // the modal loop asks OnCloseQuery and OnClose
+  }
+  if (!CloseQuery()) return;
+  TCloseAction action = caHide;
+  onClose_(this, action);
+  switch (action) {
+    case caNone:
+      return;
+    case caHide:
+      Hide();
+      break;
+    case caMinimize:
+      if (HandleAllocated()) ShowWindow(GetHandle(), SW_MINIMIZE);
+      break;
+    case caFree:
+      Release();
+      break;
+  }
+  if (Application->GetMainForm() == this && action != caNone && action != caMinimize) Application->Terminate();
+}
+
+// Ends the modal loop unless OnCloseQuery or OnClose keep the form open.
+void TCustomForm::CloseModal() {
+  TCloseAction action = caHide;
+  if (!CloseQuery()) action = caNone;
+  if (action != caNone) onClose_(this, action);
+  if (action == caNone) modalResult_ = Controls::mrNone;
+  if (action == caFree) Release();
+}
+
+void TCustomForm::Release() {
+  if (HandleAllocated())
+    PostMessageA(GetHandle(), Controls::CM_RELEASE, 0, 0);
+  else
+    delete this;
+}
+
+TModalResult TCustomForm::ShowModal() {
+  if (GetVisible() || !GetEnabled()) throw EInvalidOperation("Cannot make a visible window modal");
+  HWND activeBefore = GetActiveWindow();
+  HWND focusBefore = GetFocus();
+  HWND h = GetHandle();
+  if (!h) throw EInvalidOperation("Cannot create the form's window");
+  TTaskWindowList* disabled = DisableTaskWindows(h);
+  modalResult_ = Controls::mrNone;
+  modal_ = true;
+  Show();
+  try {
+    while (modalResult_ == Controls::mrNone) {
+      Application->HandleMessage();
+      if (Application->GetTerminated()) modalResult_ = Controls::mrCancel;
+      if (modalResult_ != Controls::mrNone) CloseModal();
+    }
+  } catch (...) {
+    modal_ = false;
+    EnableTaskWindows(disabled);
+    throw;
+  }
+  modal_ = false;
+  // The windows come back before this one goes, so that the activation
+  // passes to them and not to another application.
+  EnableTaskWindows(disabled);
+  Hide();
+  if (activeBefore && IsWindow(activeBefore)) SetActiveWindow(activeBefore);
+  if (focusBefore && IsWindow(focusBefore)) ::SetFocus(focusBefore);
+  return modalResult_;
+}
+
+void TCustomForm::WndProc(TMessage& message) {
+  switch (message.Msg) {
+    case WM_CLOSE:
+      Close();
+      return;
+    case Controls::CM_RELEASE:
+      delete this;
+      return;
+    case WM_ACTIVATE:
+      if (LOWORD(message.WParam) == WA_INACTIVE)
+        onDeactivate_(this);
+      else
+        onActivate_(this);
+      break;
+    case WM_SHOWWINDOW:
+      // Hidden by the window system (its owner minimised, say): keep Visible true.
+      break;
+    default:
+      break;
+  }
+  TWinControl::WndProc(message);
+}
+
+}  // namespace Forms

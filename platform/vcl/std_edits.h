@@ -1,0 +1,65 @@
+#pragma once
+/// \file
+/// Unit StdCtrls, edits: one-line edit boxes over the system's EDIT windows.
+#include "platform/vcl/controls.h"
+
+namespace Stdctrls {
+
+using System::AnsiString;
+
+/// An edit box. The text, limits and selection read and write the window
+/// when it exists, and are kept until it is made otherwise.
+class VCL_API TCustomEdit : public Controls::TWinControl {
+  VCL_CLASS();
+
+ public:
+  explicit TCustomEdit(Classes::TComponent* owner);
+
+  /// Characters the user may type at most; 0: no limit.
+  int GetMaxLength() const { return maxLength_; }
+  void SetMaxLength(int value);
+  bool GetReadOnly() const { return readOnly_; }
+  void SetReadOnly(bool value);
+  /// The character shown in place of each typed one; '\0': the text itself.
+  char GetPasswordChar() const { return passwordChar_; }
+  void SetPasswordChar(char value);
+  /// Whether the user changed the text since it was last set.
+  bool GetModified();
+  void SetModified(bool value);
+
+  int GetSelStart();
+  void SetSelStart(int value);
+  int GetSelLength();
+  void SetSelLength(int value);
+  AnsiString GetSelText();
+  /// Replaces the selection.
+  void SetSelText(const AnsiString& value);
+  void SelectAll();
+  void Clear() { SetText(""); }
+
+  /// Runs after every change of the text.
+  System::TNotifyEvent GetOnChange() const { return onChange_; }
+  void SetOnChange(System::TNotifyEvent value) { onChange_ = value; }
+
+ protected:
+  void CreateParams(Controls::TCreateParams& params) override;
+  void CreateWnd() override;
+  void Notified(Controls::TMessage& message) override;
+
+ private:
+  int maxLength_ = 0;
+  bool readOnly_ = false;
+  char passwordChar_ = '\0';
+  int selStart_ = 0, selLength_ = 0;
+  System::TNotifyEvent onChange_;
+};
+
+/// The edit box to make instances of.
+class VCL_API TEdit : public TCustomEdit {
+  VCL_CLASS();
+
+ public:
+  using TCustomEdit::TCustomEdit;
+};
+
+}  // namespace Stdctrls

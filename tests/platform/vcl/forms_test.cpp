@@ -1,0 +1,208 @@
+// Forms with real controls, driven with real key messages through their
+// window procedures: default and cancel buttons end ShowModal, a swallowed
+// key never reaches its edit, Tab follows the tab order, radio buttons
+// exclude each other, and the task windows come back exactly as they were.
+#include "platform/vcl/forms.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/vcl/application.h"
+#include "platform/vcl/std_buttons.h"
+#include "platform/vcl/std_edits.h"
+
+using namespace Forms;
+using namespace Stdctrls;
+
+namespace {
+
+// A dialog: an edit and OK / Cancel buttons, laid out as a small form.
+struct Dialog {
+  TForm* form = new TForm(nullptr);
+  TEdit* edit = new TEdit(form);
+  TButton* ok = new TButton(form);
+  TButton* cancel = new TButton(form);
+  Dialog() {
+    form->SetCaption("Dialog");
+    form->SetBorderStyle(bsDialog);
+    form->SetPosition(poScreenCenter);
+    form->SetClientWidth(260);
+    form->SetClientHeight(90);
+    for (Controls::TWinControl* c : std::vector<Controls::TWinControl*>{edit, ok, cancel}) c->SetParent(form);
+    edit->SetBounds(12, 12, 236, 23);
+    ok->SetBounds(92, 52, 75, 25);
+    ok->SetText("OK");
+    ok->SetDefault(true);
+    ok->SetModalResult(Controls::mrOk);
+    cancel->SetBounds(173, 52, 75, 25);
+    cancel->SetText("Cancel");
+    cancel->SetCancel(true);
+    cancel->SetModalResult(Controls::mrCancel);
+  }
+  ~Dialog() { delete form; }
+};
+
+// Ends a modal loop that nothing else ended, so a failing case cannot hang.
+TForm* watched = nullptr;
+void CALLBACK Watchdog(HWND, UINT, UINT_PTR, DWORD) {
+  if (watched) watched->SetModalResult(Controls::mrAbort);
+}
+
+// Posts key to the window, then runs the form modal; returns its result.
+TModalResult ModalAfterKey(Dialog& d, HWND target, WORD key) {
+  d.form->GetHandle();
+  PostMessageA(target, WM_KEYDOWN, key, 1);
+  PostMessageA(target, WM_KEYUP, key, 0xC0000001);
+  watched = d.form;
+  const UINT_PTR timer = SetTimer(nullptr, 0, 5000, &Watchdog);
+  const TModalResult result = d.form->ShowModal();
+  KillTimer(nullptr, timer);
+  watched = nullptr;
+  return result;
+}
+
+TEST(TCustomForm, EnterAndEscapeEndShowModalThroughDefaultAndCancelButtons) {
+  struct Row {
+    const char* what;
+    WORD key;
+    bool toButton;  // the key goes to the OK button's window, else to the edit's
+    TModalResult expected;
+  };
+  const Row rows[] = {
+      {"Enter in the edit", VK_RETURN, false, Controls::mrOk},
+      {"Escape in the edit", VK_ESCAPE, false, Controls::mrCancel},
+      {"Escape on the OK button", VK_ESCAPE, true, Controls::mrCancel},
+  };
+  for (const Row& r : rows) {
+    Dialog d;
+    int clicks = 0;
+    struct Counter {
+      int* n;
+      void Clicked(System::TObject*) { ++*n; }
+    } counter{&clicks};
+    d.ok->SetOnClick(System::TNotifyEvent(&counter, &Counter::Clicked));
+    const TModalResult result = ModalAfterKey(d, r.toButton ? d.ok->GetHandle() : d.edit->GetHandle(), r.key);
+    EXPECT_EQ(r.expected, result) << r.what << " (3: the watchdog ended it)";
+    EXPECT_FALSE(IsWindowVisible(d.form->GetHandle())) << r.what;
+    EXPECT_EQ(r.expected == Controls::mrOk ? 1 : 0, clicks) << r.what;
+    EXPECT_EQ("", std::string(d.edit->GetText().c_str())) << r.what << ": no character reached the edit";
+  }
+  // A visible form cannot be made modal.
+  Dialog d;
+  d.form->Show();
+  EXPECT_THROW(d.form->ShowModal(), EInvalidOperation);
+}
+
+TEST(TCustomForm, KeyEventsCanSwallowKeysAndTabFollowsTheTabOrder) {
+  Dialog d;
+  struct Filter {
+    std::string seen;
+    void Press(System::TObject*, char& key) {
+      seen += key;
+      if (key == 'x') key = 0;
+      if (key == 'a') key = 'A';
+    }
+  } filter;
+  d.edit->SetOnKeyPress(Controls::TKeyPressEvent(&filter, &Filter::Press));
+  HWND edit = d.edit->GetHandle();
+  for (char c : std::string("xaxb")) SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 1);
+  EXPECT_EQ("xaxb", filter.seen);
+  EXPECT_EQ("Ab", std::string(d.edit->GetText().c_str())) << "x swallowed, a changed on its way";
+
+  // The form's preview sees the key before the control and can swallow it.
+  struct Preview {
+    void Press(System::TObject*, char& key) {
+      if (key == 'b') key = 0;
+    }
+  } preview;
+  d.form->SetKeyPreview(true);
+  d.form->SetOnKeyPress(Controls::TKeyPressEvent(&preview, &Preview::Press));
+  filter.seen.clear();
+  SendMessageA(edit, WM_CHAR, 'b', 1);
+  EXPECT_EQ("", filter.seen) << "the edit's handler never saw it";
+  EXPECT_EQ("Ab", std::string(d.edit->GetText().c_str()));
+
+  // Tab and Shift+Tab in tab order; the order can be changed.
+  d.form->Show();
+  ASSERT_TRUE(d.edit->Focused()) << "the first tab stop has the focus";
+  const auto tab = [](Controls::TWinControl* from) { SendMessageA(from->GetHandle(), WM_KEYDOWN, VK_TAB, 1); };
+  tab(d.edit);
+  EXPECT_TRUE(d.ok->Focused());
+  tab(d.ok);
+  EXPECT_TRUE(d.cancel->Focused());
+  tab(d.cancel);
+  EXPECT_TRUE(d.edit->Focused()) << "round to the first";
+  d.cancel->SetTabOrder(0);
+  EXPECT_EQ(0, d.cancel->GetTabOrder());
+  EXPECT_EQ(1, d.edit->GetTabOrder());
+  tab(d.edit);
+  EXPECT_TRUE(d.ok->Focused());
+  tab(d.ok);
+  EXPECT_TRUE(d.cancel->Focused()) << "the last stop, after reordering";
+}
+
+TEST(TRadioButton, CheckingOneUnchecksItsSiblingsAndCheckBoxesCycle) {
+  TForm form(nullptr);
+  std::vector<TRadioButton*> radios;
+  for (int i = 0; i < 3; ++i) {
+    radios.push_back(new TRadioButton(&form));
+    radios.back()->SetParent(&form);
+    radios.back()->SetTop(i * 20);
+  }
+  radios[0]->SetChecked(true);
+  // A click on the window of the third, as the mouse would.
+  SendMessageA(radios[2]->GetHandle(), BM_CLICK, 0, 0);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(i == 2, radios[i]->GetChecked()) << "radio " << i;
+    EXPECT_EQ(i == 2 ? BST_CHECKED : BST_UNCHECKED, SendMessageA(radios[i]->GetHandle(), BM_GETCHECK, 0, 0))
+        << "radio " << i << " as the window shows it";
+  }
+
+  auto* box = new TCheckBox(&form);
+  box->SetParent(&form);
+  box->SetAllowGrayed(true);
+  std::vector<int> states;
+  for (int i = 0; i < 3; ++i) {
+    SendMessageA(box->GetHandle(), BM_CLICK, 0, 0);
+    states.push_back(static_cast<int>(SendMessageA(box->GetHandle(), BM_GETCHECK, 0, 0)));
+  }
+  EXPECT_EQ((std::vector<int>{BST_INDETERMINATE, BST_CHECKED, BST_UNCHECKED}), states);
+  box->SetAllowGrayed(false);
+  box->SetState(cbGrayed);
+  EXPECT_EQ(cbUnchecked, box->GetState()) << "grayed only when allowed";
+}
+
+TEST(TaskWindows, EnableGivesBackExactlyWhatDisableTook) {
+  TForm visible(nullptr), alreadyDisabled(nullptr), hidden(nullptr), keep(nullptr);
+  for (TForm* f : {&visible, &alreadyDisabled, &keep}) f->Show();
+  hidden.GetHandle();
+  EnableWindow(alreadyDisabled.GetHandle(), FALSE);
+  TTaskWindowList* list = DisableTaskWindows(keep.GetHandle());
+  EXPECT_FALSE(IsWindowEnabled(visible.GetHandle()));
+  EXPECT_TRUE(IsWindowEnabled(keep.GetHandle()));
+  EXPECT_TRUE(IsWindowEnabled(hidden.GetHandle())) << "hidden windows are left alone";
+  EnableTaskWindows(list);
+  EXPECT_TRUE(IsWindowEnabled(visible.GetHandle()));
+  EXPECT_FALSE(IsWindowEnabled(alreadyDisabled.GetHandle())) << "it was disabled before";
+  EXPECT_TRUE(IsWindowEnabled(hidden.GetHandle()));
+}
+
+TEST(TCustomForm, AFormCanReleaseItselfFromItsOwnHandler) {
+  auto* form = new TForm(nullptr);
+  auto* button = new TButton(form);
+  button->SetParent(form);
+  struct Closer {
+    TForm* form;
+    void Clicked(System::TObject*) { form->Release(); }
+  } closer{form};
+  button->SetOnClick(System::TNotifyEvent(&closer, &Closer::Clicked));
+  const int before = Screen->GetFormCount();
+  SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
+  EXPECT_EQ(before, Screen->GetFormCount()) << "still there while its handler runs";
+  Application->ProcessMessages();
+  EXPECT_EQ(before - 1, Screen->GetFormCount()) << "freed once its messages were done";
+}
+
+}  // namespace
