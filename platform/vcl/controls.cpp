@@ -141,11 +141,14 @@ TControl::~TControl() {
 
 void TControl::UpdateBoundsFields(int left, int top, int width, int height) {
   if (left == left_ && top == top_ && width == width_ && height == height_) return;
+  const bool resized = width != width_ || height != height_;
   left_ = left;
   top_ = top;
   width_ = width;
   height_ = height;
   Resize();
+  if (parent_ && align_ != alNone) parent_->Realign();
+  if (auto* w = dynamic_cast<TWinControl*>(this); w && resized) w->Realign();
 }
 
 void TControl::SetBounds(int left, int top, int width, int height) {
@@ -168,10 +171,17 @@ void TControl::SetParent(TWinControl* parent) {
   if (parent) parent->InsertControl(this);
 }
 
+void TControl::SetAlign(TAlign value) {
+  if (value == align_) return;
+  align_ = value;
+  if (parent_) parent_->Realign();
+}
+
 void TControl::SetVisible(bool value) {
   if (value == visible_) return;
   visible_ = value;
   VisibleChanged();
+  if (parent_ && align_ != alNone) parent_->Realign();
   Invalidate();
 }
 
@@ -226,6 +236,7 @@ void TWinControl::DestroyChildren() {
 
 void TWinControl::InsertControl(TControl* control) {
   controls_.push_back(control);
+  if (control->align_ != alNone) Realign();
   if (auto* w = dynamic_cast<TWinControl*>(control)) tabList_.push_back(w);
   control->parent_ = this;
   // A window cannot follow its control to another parent; it is made again
@@ -242,11 +253,47 @@ void TWinControl::RemoveControl(TControl* control) {
   controls_.erase(it);
   tabList_.erase(std::remove(tabList_.begin(), tabList_.end(), control), tabList_.end());
   control->parent_ = nullptr;
+  if (control->align_ != alNone) Realign();
 }
 
 TControl* TWinControl::GetControl(int index) const {
-  if (index < 0 || index >= GetControlCount()) return nullptr;
+  if (index < 0 || index >= GetControlCount()) Classes::ListIndexError(index);
   return controls_[static_cast<size_t>(index)];
+}
+
+void TWinControl::Realign() {
+  if (aligning_ || GetComponentState().Contains(Classes::csDestroying)) return;
+  ++aligning_;
+  MyRect r = GetClientRect();
+  // A copy: a control freed by a handler while the others move is skipped.
+  const std::vector<TControl*> children = controls_;
+  for (TAlign kind : {alTop, alBottom, alLeft, alRight, alClient})
+    for (TControl* c : children) {
+      if (!ContainsControl(c) || c->align_ != kind || !c->visible_) continue;
+      const int w = c->width_, h = c->height_;
+      switch (kind) {
+        case alTop:
+          c->SetBounds(r.left, r.top, r.Width(), h);
+          r.top += h;
+          break;
+        case alBottom:
+          c->SetBounds(r.left, r.bottom - h, r.Width(), h);
+          r.bottom -= h;
+          break;
+        case alLeft:
+          c->SetBounds(r.left, r.top, w, r.Height());
+          r.left += w;
+          break;
+        case alRight:
+          c->SetBounds(r.right - w, r.top, w, r.Height());
+          r.right -= w;
+          break;
+        default:
+          c->SetBounds(r.left, r.top, r.Width(), r.Height());
+          break;
+      }
+    }
+  --aligning_;
 }
 
 bool TWinControl::ContainsControl(const TControl* control) const {

@@ -106,6 +106,13 @@ class VCL_API TControl : public Classes::TComponent {
 
   bool GetVisible() const { return visible_; }
   void SetVisible(bool value);
+  /// Where the control keeps itself in its parent's client area: the parent
+  /// stacks alTop controls from the top, then alBottom from the bottom, alLeft
+  /// and alRight from the sides, each kind in creation order, and gives alClient
+  /// the rest; it lays them out again when it is resized or one of them is
+  /// shown, hidden, resized or re-aligned.
+  TAlign GetAlign() const { return align_; }
+  void SetAlign(TAlign value);
   void Show() { SetVisible(true); }
   void Hide() { SetVisible(false); }
   bool GetEnabled() const { return enabled_; }
@@ -132,6 +139,7 @@ class VCL_API TControl : public Classes::TComponent {
  private:
   friend class TWinControl;
   TWinControl* parent_ = nullptr;
+  TAlign align_ = alNone;
   int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
   bool visible_ = true;
   bool enabled_ = true;
@@ -161,8 +169,11 @@ class VCL_API TWinControl : public TControl {
   void SetParentWindow(HWND value);
 
   int GetControlCount() const { return static_cast<int>(controls_.size()); }
-  /// Child control by index, null outside 0..ControlCount-1.
+  /// Child control by index; outside 0..ControlCount-1 raises EListError
+  /// "List index out of bounds (<index>)".
   TControl* GetControl(int index) const;
+  /// Lays the aligned child controls out again (see TControl::SetAlign).
+  void Realign();
   /// Whether control is a direct child of this one.
   bool ContainsControl(const TControl* control) const;
 
@@ -248,6 +259,7 @@ class VCL_API TWinControl : public TControl {
 
   HWND handle_ = nullptr;
   HWND parentWindow_ = nullptr;
+  int aligning_ = 0;
   std::vector<TControl*> controls_;
   std::vector<TWinControl*> tabList_;  // windowed children in tab order
   WNDPROC defWndProc_ = nullptr;

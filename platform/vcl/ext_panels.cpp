@@ -1,0 +1,68 @@
+#include "platform/vcl/ext_panels.h"
+
+#include "platform/ostrel/dc_changer.h"
+
+namespace Extctrls {
+
+VCL_COMPONENT_IMPL(TCustomPanel, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TPanel, TCustomPanel)
+
+TCustomPanel::TCustomPanel(Classes::TComponent* owner) : TWinControl(owner) { SetBounds(0, 0, 185, 41); }
+
+void TCustomPanel::SetBevelOuter(TBevelCut value) {
+  bevelOuter_ = value;
+  Invalidate();
+}
+
+void TCustomPanel::SetBevelInner(TBevelCut value) {
+  bevelInner_ = value;
+  Invalidate();
+}
+
+void TCustomPanel::Paint(HDC dc) {
+  RECT r;
+  ::GetClientRect(GetHandle(), &r);
+  FillRect(dc, &r, GetSysColorBrush(COLOR_BTNFACE));
+  for (TBevelCut cut : {bevelOuter_, bevelInner_}) {
+    if (cut == bvNone) continue;
+    if (cut != bvSpace) DrawEdge(dc, &r, cut == bvRaised ? BDR_RAISEDINNER : BDR_SUNKENOUTER, BF_RECT);
+    InflateRect(&r, -1, -1);
+  }
+  const AnsiString text = GetText();
+  if (text.IsEmpty()) return;
+  DCChanger state(dc);
+  state.Select(reinterpret_cast<HFONT>(SendMessageA(GetHandle(), WM_GETFONT, 0, 0)));
+  state.SetBkMode(TRANSPARENT);
+  state.SetTextColor(GetSysColor(COLOR_BTNTEXT));
+  DrawTextA(dc, text.c_str(), text.Length(), &r, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
+void TCustomPanel::WndProc(Controls::TMessage& message) {
+  switch (message.Msg) {
+    case WM_PAINT: {
+      PAINTSTRUCT ps;
+      HDC dc = BeginPaint(GetHandle(), &ps);
+      Paint(dc);
+      EndPaint(GetHandle(), &ps);
+      return;
+    }
+    case WM_ERASEBKGND:
+      message.Result = 1;  // Paint fills it all
+      return;
+    case WM_SETFONT:
+      TWinControl::WndProc(message);  // the default procedure keeps no font: store it
+      fontSet_ = reinterpret_cast<HFONT>(message.WParam);
+      return;
+    case WM_GETFONT:
+      message.Result = reinterpret_cast<LRESULT>(fontSet_);
+      return;
+    case WM_SETTEXT:
+      TWinControl::WndProc(message);
+      Invalidate();
+      return;
+    default:
+      TWinControl::WndProc(message);
+  }
+}
+
+}  // namespace Extctrls
