@@ -336,6 +336,8 @@ void TWinControl::CreateWnd() {
   if (TWinControl* parent = GetParent()) {
     params.WndParent = parent->GetHandle();
     if (!params.WndParent) return;
+    // Making the parent's window made this one's too (it makes its children's).
+    if (handle_) return;
   } else if (params.Style & WS_CHILD) {
     params.WndParent = parentWindow_;
   }

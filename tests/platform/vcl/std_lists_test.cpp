@@ -1,0 +1,88 @@
+// List and combo boxes: items and the selected index read and written
+// through the real windows, kept across the window's making and remaking.
+#include "platform/vcl/std_lists.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/vcl/forms.h"
+
+using namespace Stdctrls;
+
+namespace {
+
+std::string WindowItems(HWND w, UINT count, UINT getText) {
+  std::string out;
+  for (int i = 0, n = static_cast<int>(SendMessageA(w, count, 0, 0)); i < n; ++i) {
+    char text[64] = {};
+    SendMessageA(w, getText, i, reinterpret_cast<LPARAM>(text));
+    out += (i ? "|" : "") + std::string(text);
+  }
+  return out;
+}
+
+TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
+  Forms::TForm form(nullptr);
+  auto* list = new TListBox(&form);
+  list->SetParent(&form);
+  list->GetItems()->SetText("pear\napple\nfig");  // before the window exists
+  list->SetItemIndex(1);
+  HWND w = list->GetHandle();
+  EXPECT_EQ("pear|apple|fig", WindowItems(w, LB_GETCOUNT, LB_GETTEXT)) << "kept items went into the window";
+  EXPECT_EQ(1, SendMessageA(w, LB_GETCURSEL, 0, 0));
+
+  SendMessageA(w, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("plum"));
+  SendMessageA(w, LB_SETCURSEL, 3, 0);
+  EXPECT_EQ(4, list->GetItems()->GetCount()) << "what the window holds";
+  EXPECT_EQ("plum", std::string(list->GetItems()->Get(3).c_str()));
+  EXPECT_EQ(3, list->GetItemIndex());
+  list->GetItems()->Delete(0);
+  list->GetItems()->Insert(0, "kiwi");
+  EXPECT_EQ("kiwi|apple|fig|plum", WindowItems(w, LB_GETCOUNT, LB_GETTEXT));
+  EXPECT_THROW(list->GetItems()->Get(4), Classes::EStringListError);
+
+  list->SetSorted(true);  // the window is made again, sorted, with the same items
+  EXPECT_EQ("apple|fig|kiwi|plum", WindowItems(list->GetHandle(), LB_GETCOUNT, LB_GETTEXT));
+  EXPECT_EQ(1, list->GetItems()->Add("banana")) << "in its place";
+
+  list->SetMultiSelect(true);
+  list->SetSelected(0, true);
+  list->SetSelected(3, true);
+  EXPECT_EQ(2, SendMessageA(list->GetHandle(), LB_GETSELCOUNT, 0, 0));
+  EXPECT_TRUE(list->GetSelected(3));
+  EXPECT_FALSE(list->GetSelected(1));
+  EXPECT_THROW(list->GetSelected(9), Classes::EListError);
+}
+
+TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
+  Forms::TForm form(nullptr);
+  auto* combo = new TComboBox(&form);
+  combo->SetParent(&form);
+  int changes = 0;
+  struct Counter {
+    int* n;
+    void Changed(System::TObject*) { ++*n; }
+  } counter{&changes};
+  combo->SetOnChange(System::TNotifyEvent(&counter, &Counter::Changed));
+  combo->GetItems()->SetText("red\ngreen\nblue");
+  combo->SetItemIndex(2);
+  HWND w = combo->GetHandle();
+  EXPECT_EQ("red|green|blue", WindowItems(w, CB_GETCOUNT, CB_GETLBTEXT));
+  EXPECT_EQ(2, SendMessageA(w, CB_GETCURSEL, 0, 0));
+  EXPECT_EQ("blue", std::string(combo->GetText().c_str()));
+  EXPECT_EQ(DWORD(CBS_DROPDOWN), GetWindowLongA(w, GWL_STYLE) & 3u);
+
+  combo->SetStyle(csDropDownList);
+  w = combo->GetHandle();
+  EXPECT_EQ(DWORD(CBS_DROPDOWNLIST), GetWindowLongA(w, GWL_STYLE) & 3u);
+  EXPECT_EQ("red|green|blue", WindowItems(w, CB_GETCOUNT, CB_GETLBTEXT)) << "kept through the new window";
+  EXPECT_EQ(2, combo->GetItemIndex());
+  // The user picks the first item: the window tells the control.
+  SendMessageA(w, CB_SETCURSEL, 0, 0);
+  SendMessageA(form.GetHandle(), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(w));
+  EXPECT_EQ(0, combo->GetItemIndex());
+  EXPECT_EQ(1, changes);
+}
+
+}  // namespace
