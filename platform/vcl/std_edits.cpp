@@ -1,5 +1,8 @@
 #include "platform/vcl/std_edits.h"
 
+#include <string>
+#include <vector>
+
 namespace Stdctrls {
 
 using Controls::TCreateParams;
@@ -94,6 +97,109 @@ void TCustomEdit::SelectAll() {
 
 void TCustomEdit::Notified(TMessage& message) {
   if (message.Msg == Controls::CN_COMMAND && HIWORD(message.WParam) == EN_CHANGE) onChange_(this);
+}
+
+}  // namespace Stdctrls
+
+namespace Stdctrls {
+
+using Controls::TCreateParams;
+using Controls::TMessage;
+
+VCL_COMPONENT_IMPL(TCustomMemo, TCustomEdit)
+VCL_COMPONENT_IMPL(TMemo, TCustomMemo)
+
+namespace {
+
+// A memo's lines: its text split at its line breaks, read and written as a
+// whole (the text lives in the window, or in the control until there is one).
+class TMemoLines : public Classes::TStrings {
+ public:
+  explicit TMemoLines(TCustomMemo* memo) : memo_(memo) {}
+  int GetCount() const override { return static_cast<int>(Split().size()); }
+  AnsiString Get(int index) const override {
+    const auto lines = Split();
+    if (index < 0 || index >= static_cast<int>(lines.size())) IndexError(index);
+    return AnsiString(lines[static_cast<size_t>(index)]);
+  }
+  void Put(int index, const AnsiString& value) override {
+    auto lines = Split();
+    if (index < 0 || index >= static_cast<int>(lines.size())) IndexError(index);
+    lines[static_cast<size_t>(index)] = value.str();
+    Join(lines);
+  }
+  void Insert(int index, const AnsiString& value) override {
+    auto lines = Split();
+    if (index < 0 || index > static_cast<int>(lines.size())) IndexError(index);
+    lines.insert(lines.begin() + index, value.str());
+    Join(lines);
+  }
+  void Delete(int index) override {
+    auto lines = Split();
+    if (index < 0 || index >= static_cast<int>(lines.size())) IndexError(index);
+    lines.erase(lines.begin() + index);
+    Join(lines);
+  }
+  void Clear() override { memo_->SetText(""); }
+  AnsiString GetText() const override { return memo_->GetText(); }
+  void SetText(const AnsiString& value) override {
+    Classes::TStringList lines;
+    lines.SetText(value);
+    memo_->SetText(lines.GetText());
+  }
+
+ private:
+  std::vector<std::string> Split() const {
+    Classes::TStringList lines;
+    lines.SetText(memo_->GetText());
+    std::vector<std::string> out;
+    for (int i = 0; i < lines.GetCount(); ++i) out.push_back(lines.Get(i).str());
+    return out;
+  }
+  void Join(const std::vector<std::string>& lines) {
+    std::string text;
+    for (size_t i = 0; i < lines.size(); ++i) text += lines[i] + (i + 1 < lines.size() ? "\r\n" : "");
+    memo_->SetText(AnsiString(text));
+  }
+  TCustomMemo* memo_;
+};
+
+}  // namespace
+
+TCustomMemo::TCustomMemo(Classes::TComponent* owner) : TCustomEdit(owner), lines_(std::make_unique<TMemoLines>(this)) {
+  SetBounds(0, 0, 185, 89);
+}
+
+TCustomMemo::~TCustomMemo() = default;
+
+void TCustomMemo::CreateParams(TCreateParams& params) {
+  TCustomEdit::CreateParams(params);
+  params.Style |= ES_MULTILINE | ES_AUTOVSCROLL | (wantReturns_ ? ES_WANTRETURN : 0);
+  if (wordWrap_) params.Style &= ~ES_AUTOHSCROLL;
+  if (scrollBars_ == ssVertical || scrollBars_ == ssBoth) params.Style |= WS_VSCROLL;
+  if (scrollBars_ == ssHorizontal || scrollBars_ == ssBoth) params.Style |= WS_HSCROLL;
+}
+
+void TCustomMemo::SetScrollBars(TScrollStyle value) {
+  if (value == scrollBars_) return;
+  scrollBars_ = value;
+  if (HandleAllocated()) DestroyHandle();
+}
+
+void TCustomMemo::SetWordWrap(bool value) {
+  if (value == wordWrap_) return;
+  wordWrap_ = value;
+  if (HandleAllocated()) DestroyHandle();
+}
+
+void TCustomMemo::WndProc(TMessage& message) {
+  TCustomEdit::WndProc(message);
+  if (message.Msg != WM_GETDLGCODE) return;
+  if (wantTabs_)
+    message.Result |= DLGC_WANTTAB;
+  else
+    message.Result &= ~DLGC_WANTTAB;
+  if (!wantReturns_) message.Result &= ~DLGC_WANTALLKEYS;
 }
 
 }  // namespace Stdctrls

@@ -1,7 +1,10 @@
 #pragma once
 /// \file
 /// Unit StdCtrls, edits: one-line edit boxes over the system's EDIT windows.
+#include <memory>
+
 #include "platform/vcl/controls.h"
+#include "platform/vcl/string_list.h"
 
 namespace Stdctrls {
 
@@ -60,6 +63,51 @@ class VCL_API TEdit : public TCustomEdit {
 
  public:
   using TCustomEdit::TCustomEdit;
+};
+
+/// Which scroll bars a memo shows.
+enum TScrollStyle { ssNone, ssHorizontal, ssVertical, ssBoth };
+
+/// A multi-line edit box; Lines are its text as a string list. Enter makes a
+/// line break unless WantReturns is off (then it goes to the form: the
+/// default button); Tab types a tab only with WantTabs.
+class VCL_API TCustomMemo : public TCustomEdit {
+  VCL_CLASS();
+
+ public:
+  explicit TCustomMemo(Classes::TComponent* owner);
+  ~TCustomMemo() override;
+
+  Classes::TStrings* GetLines() const { return lines_.get(); }
+  void SetLines(Classes::TStrings* value) { lines_->Assign(value); }
+  TScrollStyle GetScrollBars() const { return scrollBars_; }
+  void SetScrollBars(TScrollStyle value);
+  bool GetWantReturns() const { return wantReturns_; }
+  void SetWantReturns(bool value) { wantReturns_ = value; }
+  bool GetWantTabs() const { return wantTabs_; }
+  void SetWantTabs(bool value) { wantTabs_ = value; }
+  bool GetWordWrap() const { return wordWrap_; }
+  void SetWordWrap(bool value);
+
+  void WndProc(Controls::TMessage& message) override;
+
+ protected:
+  void CreateParams(Controls::TCreateParams& params) override;
+
+ private:
+  std::unique_ptr<Classes::TStrings> lines_;
+  TScrollStyle scrollBars_ = ssNone;
+  bool wantReturns_ = true;
+  bool wantTabs_ = false;
+  bool wordWrap_ = true;
+};
+
+/// The memo to make instances of.
+class VCL_API TMemo : public TCustomMemo {
+  VCL_CLASS();
+
+ public:
+  using TCustomMemo::TCustomMemo;
 };
 
 }  // namespace Stdctrls
