@@ -547,35 +547,22 @@ TWinControl* TWinControl::TopLevel() {
   return top;
 }
 
-bool TWinControl::DoKeyDown(WORD& key, TShiftState shift) {
+// Runs the event (a member of TWinControl) of the previewing top-level
+// control, then the control's own, until one of them zeroes the key.
+template <class Event, class Key, class... Rest>
+bool TWinControl::RunKeyEvent(Event TWinControl::*event, Key& key, Rest... rest) {
   TWinControl* top = TopLevel();
   if (top != this && top->WantsKeyPreview()) {
-    top->onKeyDown_(top, key, shift);
+    (top->*event)(top, key, rest...);
     if (key == 0) return false;
   }
-  onKeyDown_(this, key, shift);
+  (this->*event)(this, key, rest...);
   return key != 0;
 }
 
-bool TWinControl::DoKeyUp(WORD& key, TShiftState shift) {
-  TWinControl* top = TopLevel();
-  if (top != this && top->WantsKeyPreview()) {
-    top->onKeyUp_(top, key, shift);
-    if (key == 0) return false;
-  }
-  onKeyUp_(this, key, shift);
-  return key != 0;
-}
-
-bool TWinControl::DoKeyPress(char& key) {
-  TWinControl* top = TopLevel();
-  if (top != this && top->WantsKeyPreview()) {
-    top->onKeyPress_(top, key);
-    if (key == 0) return false;
-  }
-  onKeyPress_(this, key);
-  return key != 0;
-}
+bool TWinControl::DoKeyDown(WORD& key, TShiftState shift) { return RunKeyEvent(&TWinControl::onKeyDown_, key, shift); }
+bool TWinControl::DoKeyUp(WORD& key, TShiftState shift) { return RunKeyEvent(&TWinControl::onKeyUp_, key, shift); }
+bool TWinControl::DoKeyPress(char& key) { return RunKeyEvent(&TWinControl::onKeyPress_, key); }
 
 // The key messages: the key events first; then a dialog key that the control
 // does not want goes to its top-level control. True when the message is done

@@ -254,6 +254,8 @@ class VCL_API TWinControl : public TControl {
   void ReadBoundsFromWindow();
   TWinControl* TopLevel();
   bool HandleKey(TMessage& message);
+  template <class Event, class Key, class... Rest>
+  bool RunKeyEvent(Event TWinControl::*event, Key& key, Rest... rest);
   bool BroadcastDialogKey(TMessage& message);
   void CollectTabStops(std::vector<TWinControl*>& list) const;
 

@@ -8,9 +8,10 @@ using Controls::TCreateParams;
 using Controls::TMessage;
 
 VCL_CLASS_IMPL(TWindowItems, Classes::TStrings)
-VCL_COMPONENT_IMPL(TCustomListBox, Controls::TWinControl)
+VCL_CLASS_IMPL(TCustomListControl, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TCustomListBox, TCustomListControl)
 VCL_COMPONENT_IMPL(TListBox, TCustomListBox)
-VCL_COMPONENT_IMPL(TCustomComboBox, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TCustomComboBox, TCustomListControl)
 VCL_COMPONENT_IMPL(TComboBox, TCustomComboBox)
 
 namespace {
@@ -112,15 +113,34 @@ void TWindowItems::SetUpdateState(bool updating) {
   if (!updating) InvalidateRect(w, nullptr, TRUE);
 }
 
-// ---- TCustomListBox ----
+// ---- TCustomListControl ----
 
-TCustomListBox::TCustomListBox(Classes::TComponent* owner)
-    : TWinControl(owner), items_(std::make_unique<TWindowItems>(this, kListBox)) {
+TCustomListControl::TCustomListControl(Classes::TComponent* owner, const TItemMessages& messages)
+    : TWinControl(owner), items_(std::make_unique<TWindowItems>(this, messages)) {
   SetTabStop(true);
-  SetBounds(0, 0, 121, 97);
 }
 
-TCustomListBox::~TCustomListBox() = default;
+TCustomListControl::~TCustomListControl() = default;
+
+void TCustomListControl::CreateWnd() {
+  TWinControl::CreateWnd();
+  items_->ToWindow();
+  SetItemIndex(itemIndex_);
+}
+
+void TCustomListControl::DestroyWnd() {
+  if (HandleAllocated()) {
+    itemIndex_ = GetItemIndex();
+    items_->FromWindow();
+  }
+  TWinControl::DestroyWnd();
+}
+
+// ---- TCustomListBox ----
+
+TCustomListBox::TCustomListBox(Classes::TComponent* owner) : TCustomListControl(owner, kListBox) {
+  SetBounds(0, 0, 121, 97);
+}
 
 void TCustomListBox::CreateParams(TCreateParams& params) {
   TWinControl::CreateParams(params);
@@ -128,20 +148,6 @@ void TCustomListBox::CreateParams(TCreateParams& params) {
   params.Style |=
       LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | (sorted_ ? LBS_SORT : 0) | (multiSelect_ ? LBS_EXTENDEDSEL : 0);
   params.ExStyle |= WS_EX_CLIENTEDGE;
-}
-
-void TCustomListBox::CreateWnd() {
-  TWinControl::CreateWnd();
-  items_->ToWindow();
-  SetItemIndex(itemIndex_);
-}
-
-void TCustomListBox::DestroyWnd() {
-  if (HandleAllocated()) {
-    itemIndex_ = GetItemIndex();
-    items_->FromWindow();
-  }
-  TWinControl::DestroyWnd();
 }
 
 int TCustomListBox::GetItemIndex() {
@@ -190,13 +196,9 @@ void TCustomListBox::Notified(TMessage& message) {
 
 // ---- TCustomComboBox ----
 
-TCustomComboBox::TCustomComboBox(Classes::TComponent* owner)
-    : TWinControl(owner), items_(std::make_unique<TWindowItems>(this, kComboBox)) {
-  SetTabStop(true);
+TCustomComboBox::TCustomComboBox(Classes::TComponent* owner) : TCustomListControl(owner, kComboBox) {
   SetBounds(0, 0, 145, 21);
 }
-
-TCustomComboBox::~TCustomComboBox() = default;
 
 void TCustomComboBox::CreateParams(TCreateParams& params) {
   TWinControl::CreateParams(params);
@@ -206,20 +208,6 @@ void TCustomComboBox::CreateParams(TCreateParams& params) {
   // The height is that of the dropped-down list; the window system makes the
   // closed box as high as its font needs.
   params.Height = style_ == csSimple ? params.Height : params.Height + 200;
-}
-
-void TCustomComboBox::CreateWnd() {
-  TWinControl::CreateWnd();
-  items_->ToWindow();
-  SetItemIndex(itemIndex_);
-}
-
-void TCustomComboBox::DestroyWnd() {
-  if (HandleAllocated()) {
-    itemIndex_ = GetItemIndex();
-    items_->FromWindow();
-  }
-  TWinControl::DestroyWnd();
 }
 
 int TCustomComboBox::GetItemIndex() {

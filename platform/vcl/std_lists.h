@@ -51,19 +51,40 @@ class VCL_API TWindowItems : public Classes::TStrings {
   Classes::TStringList kept_;
 };
 
+/// A control with a list of items, one of them selected (ItemIndex, -1:
+/// none): the items and the selection go through the window and are kept
+/// while the window is made again.
+class VCL_API TCustomListControl : public Controls::TWinControl {
+  VCL_CLASS();
+
+ public:
+  TCustomListControl(Classes::TComponent* owner, const TItemMessages& messages);
+  ~TCustomListControl() override;
+
+  Classes::TStrings* GetItems() const { return items_.get(); }
+  void SetItems(Classes::TStrings* value) { items_->Assign(value); }
+  virtual int GetItemIndex() = 0;
+  virtual void SetItemIndex(int value) = 0;
+
+ protected:
+  void CreateWnd() override;
+  void DestroyWnd() override;
+  int itemIndex_ = -1;  // while there is no window
+
+ private:
+  std::unique_ptr<TWindowItems> items_;
+};
+
 /// A list box. ItemIndex is the selected item (-1: none); with MultiSelect
 /// any number are selected (Selected).
-class VCL_API TCustomListBox : public Controls::TWinControl {
+class VCL_API TCustomListBox : public TCustomListControl {
   VCL_CLASS();
 
  public:
   explicit TCustomListBox(Classes::TComponent* owner);
-  ~TCustomListBox() override;
 
-  Classes::TStrings* GetItems() const { return items_.get(); }
-  void SetItems(Classes::TStrings* value) { items_->Assign(value); }
-  int GetItemIndex();
-  void SetItemIndex(int value);
+  int GetItemIndex() override;
+  void SetItemIndex(int value) override;
   bool GetMultiSelect() const { return multiSelect_; }
   void SetMultiSelect(bool value);
   bool GetSelected(int index);
@@ -77,13 +98,9 @@ class VCL_API TCustomListBox : public Controls::TWinControl {
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
-  void CreateWnd() override;
-  void DestroyWnd() override;
   void Notified(Controls::TMessage& message) override;
 
  private:
-  std::unique_ptr<TWindowItems> items_;
-  int itemIndex_ = -1;
   bool multiSelect_ = false;
   bool sorted_ = false;
   System::TNotifyEvent onClick_;
@@ -103,17 +120,14 @@ class VCL_API TListBox : public TCustomListBox {
 enum TComboBoxStyle { csDropDown, csSimple, csDropDownList };
 
 /// A combo box. ItemIndex is the selected item (-1: none).
-class VCL_API TCustomComboBox : public Controls::TWinControl {
+class VCL_API TCustomComboBox : public TCustomListControl {
   VCL_CLASS();
 
  public:
   explicit TCustomComboBox(Classes::TComponent* owner);
-  ~TCustomComboBox() override;
 
-  Classes::TStrings* GetItems() const { return items_.get(); }
-  void SetItems(Classes::TStrings* value) { items_->Assign(value); }
-  int GetItemIndex();
-  void SetItemIndex(int value);
+  int GetItemIndex() override;
+  void SetItemIndex(int value) override;
   TComboBoxStyle GetStyle() const { return style_; }
   void SetStyle(TComboBoxStyle value);
   /// After the user picked another item or edited the text.
@@ -122,13 +136,9 @@ class VCL_API TCustomComboBox : public Controls::TWinControl {
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
-  void CreateWnd() override;
-  void DestroyWnd() override;
   void Notified(Controls::TMessage& message) override;
 
  private:
-  std::unique_ptr<TWindowItems> items_;
-  int itemIndex_ = -1;
   TComboBoxStyle style_ = csDropDown;
   System::TNotifyEvent onChange_;
 };

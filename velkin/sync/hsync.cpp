@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <type_traits>
 
 #include "platform/ostrel/owned_handle.h"
 
@@ -120,23 +121,24 @@ void HSync_Delete() {
 
 void* HSync_Window() { return window.load(); }
 
-long HSync_CallEvent(HSyncProc proc, void* argument) {
+namespace {
+// A record of the unit's own on the caller's stack, sent as HSYNC_CALL.
+template <class Callback>
+long Call(Callback callback, void* argument) {
   HWND w = window.load();
   if (!w) return 0;
   OwnRecord data;
-  data.Proc = proc;
+  if constexpr (std::is_same_v<Callback, HSyncProc>)
+    data.Proc = callback;
+  else
+    data.Event = callback;
   data.Param = argument;
   return static_cast<long>(SendMessageA(w, HSYNC_CALL, 0, reinterpret_cast<LPARAM>(&data)));
 }
+}  // namespace
 
-long HSync_CallEvent(HSyncEvent event, void* argument) {
-  HWND w = window.load();
-  if (!w) return 0;
-  OwnRecord data;
-  data.Event = event;
-  data.Param = argument;
-  return static_cast<long>(SendMessageA(w, HSYNC_CALL, 0, reinterpret_cast<LPARAM>(&data)));
-}
+long HSync_CallEvent(HSyncProc proc, void* argument) { return Call(proc, argument); }
+long HSync_CallEvent(HSyncEvent event, void* argument) { return Call(event, argument); }
 
 long HSync_CallData(const HSyncData& data) {
   HWND w = window.load();
@@ -157,21 +159,22 @@ long Post(OwnRecord* data) {
 }
 }  // namespace
 
-long HSync_PostEvent(HSyncProc proc, void* argument) {
+namespace {
+template <class Callback>
+long PostCall(Callback callback, void* argument) {
   if (!window.load()) return 0;
   auto* data = new OwnRecord;
-  data->Proc = proc;
+  if constexpr (std::is_same_v<Callback, HSyncProc>)
+    data->Proc = callback;
+  else
+    data->Event = callback;
   data->Param = argument;
   return Post(data);
 }
+}  // namespace
 
-long HSync_PostEvent(HSyncEvent event, void* argument) {
-  if (!window.load()) return 0;
-  auto* data = new OwnRecord;
-  data->Event = event;
-  data->Param = argument;
-  return Post(data);
-}
+long HSync_PostEvent(HSyncProc proc, void* argument) { return PostCall(proc, argument); }
+long HSync_PostEvent(HSyncEvent event, void* argument) { return PostCall(event, argument); }
 
 void HSync_PostData(HSyncData* data) {
   if (!data) return;
