@@ -15,9 +15,6 @@ TScreen screenInstance(nullptr);
 
 void ApplicationHandlesIt(std::exception_ptr error) { Application->HandleException(error); }
 
-LRESULT CALLBACK AppWindowProc(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam) {
-  return DefWindowProcA(wnd, msg, wParam, lParam);
-}
 }  // namespace
 
 TApplication* Application = &applicationInstance;
@@ -40,7 +37,7 @@ void TApplication::Initialize() {
 HWND TApplication::GetHandle() {
   if (!handle_) {
     WNDCLASSA wc{};
-    wc.lpfnWndProc = &AppWindowProc;
+    wc.lpfnWndProc = &DefWindowProcA;
     wc.hInstance = GetModuleHandleA(nullptr);
     wc.lpszClassName = "TApplication";
     RegisterClassA(&wc);

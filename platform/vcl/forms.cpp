@@ -234,9 +234,6 @@ void TCustomForm::WndProc(TMessage& message) {
       else
         onActivate_(this);
       break;
-    case WM_SHOWWINDOW:
-      // Hidden by the window system (its owner minimised, say): keep Visible true.
-      break;
     default:
       break;
   }
