@@ -12,6 +12,7 @@ namespace Controls {
 
 VCL_COMPONENT_IMPL(TControl, Classes::TComponent)
 VCL_COMPONENT_IMPL(TWinControl, TControl)
+VCL_CLASS_IMPL(TGraphicControl, TControl)
 
 namespace {
 
@@ -27,8 +28,8 @@ HINSTANCE ThisModule() {
 
 std::atomic<TWindowExceptionHandler> exceptionHandler{nullptr};
 
-// The system's message font, which the system's own dialogs use: every
-// control's window gets it.
+}  // namespace
+
 HFONT MessageFont() {
   static const OwnedFont font = [] {
     NONCLIENTMETRICSA metrics{};
@@ -38,6 +39,8 @@ HFONT MessageFont() {
   }();
   return font.get();
 }
+
+namespace {
 
 void ShowException(std::exception_ptr error) {
   std::string text = "Unknown error";
@@ -170,6 +173,8 @@ void TControl::SetParent(TWinControl* parent) {
   if (parent_) parent_->RemoveControl(this);
   if (parent) parent->InsertControl(this);
 }
+
+void TControl::SetText(const AnsiString& value) { text_ = value; }
 
 void TControl::SetAlign(TAlign value) {
   if (value == align_) return;
@@ -314,7 +319,7 @@ void TWinControl::SetParentWindow(HWND value) {
 void TWinControl::CreateParams(TCreateParams& params) {
   params = TCreateParams{};
   params.Style = WS_CLIPCHILDREN | (tabStop_ ? WS_TABSTOP : 0);
-  params.Caption = text_.c_str();
+  params.Caption = text_.c_str();  // the member: CreateWnd uses it after this returns
   if (GetParent() || parentWindow_)
     params.Style |= WS_CHILD | WS_CLIPSIBLINGS;
   else
@@ -416,6 +421,17 @@ void TWinControl::EnabledChanged() {
 
 void TWinControl::WndProc(TMessage& message) {
   switch (message.Msg) {
+    case WM_PAINT:
+      // A window of the framework's own class paints the controls without a
+      // window inside it (a system class's procedure paints for itself).
+      if (defWndProc_ == &DefWindowProcA && !message.WParam) {
+        PAINTSTRUCT ps;
+        HDC dc = BeginPaint(handle_, &ps);
+        PaintControls(dc, ps.rcPaint);
+        EndPaint(handle_, &ps);
+        return;
+      }
+      break;
     case WM_WINDOWPOSCHANGED: {
       auto* pos = reinterpret_cast<const WINDOWPOS*>(message.LParam);
       if (!(pos->flags & SWP_NOSIZE) || !(pos->flags & SWP_NOMOVE)) ReadBoundsFromWindow();
@@ -464,7 +480,7 @@ void TWinControl::DefaultHandler(TMessage& message) {
 }
 
 AnsiString TWinControl::GetText() const {
-  if (!handle_) return text_;
+  if (!handle_) return TControl::GetText();
   const int length = GetWindowTextLengthA(handle_);
   std::string text(static_cast<size_t>(length) + 1, '\0');
   text.resize(static_cast<size_t>(GetWindowTextA(handle_, text.data(), length + 1)));
@@ -472,8 +488,31 @@ AnsiString TWinControl::GetText() const {
 }
 
 void TWinControl::SetText(const AnsiString& value) {
-  text_ = value;
+  TControl::SetText(value);
   if (handle_) SetWindowTextA(handle_, value.c_str());
+}
+
+void TWinControl::PaintControls(HDC dc, const RECT& rect) {
+  for (TControl* c : controls_) {
+    auto* g = dynamic_cast<TGraphicControl*>(c);
+    RECT area{c->left_, c->top_, c->left_ + c->width_, c->top_ + c->height_}, common;
+    if (!g || !g->visible_ || !IntersectRect(&common, &area, &rect)) continue;
+    const int saved = SaveDC(dc);
+    IntersectClipRect(dc, area.left, area.top, area.right, area.bottom);
+    SetViewportOrgEx(dc, area.left, area.top, nullptr);
+    g->Paint(dc);
+    RestoreDC(dc, saved);
+  }
+}
+
+// ---- TGraphicControl ----
+
+TGraphicControl::TGraphicControl(Classes::TComponent* owner) : TControl(owner) {}
+
+void TGraphicControl::SetText(const AnsiString& value) {
+  if (value == GetText()) return;
+  TControl::SetText(value);
+  Invalidate();
 }
 
 TWinControl* TWinControl::FindControl(HWND window) {

@@ -56,6 +56,10 @@ using TShiftState = System::Set<TShiftStateItem, ssShift, ssDouble>;
 using TKeyEvent = System::TClosure<void(System::TObject* Sender, WORD& Key, TShiftState Shift)>;
 using TKeyPressEvent = System::TClosure<void(System::TObject* Sender, char& Key)>;
 
+/// The system's message font, which the system's own dialogs use: every
+/// control's window gets it.
+VCL_API HFONT MessageFont();
+
 /// The keys held down now.
 VCL_API TShiftState KeyboardShiftState();
 
@@ -106,6 +110,9 @@ class VCL_API TControl : public Classes::TComponent {
 
   bool GetVisible() const { return visible_; }
   void SetVisible(bool value);
+  /// The control's text: a caption, or an edit's contents.
+  virtual AnsiString GetText() const { return text_; }
+  virtual void SetText(const AnsiString& value);
   /// Where the control keeps itself in its parent's client area: the parent
   /// stacks alTop controls from the top, then alBottom from the bottom, alLeft
   /// and alRight from the sides, each kind in creation order, and gives alClient
@@ -139,6 +146,7 @@ class VCL_API TControl : public Classes::TComponent {
  private:
   friend class TWinControl;
   TWinControl* parent_ = nullptr;
+  AnsiString text_;
   TAlign align_ = alNone;
   int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
   bool visible_ = true;
@@ -174,6 +182,9 @@ class VCL_API TWinControl : public TControl {
   TControl* GetControl(int index) const;
   /// Lays the aligned child controls out again (see TControl::SetAlign).
   void Realign();
+  /// Paints the controls without a window (labels) that lie inside rect, on
+  /// dc of this control's window.
+  void PaintControls(HDC dc, const RECT& rect);
   /// Whether control is a direct child of this one.
   bool ContainsControl(const TControl* control) const;
 
@@ -185,8 +196,8 @@ class VCL_API TWinControl : public TControl {
 
   /// The window's text (a form's caption, an edit's contents); kept by the
   /// control while it has no window.
-  AnsiString GetText() const;
-  void SetText(const AnsiString& value);
+  AnsiString GetText() const override;
+  void SetText(const AnsiString& value) override;
 
   /// Keyboard focus: CanFocus when it and all its parents are visible and
   /// enabled; SetFocus makes the windows as needed.
@@ -265,7 +276,6 @@ class VCL_API TWinControl : public TControl {
   std::vector<TControl*> controls_;
   std::vector<TWinControl*> tabList_;  // windowed children in tab order
   WNDPROC defWndProc_ = nullptr;
-  AnsiString text_;
   bool tabStop_ = false;
   bool swallowChar_ = false;
   TKeyEvent onKeyDown_;
@@ -273,6 +283,19 @@ class VCL_API TWinControl : public TControl {
   TKeyPressEvent onKeyPress_;
   System::TNotifyEvent onEnter_;
   System::TNotifyEvent onExit_;
+};
+
+/// A control without a window of its own, painted by its parent on the
+/// parent's window (see Paint).
+class VCL_API TGraphicControl : public TControl {
+  VCL_CLASS();
+
+ public:
+  explicit TGraphicControl(Classes::TComponent* owner);
+  void SetText(const AnsiString& value) override;
+  /// Paints the control on dc, whose origin is the control's top-left corner
+  /// and whose clip is the control's area.
+  virtual void Paint(HDC dc) = 0;
 };
 
 }  // namespace Controls

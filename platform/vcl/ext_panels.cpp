@@ -43,6 +43,7 @@ void TCustomPanel::WndProc(Controls::TMessage& message) {
       PAINTSTRUCT ps;
       HDC dc = BeginPaint(GetHandle(), &ps);
       Paint(dc);
+      PaintControls(dc, ps.rcPaint);
       EndPaint(GetHandle(), &ps);
       return;
     }

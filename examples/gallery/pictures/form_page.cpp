@@ -10,6 +10,7 @@
 #include "platform/vcl/application.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_label.h"
 
 using namespace Forms;
 using namespace Stdctrls;
@@ -58,7 +59,8 @@ int RenderFormPage(const char* folderName) {
   form.SetPosition(poScreenCenter);
   form.SetClientWidth(330);
   form.SetClientHeight(178);
-  Add<TEdit>(&form, 12, 12, 306, 23, "Edit box with text");
+  auto* name = Add<TLabel>(&form, 12, 16, 40, 15, "&Name:");
+  name->SetFocusControl(Add<TEdit>(&form, 60, 12, 258, 23, "Edit box with text"));
   Add<TCheckBox>(&form, 12, 46, 150, 19, "&Check box")->SetChecked(true);
   auto* grayed = Add<TCheckBox>(&form, 12, 70, 150, 19, "&Grayed check box");
   grayed->SetAllowGrayed(true);

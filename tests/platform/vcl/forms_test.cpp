@@ -88,6 +88,9 @@ TEST(TCustomForm, EnterAndEscapeEndShowModalThroughDefaultAndCancelButtons) {
     EXPECT_FALSE(IsWindowVisible(d.form->GetHandle())) << r.what;
     EXPECT_EQ(r.expected == Controls::mrOk ? 1 : 0, clicks) << r.what;
     EXPECT_EQ("", std::string(d.edit->GetText().c_str())) << r.what << ": no character reached the edit";
+    char caption[16] = {};
+    GetWindowTextA(d.ok->GetHandle(), caption, sizeof caption);
+    EXPECT_EQ("OK", std::string(caption)) << "the text set before the window was made is its caption";
   }
   // A visible form cannot be made modal.
   Dialog d;

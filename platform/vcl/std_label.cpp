@@ -1,0 +1,93 @@
+#include "platform/vcl/std_label.h"
+
+#include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
+
+namespace Stdctrls {
+
+VCL_COMPONENT_IMPL(TCustomLabel, Controls::TGraphicControl)
+VCL_COMPONENT_IMPL(TLabel, TCustomLabel)
+
+TCustomLabel::TCustomLabel(Classes::TComponent* owner) : TGraphicControl(owner) { SetBounds(0, 0, 65, 17); }
+
+// The parent window's font (the framework gives every window the message font).
+HFONT TCustomLabel::Font() const {
+  Controls::TWinControl* parent = GetParent();
+  HFONT font = parent && parent->HandleAllocated()
+                   ? reinterpret_cast<HFONT>(SendMessageA(parent->GetHandle(), WM_GETFONT, 0, 0))
+                   : nullptr;
+  return font ? font : Controls::MessageFont();
+}
+
+UINT TCustomLabel::DrawFlags() const {
+  static constexpr UINT kAcross[] = {DT_LEFT, DT_RIGHT, DT_CENTER};
+  UINT flags = kAcross[alignment_] | (wordWrap_ ? DT_WORDBREAK : DT_SINGLELINE);
+  if (!wordWrap_) flags |= layout_ == tlCenter ? DT_VCENTER : layout_ == tlBottom ? DT_BOTTOM : DT_TOP;
+  return flags;
+}
+
+void TCustomLabel::Paint(HDC dc) {
+  RECT r{0, 0, GetWidth(), GetHeight()};
+  if (!transparent_) FillRect(dc, &r, GetSysColorBrush(COLOR_BTNFACE));
+  const AnsiString text = GetText();
+  DCChanger state(dc);
+  state.Select(Font());
+  state.SetBkMode(TRANSPARENT);
+  state.SetTextColor(GetSysColor(GetEnabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  DrawTextA(dc, text.c_str(), text.Length(), &r, DrawFlags());
+}
+
+void TCustomLabel::AdjustSize() {
+  if (!autoSize_) return;
+  const AnsiString text = GetText();
+  const OwnedWindowDC screen(nullptr);
+  DCChanger state(screen.get());
+  state.Select(Font());
+  RECT r{0, 0, wordWrap_ ? GetWidth() : 0, 0};
+  DrawTextA(screen.get(), text.IsEmpty() ? " " : text.c_str(), text.IsEmpty() ? 1 : text.Length(), &r,
+            (DrawFlags() & ~(DT_VCENTER | DT_BOTTOM)) | DT_CALCRECT);
+  SetBounds(GetLeft(), GetTop(), r.right - r.left, r.bottom - r.top);
+}
+
+void TCustomLabel::SetText(const AnsiString& value) {
+  TGraphicControl::SetText(value);
+  AdjustSize();
+}
+
+void TCustomLabel::SetAlignment(TAlignment value) {
+  alignment_ = value;
+  Invalidate();
+}
+
+void TCustomLabel::SetLayout(TTextLayout value) {
+  layout_ = value;
+  Invalidate();
+}
+
+void TCustomLabel::SetTransparent(bool value) {
+  transparent_ = value;
+  Invalidate();
+}
+
+void TCustomLabel::SetAutoSize(bool value) {
+  autoSize_ = value;
+  AdjustSize();
+}
+
+void TCustomLabel::SetWordWrap(bool value) {
+  wordWrap_ = value;
+  AdjustSize();
+  Invalidate();
+}
+
+void TCustomLabel::SetFocusControl(Controls::TWinControl* value) {
+  focusControl_ = value;
+  if (value) value->FreeNotification(this);
+}
+
+void TCustomLabel::Notification(Classes::TComponent* component, Classes::TOperation operation) {
+  TGraphicControl::Notification(component, operation);
+  if (operation == Classes::opRemove && component == focusControl_) focusControl_ = nullptr;
+}
+
+}  // namespace Stdctrls
