@@ -58,6 +58,20 @@ void ShowException(std::exception_ptr error) {
 TWindowExceptionHandler GetWindowExceptionHandler() { return exceptionHandler.load(); }
 void SetWindowExceptionHandler(TWindowExceptionHandler handler) { exceptionHandler.store(handler); }
 
+bool IsAccel(unsigned key, const AnsiString& caption) {
+  const std::string& s = caption.str();
+  for (size_t i = 0; i + 1 < s.size(); ++i) {
+    if (s[i] != '&') continue;
+    if (s[i + 1] == '&') {
+      ++i;
+      continue;
+    }
+    return CharUpperA(reinterpret_cast<LPSTR>(static_cast<uintptr_t>(static_cast<unsigned char>(s[i + 1])))) ==
+           CharUpperA(reinterpret_cast<LPSTR>(static_cast<uintptr_t>(key & 0xFF)));
+  }
+  return false;
+}
+
 TShiftState KeyboardShiftState() {
   TShiftState s;
   if (GetKeyState(VK_SHIFT) < 0) s << ssShift;
@@ -442,6 +456,7 @@ void TWinControl::WndProc(TMessage& message) {
     case WM_KEYUP:
     case WM_SYSKEYUP:
     case WM_CHAR:
+    case WM_SYSCHAR:
       if (HandleKey(message)) return;
       break;
     case WM_SETFOCUS:
@@ -451,6 +466,7 @@ void TWinControl::WndProc(TMessage& message) {
       onExit_(this);
       break;
     case CM_DIALOGKEY:
+    case CM_DIALOGCHAR:
       return;  // not taken: Result stays 0
     case WM_COMMAND:
     case WM_HSCROLL:
@@ -635,6 +651,12 @@ bool TWinControl::HandleKey(TMessage& message) {
       message.WParam = key;
       return false;
     }
+    case WM_SYSCHAR: {
+      // Alt+letter: offered to every control of the form; one whose
+      // mnemonic it is takes it.
+      TMessage dialogChar{CM_DIALOGCHAR, message.WParam, message.LParam, 0};
+      return TopLevel()->Broadcast(dialogChar);
+    }
     case WM_CHAR: {
       if (swallowChar_) {
         swallowChar_ = false;
@@ -658,18 +680,18 @@ void TWinControl::DialogKey(TMessage& message) {
     message.Result = 1;
     return;
   }
-  BroadcastDialogKey(message);
+  Broadcast(message);
 }
 
-bool TWinControl::BroadcastDialogKey(TMessage& message) {
+bool TWinControl::Broadcast(TMessage& message) {
   // A copy: the control that takes the key may change the list (close a form).
   const std::vector<TControl*> children = controls_;
   for (TControl* c : children) {
-    if (c->Perform(CM_DIALOGKEY, message.WParam, message.LParam) != 0) {
+    if (c->Perform(message.Msg, message.WParam, message.LParam) != 0) {
       message.Result = 1;
       return true;
     }
-    if (auto* w = dynamic_cast<TWinControl*>(c); w && w->BroadcastDialogKey(message)) return true;
+    if (auto* w = dynamic_cast<TWinControl*>(c); w && w->Broadcast(message)) return true;
   }
   return false;
 }

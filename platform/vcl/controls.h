@@ -60,6 +60,10 @@ using TKeyPressEvent = System::TClosure<void(System::TObject* Sender, char& Key)
 /// control's window gets it.
 VCL_API HFONT MessageFont();
 
+/// Whether caption marks key as its mnemonic: '&' before that letter (in
+/// either case; "&&" is a plain '&').
+VCL_API bool IsAccel(unsigned key, const AnsiString& caption);
+
 /// The keys held down now.
 VCL_API TShiftState KeyboardShiftState();
 
@@ -267,7 +271,7 @@ class VCL_API TWinControl : public TControl {
   bool HandleKey(TMessage& message);
   template <class Event, class Key, class... Rest>
   bool RunKeyEvent(Event TWinControl::*event, Key& key, Rest... rest);
-  bool BroadcastDialogKey(TMessage& message);
+  bool Broadcast(TMessage& message);
   void CollectTabStops(std::vector<TWinControl*>& list) const;
 
   HWND handle_ = nullptr;

@@ -21,6 +21,18 @@ bool TButtonControl::GetChecked() { return false; }
 void TButtonControl::SetChecked(bool) {}
 void TButtonControl::Click() { onClick_(this); }
 
+void TButtonControl::WndProc(TMessage& message) {
+  if (message.Msg == Controls::CM_DIALOGCHAR) {
+    if (Controls::IsAccel(static_cast<unsigned>(message.WParam), GetText()) && CanFocus()) {
+      SetFocus();
+      SendMessageA(GetHandle(), BM_CLICK, 0, 0);
+      message.Result = 1;
+    }
+    return;
+  }
+  TWinControl::WndProc(message);
+}
+
 void TButtonControl::Notified(TMessage& message) {
   if (message.Msg == Controls::CN_COMMAND && HIWORD(message.WParam) == BN_CLICKED) Click();
 }
@@ -55,7 +67,7 @@ void TButton::WndProc(TMessage& message) {
     }
     return;
   }
-  TButtonControl::WndProc(message);
+  TButtonControl::WndProc(message);  // mnemonics too
 }
 
 // ---- TCustomCheckBox ----

@@ -22,6 +22,8 @@ class VCL_API TButtonControl : public Controls::TWinControl {
   System::TNotifyEvent GetOnClick() const { return onClick_; }
   void SetOnClick(System::TNotifyEvent value) { onClick_ = value; }
   virtual void Click();
+  /// Alt and the caption's '&' letter: focus and click, as a mouse click would.
+  void WndProc(Controls::TMessage& message) override;
 
  protected:
   void Notified(Controls::TMessage& message) override;

@@ -80,6 +80,18 @@ void TCustomLabel::SetWordWrap(bool value) {
   Invalidate();
 }
 
+void TCustomLabel::WndProc(Controls::TMessage& message) {
+  if (message.Msg == Controls::CM_DIALOGCHAR) {
+    if (focusControl_ && focusControl_->CanFocus() &&
+        Controls::IsAccel(static_cast<unsigned>(message.WParam), GetText())) {
+      focusControl_->SetFocus();
+      message.Result = 1;
+    }
+    return;
+  }
+  TGraphicControl::WndProc(message);
+}
+
 void TCustomLabel::SetFocusControl(Controls::TWinControl* value) {
   focusControl_ = value;
   if (value) value->FreeNotification(this);

@@ -37,6 +37,8 @@ class VCL_API TCustomLabel : public Controls::TGraphicControl {
   void SetFocusControl(Controls::TWinControl* value);
 
   void Paint(HDC dc) override;
+  /// Alt and the caption's '&' letter focus FocusControl.
+  void WndProc(Controls::TMessage& message) override;
 
  protected:
   void Notification(Classes::TComponent* component, Classes::TOperation operation) override;

@@ -12,6 +12,7 @@
 #include "platform/vcl/application.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_label.h"
 
 using namespace Forms;
 using namespace Stdctrls;
@@ -144,6 +145,41 @@ TEST(TCustomForm, KeyEventsCanSwallowKeysAndTabFollowsTheTabOrder) {
   EXPECT_TRUE(d.ok->Focused());
   tab(d.ok);
   EXPECT_TRUE(d.cancel->Focused()) << "the last stop, after reordering";
+}
+
+TEST(TCustomForm, AltAndAMnemonicFocusesOrClicksItsControl) {
+  Dialog d;
+  auto* label = new TLabel(d.form);
+  label->SetParent(d.form);
+  label->SetText("&Name:");
+  label->SetFocusControl(d.edit);
+  auto* box = new TCheckBox(d.form);
+  box->SetParent(d.form);
+  box->SetTop(60);
+  box->SetText("&Keep");
+  int clicks = 0;
+  struct Counter {
+    int* n;
+    void Clicked(System::TObject*) { ++*n; }
+  } counter{&clicks};
+  d.cancel->SetText("&Cancel");
+  d.cancel->SetModalResult(Controls::mrNone);
+  d.cancel->SetOnClick(System::TNotifyEvent(&counter, &Counter::Clicked));
+  d.form->Show();
+  d.ok->SetFocus();
+  const auto alt = [&](char c) { return SendMessageA(GetFocus(), WM_SYSCHAR, static_cast<unsigned char>(c), 1 << 29); };
+  alt('n');
+  EXPECT_TRUE(d.edit->Focused()) << "the label's letter focuses its control";
+  alt('K');
+  EXPECT_TRUE(box->GetChecked()) << "a check box's letter ticks it";
+  EXPECT_TRUE(box->Focused());
+  alt('c');
+  EXPECT_EQ(1, clicks) << "a button's letter clicks it";
+  alt('z');
+  EXPECT_EQ(1, clicks);
+  EXPECT_TRUE(box->GetChecked()) << "nobody's letter changes nothing";
+  EXPECT_TRUE(Controls::IsAccel('a', "S&ave")) << "either case";
+  EXPECT_FALSE(Controls::IsAccel('s', "&&Save"));
 }
 
 TEST(TRadioButton, CheckingOneUnchecksItsSiblingsAndCheckBoxesCycle) {
