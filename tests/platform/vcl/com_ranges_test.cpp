@@ -1,0 +1,177 @@
+// Range controls: values as the native windows keep them, moved by the
+// windows' own keyboard and mouse handling.
+#include "platform/vcl/com_ranges.h"
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/vcl/forms.h"
+#include "platform/vcl/std_edits.h"
+
+using namespace Comctrls;
+
+namespace {
+
+struct TEvents {
+  int changes = 0, clicks = 0, asked = 0;
+  TUDBtnType last = btPrev;
+  bool allow = true;
+  void Change(System::TObject*) { ++changes; }
+  void Click(System::TObject*, TUDBtnType button) { ++clicks, last = button; }
+  void Changing(System::TObject*, bool& allow_) { ++asked, allow_ = allow; }
+};
+
+TEST(TProgressBar, AndUpDownKeepTheNative16BitValues) {
+  Forms::TForm form(nullptr);
+  auto* bar = new TProgressBar(&form);
+  bar->SetParent(&form);
+  auto* updown = new TUpDown(&form);
+  updown->SetParent(&form);
+  HWND barWnd = bar->GetHandle(), udWnd = updown->GetHandle();
+  // Each row sets one value; the control and the window then hold the row's.
+  struct Row {
+    const char* what;
+    int value, min, max, position;
+  };
+  const Row progress[] = {
+      {"max 70000", 70000, 0, 4464, 0},           {"position over max", 5000, 0, 4464, 4464},
+      {"min -70000", -70000, -4464, 4464, 4464},  {"position -3000", -3000, -4464, 4464, -3000},
+      {"max 32768", 32768, -4464, -32768, -4464},
+  };
+  void (TProgressBar::*const setters[])(int) = {&TProgressBar::SetMax, &TProgressBar::SetPosition,
+                                                &TProgressBar::SetMin, &TProgressBar::SetPosition,
+                                                &TProgressBar::SetMax};
+  for (size_t i = 0; i < std::size(progress); ++i) {
+    const Row& r = progress[i];
+    (bar->*setters[i])(r.value);
+    PBRANGE range{};
+    SendMessageA(barWnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
+    EXPECT_EQ(r.min, bar->GetMin()) << r.what;
+    EXPECT_EQ(r.max, bar->GetMax()) << r.what;
+    EXPECT_EQ(r.position, bar->GetPosition()) << r.what;
+    EXPECT_EQ(r.min, range.iLow) << r.what << ": window";
+    EXPECT_EQ(r.max, range.iHigh) << r.what << ": window";
+  }
+
+  const Row upDown[] = {
+      {"max 32767", 32767, 0, 32767, 0},
+      {"min 70000 (4464)", 70000, 4464, 32767, 4464},
+      {"min -32768", -32768, -32768, 32767, 4464},
+      {"position 40000 (-25536)", 40000, -32768, 32767, -25536},
+      {"max -65536 (0)", -65536, -32768, 0, -25536},
+  };
+  void (TCustomUpDown::*const udSetters[])(short) = {&TCustomUpDown::SetMax, &TCustomUpDown::SetMin,
+                                                     &TCustomUpDown::SetMin, &TCustomUpDown::SetPosition,
+                                                     &TCustomUpDown::SetMax};
+  for (size_t i = 0; i < std::size(upDown); ++i) {
+    const Row& r = upDown[i];
+    (updown->*udSetters[i])(static_cast<short>(r.value));
+    const auto range = static_cast<DWORD>(SendMessageA(udWnd, UDM_GETRANGE, 0, 0));
+    const auto pos = static_cast<DWORD>(SendMessageA(udWnd, UDM_GETPOS, 0, 0));
+    EXPECT_EQ(r.min, updown->GetMin()) << r.what;
+    EXPECT_EQ(r.max, updown->GetMax()) << r.what;
+    EXPECT_EQ(r.position, updown->GetPosition()) << r.what;
+    EXPECT_EQ(r.min, static_cast<short>(HIWORD(range))) << r.what << ": window";
+    EXPECT_EQ(r.max, static_cast<short>(LOWORD(range))) << r.what << ": window";
+    EXPECT_EQ(r.position, static_cast<short>(LOWORD(pos))) << r.what << ": window";
+  }
+}
+
+TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
+  Forms::TForm form(nullptr);
+  form.SetBounds(0, 0, 300, 200);
+  auto* edit = new Stdctrls::TEdit(&form);
+  edit->SetParent(&form);
+  auto* updown = new TUpDown(&form);
+  updown->SetParent(&form);
+  updown->SetMax(10);
+  updown->SetIncrement(3);
+  updown->SetAssociate(edit);
+  TEvents events;
+  updown->SetOnClick({&events, &TEvents::Click});
+  updown->SetOnChanging({&events, &TEvents::Changing});
+  HWND w = updown->GetHandle();
+  EXPECT_EQ("0", std::string(edit->GetText().c_str())) << "the buddy shows the position";
+
+  // A press on the upper arrow, then on the lower one, as the mouse makes them.
+  auto press = [w](bool upper) {
+    RECT r;
+    GetClientRect(w, &r);
+    const LPARAM at = MAKELPARAM(r.right / 2, upper ? 2 : r.bottom - 3);
+    SendMessageA(w, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    SendMessageA(w, WM_LBUTTONUP, 0, at);
+  };
+  struct Step {
+    const char* what;
+    bool upper, allow;
+    int position, clicks;
+    TUDBtnType button;
+  };
+  const Step steps[] = {
+      {"up", true, true, 3, 1, btNext},           {"up again", true, true, 6, 2, btNext},
+      {"refused", true, false, 6, 2, btNext},     {"down", false, true, 3, 3, btPrev},
+      {"up once more", true, true, 6, 4, btNext},
+  };
+  int asked = 0;
+  for (const Step& s : steps) {
+    events.allow = s.allow;
+    press(s.upper);
+    EXPECT_EQ(++asked, events.asked) << s.what << ": OnChanging asked once";
+    EXPECT_EQ(s.position, updown->GetPosition()) << s.what;
+    EXPECT_EQ(std::to_string(s.position), std::string(edit->GetText().c_str())) << s.what << ": buddy";
+    EXPECT_EQ(s.clicks, events.clicks) << s.what;
+    EXPECT_EQ(s.button, events.last) << s.what;
+  }
+  delete edit;  // the up-down forgets its buddy
+  EXPECT_EQ(nullptr, updown->GetAssociate());
+  EXPECT_EQ(nullptr, reinterpret_cast<HWND>(SendMessageA(w, UDM_GETBUDDY, 0, 0)));
+}
+
+TEST(TScrollBar, AndTrackBarFollowTheirWindowsKeys) {
+  Forms::TForm form(nullptr);
+  auto* scroll = new Stdctrls::TScrollBar(&form);
+  scroll->SetParent(&form);
+  auto* track = new TTrackBar(&form);
+  track->SetParent(&form);
+  TEvents scrolled, tracked;
+  scroll->SetOnChange({&scrolled, &TEvents::Change});
+  track->SetOnChange({&tracked, &TEvents::Change});
+  scroll->SetParams(5, 0, 50);
+  scroll->SetSmallChange(2);
+  scroll->SetLargeChange(10);
+  track->SetMax(20);
+  track->SetPosition(4);
+  EXPECT_EQ(1, scrolled.changes);
+  EXPECT_EQ(1, tracked.changes);
+  HWND sw = scroll->GetHandle(), tw = track->GetHandle();
+  EXPECT_EQ(5, GetScrollPos(sw, SB_CTL)) << "set before the window was made";
+  EXPECT_EQ(4, SendMessageA(tw, TBM_GETPOS, 0, 0)) << "set before the window was made";
+
+  struct Key {
+    WORD key;
+    int scrollPos, trackPos;
+  };
+  const Key keys[] = {{VK_RIGHT, 7, 5}, {VK_NEXT, 17, 9}, {VK_LEFT, 15, 8}, {VK_END, 50, 20}, {VK_HOME, 0, 0}};
+  int n = 1;
+  for (const Key& k : keys) {
+    ++n;
+    SendMessageA(sw, WM_KEYDOWN, k.key, 1);
+    SendMessageA(tw, WM_KEYDOWN, k.key, 1);
+    EXPECT_EQ(k.scrollPos, scroll->GetPosition()) << "key " << k.key;
+    EXPECT_EQ(k.scrollPos, GetScrollPos(sw, SB_CTL)) << "key " << k.key << ": window";
+    EXPECT_EQ(k.trackPos, track->GetPosition()) << "key " << k.key;
+    EXPECT_EQ(n, scrolled.changes) << "key " << k.key;
+    EXPECT_LE(n, tracked.changes) << "key " << k.key;
+  }
+  // The range holds the position; a reversed range collapses.
+  scroll->SetMax(-3);
+  EXPECT_EQ(0, scroll->GetMax());
+  track->SetPosition(15);
+  track->SetMax(12);
+  EXPECT_EQ(12, track->GetPosition());
+  EXPECT_EQ(12, SendMessageA(tw, TBM_GETPOS, 0, 0));
+}
+
+}  // namespace
