@@ -30,6 +30,7 @@ VCL_COMPONENT_IMPL(TScrollBar, Controls::TWinControl)
 TScrollBar::TScrollBar(Classes::TComponent* owner) : TWinControl(owner) {
   SetBounds(0, 0, 121, GetSystemMetrics(SM_CYHSCROLL));
   SetTabStop(true);
+  SetControlStyle({});  // the window tracks the mouse in a loop of its own
 }
 
 void TScrollBar::CreateParams(TCreateParams& params) {
@@ -121,6 +122,7 @@ VCL_COMPONENT_IMPL(TUpDown, TCustomUpDown)
 TTrackBar::TTrackBar(Classes::TComponent* owner) : TWinControl(owner) {
   SetBounds(0, 0, 150, 45);
   SetTabStop(true);
+  SetControlStyle({});
 }
 
 void TTrackBar::CreateParams(TCreateParams& params) {
@@ -238,7 +240,10 @@ void TProgressBar::SetSmooth(bool value) {
 
 // ---- TCustomUpDown ----
 
-TCustomUpDown::TCustomUpDown(Classes::TComponent* owner) : TWinControl(owner) { SetBounds(0, 0, 17, 25); }
+TCustomUpDown::TCustomUpDown(Classes::TComponent* owner) : TWinControl(owner) {
+  SetBounds(0, 0, 17, 25);
+  SetControlStyle({});  // its OnClick tells the arrow, see Click(TUDBtnType)
+}
 
 void TCustomUpDown::CreateParams(TCreateParams& params) {
   InitRangeClasses();

@@ -55,8 +55,9 @@ class VCL_API TScrollBar : public Controls::TWinControl {
 /// Unit ComCtrls, ranges: the common controls that show or pick a number.
 namespace Comctrls {
 
-/// Which way a track bar or up-down lies.
+/// Which way a track bar lies.
 enum TTrackBarOrientation { trHorizontal, trVertical };
+/// Which way an up-down's arrows point.
 enum TUDOrientation { udHorizontal, udVertical };
 /// The half of an up-down that was clicked.
 enum TUDBtnType { btNext, btPrev };
@@ -180,6 +181,7 @@ class VCL_API TCustomUpDown : public Controls::TWinControl {
   void Notified(Controls::TMessage& message) override;
   void Notification(Classes::TComponent* component, Classes::TOperation operation) override;
   virtual bool CanChange();
+  using TWinControl::Click;
   virtual void Click(TUDBtnType button) { onClick_(this, button); }
 
  private:

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 
 namespace Controls {
@@ -13,6 +14,7 @@ namespace Controls {
 VCL_COMPONENT_IMPL(TControl, Classes::TComponent)
 VCL_COMPONENT_IMPL(TWinControl, TControl)
 VCL_CLASS_IMPL(TGraphicControl, TControl)
+VCL_COMPONENT_IMPL(TCustomControl, TWinControl)
 
 namespace {
 
@@ -150,7 +152,43 @@ struct WindowProcAccess {
 
 // ---- TControl ----
 
-TControl::TControl(Classes::TComponent* owner) : TComponent(owner) {}
+namespace {
+
+// The message font as a font description, read once.
+const LOGFONTA& MessageLogFont() {
+  static const LOGFONTA font = [] {
+    LOGFONTA f{};
+    GetObjectA(MessageFont(), sizeof f, &f);
+    return f;
+  }();
+  return font;
+}
+
+TShiftState MouseShiftState(WPARAM keys) {
+  TShiftState s;
+  if (keys & MK_SHIFT) s << ssShift;
+  if (keys & MK_CONTROL) s << ssCtrl;
+  if (keys & MK_LBUTTON) s << ssLeft;
+  if (keys & MK_RBUTTON) s << ssRight;
+  if (keys & MK_MBUTTON) s << ssMiddle;
+  if (GetKeyState(VK_MENU) < 0) s << ssAlt;
+  return s;
+}
+
+// Client coordinates of a mouse message; signed, as they are left or above
+// the window while the mouse is captured.
+int MouseX(LPARAM l) { return static_cast<short>(LOWORD(l)); }
+int MouseY(LPARAM l) { return static_cast<short>(HIWORD(l)); }
+
+}  // namespace
+
+TControl::TControl(Classes::TComponent* owner) : TComponent(owner), font_(std::make_unique<Graphics::TFont>()) {
+  const LOGFONTA& f = MessageLogFont();
+  font_->SetName(f.lfFaceName);
+  font_->SetHeight(f.lfHeight);
+  font_->SetCharset(f.lfCharSet);
+  font_->SetOnChange({this, &TControl::FontChanged});
+}
 
 TControl::~TControl() {
   if (parent_) parent_->RemoveControl(this);
@@ -185,7 +223,153 @@ void TControl::SetParent(TWinControl* parent) {
   for (TWinControl* p = parent; p; p = p->GetParent())
     if (p == this) return;  // a control cannot live inside itself
   if (parent_) parent_->RemoveControl(this);
-  if (parent) parent->InsertControl(this);
+  if (!parent) return;
+  parent->InsertControl(this);
+  Perform(CM_PARENTCOLORCHANGED, 0, 0);
+  Perform(CM_PARENTFONTCHANGED, 0, 0);
+}
+
+void TControl::SetColor(Graphics::TColor value) {
+  if (value == color_) return;
+  color_ = value;
+  parentColor_ = false;
+  Perform(CM_COLORCHANGED, 0, 0);
+}
+
+void TControl::SetParentColor(bool value) {
+  if (value == parentColor_) return;
+  parentColor_ = value;
+  Perform(CM_PARENTCOLORCHANGED, 0, 0);
+}
+
+void TControl::SetParentFont(bool value) {
+  if (value == parentFont_) return;
+  parentFont_ = value;
+  Perform(CM_PARENTFONTCHANGED, 0, 0);
+}
+
+HFONT TControl::FontHandle() const { return fontDefault_ ? MessageFont() : font_->GetHandle(); }
+
+// A change made by the user, not taken from the parent, ends ParentFont.
+void TControl::FontChanged(System::TObject*) {
+  if (!takingFont_) parentFont_ = fontDefault_ = false;
+  Perform(CM_FONTCHANGED, 0, 0);
+}
+
+bool TControl::GetShowHint() const { return parentShowHint_ && parent_ ? parent_->GetShowHint() : showHint_; }
+
+void TControl::SetShowHint(bool value) {
+  showHint_ = value;
+  parentShowHint_ = false;
+}
+
+void TControl::BringToFront() {
+  if (parent_) {
+    auto& list = parent_->controls_;
+    list.erase(std::find(list.begin(), list.end(), this));
+    list.push_back(this);
+  }
+  if (auto* w = dynamic_cast<TWinControl*>(this); w && w->handle_)
+    SetWindowPos(w->handle_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  Invalidate();
+}
+
+void TControl::SendToBack() {
+  if (parent_) {
+    auto& list = parent_->controls_;
+    list.erase(std::find(list.begin(), list.end(), this));
+    list.insert(list.begin(), this);
+  }
+  if (auto* w = dynamic_cast<TWinControl*>(this); w && w->handle_)
+    SetWindowPos(w->handle_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  Invalidate();
+}
+
+MyPoint TControl::GetClientOrigin() const {
+  MyPoint origin = parent_ ? parent_->GetClientOrigin() : MyPoint{};
+  return {origin.x + left_, origin.y + top_};
+}
+
+MyPoint TControl::ClientToScreen(const MyPoint& point) const {
+  const MyPoint origin = GetClientOrigin();
+  return {point.x + origin.x, point.y + origin.y};
+}
+
+MyPoint TControl::ScreenToClient(const MyPoint& point) const {
+  const MyPoint origin = GetClientOrigin();
+  return {point.x - origin.x, point.y - origin.y};
+}
+
+void TControl::Update() {
+  if (parent_) parent_->Update();
+}
+
+void TControl::MouseDown(TMouseButton button, TShiftState shift, int x, int y) {
+  onMouseDown_(this, button, shift, x, y);
+}
+void TControl::MouseUp(TMouseButton button, TShiftState shift, int x, int y) { onMouseUp_(this, button, shift, x, y); }
+void TControl::MouseMove(TShiftState shift, int x, int y) { onMouseMove_(this, shift, x, y); }
+
+// A windowless control holds the mouse through its parent's window.
+void TControl::SetMouseCapture(bool value) {
+  if (!parent_ || !parent_->handle_) return;
+  if (value) {
+    parent_->captureControl_ = this;
+    SetCapture(parent_->handle_);
+  } else if (parent_->captureControl_ == this) {
+    parent_->captureControl_ = nullptr;
+    if (GetCapture() == parent_->handle_) ReleaseCapture();
+  }
+}
+
+// The window's own handling first, then the events: a click needs the press
+// and the release inside the control.
+void TControl::MouseMessage(TMessage& message) {
+  DefaultHandler(message);
+  const int x = MouseX(message.LParam), y = MouseY(message.LParam);
+  TShiftState shift = MouseShiftState(message.WParam);
+  switch (message.Msg) {
+    case WM_MOUSEMOVE:
+      MouseMove(shift, x, y);
+      return;
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDBLCLK:
+      shift << ssDouble;
+      [[fallthrough]];
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN: {
+      const TMouseButton button = message.Msg <= WM_LBUTTONDBLCLK   ? mbLeft
+                                  : message.Msg <= WM_RBUTTONDBLCLK ? mbRight
+                                                                    : mbMiddle;
+      if (button == mbLeft) {
+        if (controlStyle_.Contains(csCaptureMouse)) SetMouseCapture(true);
+        if (controlStyle_.Contains(csClickEvents)) {
+          clicked_ = !shift.Contains(ssDouble);
+          if (shift.Contains(ssDouble)) DblClick();
+        }
+      }
+      MouseDown(button, shift, x, y);
+      return;
+    }
+    default: {
+      const TMouseButton button = message.Msg == WM_LBUTTONUP   ? mbLeft
+                                  : message.Msg == WM_RBUTTONUP ? mbRight
+                                                                : mbMiddle;
+      bool click = false;
+      if (button == mbLeft) {
+        if (controlStyle_.Contains(csCaptureMouse)) SetMouseCapture(false);
+        const MyRect r = GetClientRect();
+        click = clicked_ && x >= r.left && x < r.right && y >= r.top && y < r.bottom;
+        clicked_ = false;
+      }
+      // OnMouseUp before OnClick: a click handler may free the control.
+      MouseUp(button, shift, x, y);
+      if (click) Click();
+      return;
+    }
+  }
 }
 
 void TControl::SetText(const AnsiString& value) { text_ = value; }
@@ -222,13 +406,50 @@ LRESULT TControl::Perform(UINT msg, WPARAM wParam, LPARAM lParam) {
   return m.Result;
 }
 
-void TControl::WndProc(TMessage& message) { DefaultHandler(message); }
+void TControl::WndProc(TMessage& message) {
+  switch (message.Msg) {
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_MBUTTONDBLCLK:
+      MouseMessage(message);
+      return;
+    case CM_COLORCHANGED:
+    case CM_FONTCHANGED:
+      Invalidate();
+      return;
+    case CM_PARENTCOLORCHANGED:
+      if (parentColor_ && parent_) {
+        SetColor(parent_->color_);
+        parentColor_ = true;
+      }
+      return;
+    case CM_PARENTFONTCHANGED:
+      if (parentFont_ && parent_) {
+        takingFont_ = true;
+        fontDefault_ = parent_->fontDefault_;
+        font_->Assign(parent_->font_.get());
+        takingFont_ = false;
+      }
+      return;
+    default:
+      DefaultHandler(message);
+  }
+}
 
 void TControl::DefaultHandler(TMessage&) {}
 
 // ---- TWinControl ----
 
-TWinControl::TWinControl(Classes::TComponent* owner) : TControl(owner) {}
+TWinControl::TWinControl(Classes::TComponent* owner) : TControl(owner), brush_(std::make_unique<Graphics::TBrush>()) {
+  brush_->SetColor(GetColor());
+}
 
 void TWinControl::BeforeDestruction() {
   // Done here while derived parts still exist, so their WndProc sees the
@@ -255,6 +476,7 @@ void TWinControl::DestroyChildren() {
 
 void TWinControl::InsertControl(TControl* control) {
   controls_.push_back(control);
+  control->alignOrder_ = ++alignCounter_;
   if (control->align_ != alNone) Realign();
   if (auto* w = dynamic_cast<TWinControl*>(control)) tabList_.push_back(w);
   control->parent_ = this;
@@ -270,6 +492,7 @@ void TWinControl::RemoveControl(TControl* control) {
   control->Invalidate();
   if (auto* w = dynamic_cast<TWinControl*>(control)) w->DestroyHandle();
   controls_.erase(it);
+  if (captureControl_ == control) captureControl_ = nullptr;
   tabList_.erase(std::remove(tabList_.begin(), tabList_.end(), control), tabList_.end());
   control->parent_ = nullptr;
   if (control->align_ != alNone) Realign();
@@ -284,8 +507,12 @@ void TWinControl::Realign() {
   if (aligning_ || GetComponentState().Contains(Classes::csDestroying)) return;
   ++aligning_;
   MyRect r = GetClientRect();
-  // A copy: a control freed by a handler while the others move is skipped.
-  const std::vector<TControl*> children = controls_;
+  // A copy, in the order the controls came in (front-to-back order is
+  // another matter): a control freed by a handler while the others move is
+  // skipped.
+  std::vector<TControl*> children = controls_;
+  std::sort(children.begin(), children.end(),
+            [](const TControl* a, const TControl* b) { return a->alignOrder_ < b->alignOrder_; });
   for (TAlign kind : {alTop, alBottom, alLeft, alRight, alClient})
     for (TControl* c : children) {
       if (!ContainsControl(c) || c->align_ != kind || !c->visible_) continue;
@@ -366,7 +593,7 @@ void TWinControl::CreateWnd() {
   HWND wnd = CreateWindowExA(params.ExStyle, params.WinClassName, params.Caption, params.Style, params.X, params.Y,
                              params.Width, params.Height, params.WndParent, nullptr, ThisModule(), this);
   handle_ = wnd;
-  if (wnd) SendMessageA(wnd, WM_SETFONT, reinterpret_cast<WPARAM>(MessageFont()), FALSE);
+  if (wnd) SendMessageA(wnd, WM_SETFONT, reinterpret_cast<WPARAM>(FontHandle()), FALSE);
   // The windows of the controls inside come with it, so that it shows whole.
   if (wnd)
     for (TControl* c : std::vector<TControl*>(controls_))
@@ -425,6 +652,47 @@ void TWinControl::Update() {
   if (handle_) UpdateWindow(handle_);
 }
 
+MyPoint TWinControl::GetClientOrigin() const {
+  POINT p{0, 0};
+  ::ClientToScreen(const_cast<TWinControl*>(this)->GetHandle(), &p);
+  return {p.x, p.y};
+}
+
+void TWinControl::SetMouseCapture(bool value) {
+  if (value && handle_)
+    SetCapture(handle_);
+  else if (!value && handle_ && GetCapture() == handle_)
+    ReleaseCapture();
+}
+
+void TWinControl::NotifyControls(UINT msg) {
+  for (TControl* c : std::vector<TControl*>(controls_))
+    if (ContainsControl(c)) c->Perform(msg, 0, 0);
+}
+
+// A mouse message over a windowless child (the topmost enabled visible one
+// under the mouse, or the one holding the mouse) is that child's.
+bool TWinControl::ControlMouseMessage(TMessage& message) {
+  TControl* target = nullptr;
+  if (captureControl_ && GetCapture() == handle_) {
+    target = captureControl_;
+  } else {
+    captureControl_ = nullptr;
+    const int x = static_cast<short>(LOWORD(message.LParam)), y = static_cast<short>(HIWORD(message.LParam));
+    for (auto it = controls_.rbegin(); it != controls_.rend() && !target; ++it) {
+      TControl* c = *it;
+      if (dynamic_cast<TGraphicControl*>(c) && c->visible_ && c->GetEnabled() && x >= c->left_ &&
+          x < c->left_ + c->width_ && y >= c->top_ && y < c->top_ + c->height_)
+        target = c;
+    }
+  }
+  if (!target) return false;
+  const int x = static_cast<short>(LOWORD(message.LParam)) - target->left_;
+  const int y = static_cast<short>(HIWORD(message.LParam)) - target->top_;
+  message.Result = target->Perform(message.Msg, message.WParam, MAKELPARAM(x, y));
+  return true;
+}
+
 void TWinControl::VisibleChanged() {
   if (handle_) ShowWindow(handle_, GetVisible() ? SW_SHOWNOACTIVATE : SW_HIDE);
 }
@@ -436,21 +704,80 @@ void TWinControl::EnabledChanged() {
 void TWinControl::WndProc(TMessage& message) {
   switch (message.Msg) {
     case WM_PAINT:
-      // A window of the framework's own class paints the controls without a
-      // window inside it (a system class's procedure paints for itself).
-      if (defWndProc_ == &DefWindowProcA && !message.WParam) {
+      // Windowless children are painted over the window's own painting; a
+      // system class paints on the context it is handed.
+      if (!message.WParam && (defWndProc_ == &DefWindowProcA || HasGraphicControls())) {
         PAINTSTRUCT ps;
         HDC dc = BeginPaint(handle_, &ps);
+        if (defWndProc_ != &DefWindowProcA) {
+          message.WParam = reinterpret_cast<WPARAM>(dc);
+          DefaultHandler(message);
+        }
         PaintControls(dc, ps.rcPaint);
         EndPaint(handle_, &ps);
         return;
       }
+      break;
+    case WM_ERASEBKGND:
+      if (defWndProc_ == &DefWindowProcA) {
+        RECT r;
+        ::GetClientRect(handle_, &r);
+        FillRect(reinterpret_cast<HDC>(message.WParam), &r, brush_->GetHandle());
+        message.Result = 1;
+        return;
+      }
+      break;
+    case WM_GETFONT:
+      // The default procedure keeps no font: answer with the control's.
+      if (defWndProc_ == &DefWindowProcA) {
+        message.Result = reinterpret_cast<LRESULT>(FontHandle());
+        return;
+      }
+      break;
+    case CM_COLORCHANGED:
+      brush_->SetColor(GetColor());
+      NotifyControls(CM_PARENTCOLORCHANGED);
+      Invalidate();
+      return;
+    case CM_FONTCHANGED:
+      if (handle_) SendMessageA(handle_, WM_SETFONT, reinterpret_cast<WPARAM>(FontHandle()), TRUE);
+      NotifyControls(CM_PARENTFONTCHANGED);
+      Invalidate();
+      return;
+    case CN_CTLCOLORMSGBOX:
+    case CN_CTLCOLOREDIT:
+    case CN_CTLCOLORLISTBOX:
+    case CN_CTLCOLORBTN:
+    case CN_CTLCOLORDLG:
+    case CN_CTLCOLORSTATIC: {
+      // The system control paints with this context after we return, so the
+      // colours stay set in it (no changer to put them back).
+      auto dc = reinterpret_cast<HDC>(message.WParam);
+      SetTextColor(dc, static_cast<COLORREF>(Graphics::ColorToRGB(GetFont()->GetColor())));
+      SetBkColor(dc, static_cast<COLORREF>(Graphics::ColorToRGB(GetColor())));
+      message.Result = reinterpret_cast<LRESULT>(brush_->GetHandle());
+      return;
+    }
+    case WM_CAPTURECHANGED:
+      captureControl_ = nullptr;
       break;
     case WM_WINDOWPOSCHANGED: {
       auto* pos = reinterpret_cast<const WINDOWPOS*>(message.LParam);
       if (!(pos->flags & SWP_NOSIZE) || !(pos->flags & SWP_NOMOVE)) ReadBoundsFromWindow();
       break;
     }
+    case WM_MOUSEMOVE:
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_MBUTTONDBLCLK:
+      if (ControlMouseMessage(message)) return;
+      break;
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
     case WM_KEYUP:
@@ -471,19 +798,30 @@ void TWinControl::WndProc(TMessage& message) {
     case WM_COMMAND:
     case WM_HSCROLL:
     case WM_VSCROLL:
-    case WM_NOTIFY: {
+    case WM_NOTIFY:
+    case WM_DRAWITEM:
+    case WM_CTLCOLORMSGBOX:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLORSTATIC: {
       // A child's notification goes back to the child.
-      HWND from = message.Msg == WM_NOTIFY ? reinterpret_cast<NMHDR*>(message.LParam)->hwndFrom
-                                           : reinterpret_cast<HWND>(message.LParam);
+      HWND from = message.Msg == WM_NOTIFY     ? reinterpret_cast<NMHDR*>(message.LParam)->hwndFrom
+                  : message.Msg == WM_DRAWITEM ? reinterpret_cast<DRAWITEMSTRUCT*>(message.LParam)->hwndItem
+                                               : reinterpret_cast<HWND>(message.LParam);
       if (TWinControl* child = from && from != handle_ ? FindControl(from) : nullptr) {
-        TMessage reflected{CN_BASE + message.Msg, message.WParam, message.LParam, 0};
-        child->Notified(reflected);
-        message.Result = reflected.Result;
+        message.Result = child->Perform(CN_BASE + message.Msg, message.WParam, message.LParam);
         return;
       }
       break;
     }
     default:
+      // The other notifications a parent passed back.
+      if (message.Msg >= CN_BASE && message.Msg < CN_BASE + WM_USER) {
+        Notified(message);
+        return;
+      }
       break;
   }
   TControl::WndProc(message);
@@ -506,6 +844,11 @@ AnsiString TWinControl::GetText() const {
 void TWinControl::SetText(const AnsiString& value) {
   TControl::SetText(value);
   if (handle_) SetWindowTextA(handle_, value.c_str());
+}
+
+bool TWinControl::HasGraphicControls() const {
+  return std::any_of(controls_.begin(), controls_.end(),
+                     [](const TControl* c) { return dynamic_cast<const TGraphicControl*>(c) != nullptr; });
 }
 
 void TWinControl::PaintControls(HDC dc, const RECT& rect) {
@@ -697,5 +1040,45 @@ bool TWinControl::Broadcast(TMessage& message) {
 }
 
 void TWinControl::Notified(TMessage&) {}
+
+// ---- TCustomControl ----
+
+TCustomControl::TCustomControl(Classes::TComponent* owner)
+    : TWinControl(owner), canvas_(std::make_unique<Graphics::TCanvas>()) {}
+
+TCustomControl::~TCustomControl() = default;
+
+void TCustomControl::Paint() {
+  const MyRect r = GetClientRect();
+  canvas_->FillRect(r);
+}
+
+void TCustomControl::WndProc(TMessage& message) {
+  switch (message.Msg) {
+    case WM_ERASEBKGND:
+      message.Result = 1;  // Paint covers it all
+      return;
+    case WM_PAINT: {
+      PAINTSTRUCT ps{};
+      HDC dc = message.WParam ? reinterpret_cast<HDC>(message.WParam) : BeginPaint(GetHandle(), &ps);
+      canvas_->SetHandle(dc);
+      canvas_->GetFont()->Assign(GetFont());
+      canvas_->GetBrush()->SetColor(GetColor());
+      try {
+        Paint();
+      } catch (...) {
+        canvas_->SetHandle(nullptr);
+        if (!message.WParam) EndPaint(GetHandle(), &ps);
+        throw;
+      }
+      canvas_->SetHandle(nullptr);  // puts back what the canvas selected
+      PaintControls(dc, message.WParam ? RECT{0, 0, GetWidth(), GetHeight()} : ps.rcPaint);
+      if (!message.WParam) EndPaint(GetHandle(), &ps);
+      return;
+    }
+    default:
+      TWinControl::WndProc(message);
+  }
+}
 
 }  // namespace Controls

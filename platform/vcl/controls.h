@@ -4,10 +4,14 @@
 #include <windows.h>
 
 #include <exception>
+#include <memory>
 #include <vector>
 
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/component.h"
+#include "platform/vcl/graphics_brush.h"
+#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/graphics_font.h"
 #include "platform/vcl/messages.h"
 #include "platform/vcl/set.h"
 #include "platform/vcl/vcl_api.h"
@@ -55,6 +59,19 @@ using TShiftState = System::Set<TShiftStateItem, ssShift, ssDouble>;
 /// Key events: a handler that sets Key to 0 swallows the key.
 using TKeyEvent = System::TClosure<void(System::TObject* Sender, WORD& Key, TShiftState Shift)>;
 using TKeyPressEvent = System::TClosure<void(System::TObject* Sender, char& Key)>;
+/// The mouse button of a mouse event.
+enum TMouseButton { mbLeft, mbRight, mbMiddle };
+/// Mouse events: X and Y in the control's client coordinates.
+using TMouseEvent =
+    System::TClosure<void(System::TObject* Sender, TMouseButton Button, TShiftState Shift, int X, int Y)>;
+using TMouseMoveEvent = System::TClosure<void(System::TObject* Sender, TShiftState Shift, int X, int Y)>;
+
+/// How a control takes the mouse: csCaptureMouse keeps the mouse from a press
+/// to its release, csClickEvents makes a press and release inside a click
+/// (and a double press a double click). Controls whose window reports clicks
+/// itself (buttons, lists) leave csClickEvents out.
+enum TControlStyleItem { csCaptureMouse, csClickEvents };
+using TControlStyle = System::Set<TControlStyleItem, csCaptureMouse, csClickEvents>;
 
 /// The system's message font, which the system's own dialogs use: every
 /// control's window gets it.
@@ -126,11 +143,71 @@ class VCL_API TControl : public Classes::TComponent {
   void SetAlign(TAlign value);
   void Show() { SetVisible(true); }
   void Hide() { SetVisible(false); }
-  bool GetEnabled() const { return enabled_; }
-  void SetEnabled(bool value);
+  virtual bool GetEnabled() const { return enabled_; }
+  virtual void SetEnabled(bool value);
+
+  /// The background colour; setting it clears ParentColor. With ParentColor
+  /// the control takes its parent's colour, now and whenever it changes.
+  Graphics::TColor GetColor() const { return color_; }
+  void SetColor(Graphics::TColor value);
+  bool GetParentColor() const { return parentColor_; }
+  void SetParentColor(bool value);
+  /// The text font (a system control's window gets its handle); changing it
+  /// clears ParentFont. With ParentFont the control follows its parent's.
+  Graphics::TFont* GetFont() const { return font_.get(); }
+  void SetFont(Graphics::TFont* value) { font_->Assign(value); }
+  bool GetParentFont() const { return parentFont_; }
+  void SetParentFont(bool value);
+  /// The font's handle; the framework's shared message font while the font
+  /// is the default one.
+  HFONT FontHandle() const;
+
+  /// The help text shown for the control; ShowHint (or, with ParentShowHint,
+  /// the parent's) says whether it is shown.
+  AnsiString GetHint() const { return hint_; }
+  void SetHint(const AnsiString& value) { hint_ = value; }
+  bool GetShowHint() const;
+  void SetShowHint(bool value);
+  bool GetParentShowHint() const { return parentShowHint_; }
+  void SetParentShowHint(bool value) { parentShowHint_ = value; }
+
+  TControlStyle GetControlStyle() const { return controlStyle_; }
+  void SetControlStyle(TControlStyle value) { controlStyle_ = value; }
+
+  /// Mouse events. OnClick runs for a press and release inside the control
+  /// (with csClickEvents), or when its window reports a click.
+  System::TNotifyEvent GetOnClick() const { return onClick_; }
+  void SetOnClick(System::TNotifyEvent value) { onClick_ = value; }
+  System::TNotifyEvent GetOnDblClick() const { return onDblClick_; }
+  void SetOnDblClick(System::TNotifyEvent value) { onDblClick_ = value; }
+  TMouseEvent GetOnMouseDown() const { return onMouseDown_; }
+  void SetOnMouseDown(TMouseEvent value) { onMouseDown_ = value; }
+  TMouseEvent GetOnMouseUp() const { return onMouseUp_; }
+  void SetOnMouseUp(TMouseEvent value) { onMouseUp_ = value; }
+  TMouseMoveEvent GetOnMouseMove() const { return onMouseMove_; }
+  void SetOnMouseMove(TMouseMoveEvent value) { onMouseMove_ = value; }
+  virtual void Click() { onClick_(this); }
+  virtual void DblClick() { onDblClick_(this); }
+
+  /// Puts the control above (in front of) or below its siblings: their paint
+  /// and window order and Controls[i]. Alignment keeps its own order.
+  void BringToFront();
+  void SendToBack();
+  /// Converts between the control's client coordinates and the screen's.
+  MyPoint ClientToScreen(const MyPoint& point) const;
+  MyPoint ScreenToClient(const MyPoint& point) const;
+  /// The screen position of the client area's top-left corner.
+  virtual MyPoint GetClientOrigin() const;
 
   /// Asks for a repaint of the control's area.
   virtual void Invalidate();
+  /// Paints what is invalid now.
+  virtual void Update();
+  /// Invalidate and Update.
+  void Repaint() {
+    Invalidate();
+    Update();
+  }
   /// Sends the message straight to the control's WndProc.
   LRESULT Perform(UINT msg, WPARAM wParam, LPARAM lParam);
 
@@ -146,15 +223,39 @@ class VCL_API TControl : public Classes::TComponent {
 
   /// Changes the stored bounds without touching any window.
   void UpdateBoundsFields(int left, int top, int width, int height);
+  /// Mouse hooks: they run the events.
+  virtual void MouseDown(TMouseButton button, TShiftState shift, int x, int y);
+  virtual void MouseUp(TMouseButton button, TShiftState shift, int x, int y);
+  virtual void MouseMove(TShiftState shift, int x, int y);
+  /// Keeps the mouse from a press to its release (see csCaptureMouse).
+  virtual void SetMouseCapture(bool value);
 
  private:
   friend class TWinControl;
+  void FontChanged(System::TObject* sender);
+  void MouseMessage(TMessage& message);
+
   TWinControl* parent_ = nullptr;
   AnsiString text_;
+  AnsiString hint_;
   TAlign align_ = alNone;
   int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
+  unsigned alignOrder_ = 0;  // when the control came into its parent
   bool visible_ = true;
   bool enabled_ = true;
+  bool parentColor_ = true;
+  bool parentFont_ = true;
+  bool fontDefault_ = true;  // FontHandle may hand out the shared message font
+  bool takingFont_ = false;  // the font changes on the control's behalf, not the user's
+  bool showHint_ = false;
+  bool parentShowHint_ = true;
+  bool clicked_ = false;
+  TControlStyle controlStyle_{csCaptureMouse, csClickEvents};
+  Graphics::TColor color_ = Graphics::clBtnFace;
+  std::unique_ptr<Graphics::TFont> font_;
+  System::TNotifyEvent onClick_, onDblClick_;
+  TMouseEvent onMouseDown_, onMouseUp_;
+  TMouseMoveEvent onMouseMove_;
 };
 
 /// A control with a window of its own, which can hold other controls.
@@ -191,12 +292,17 @@ class VCL_API TWinControl : public TControl {
   void PaintControls(HDC dc, const RECT& rect);
   /// Whether control is a direct child of this one.
   bool ContainsControl(const TControl* control) const;
+  /// Whether any child is a control without a window.
+  bool HasGraphicControls() const;
 
   void SetBounds(int left, int top, int width, int height) override;
   MyRect GetClientRect() const override;
   void Invalidate() override;
-  /// Paints what is invalid now.
-  void Update();
+  void Update() override;
+  MyPoint GetClientOrigin() const override;
+  /// The brush of the control's Color: its background, and what a system
+  /// control's window is given to paint with.
+  Graphics::TBrush* GetBrush() const { return brush_.get(); }
 
   /// The window's text (a form's caption, an edit's contents); kept by the
   /// control while it has no window.
@@ -221,7 +327,11 @@ class VCL_API TWinControl : public TControl {
   void SelectNext(TWinControl* current, bool forward);
 
   /// The key events: the form's preview (see WantsKeyPreview) goes first, then
-  /// the control's own; a key set to 0 never reaches the window.
+  /// the control's own; a key set to 0 never reaches the window. The routing
+  /// (events, dialog keys, mnemonics) happens in the focused control's window
+  /// procedure, so any loop that dispatches the key messages to their window
+  /// (after TranslateMessage, which makes the WM_CHAR) drives it: message
+  /// loops need no call of their own.
   TKeyEvent GetOnKeyDown() const { return onKeyDown_; }
   void SetOnKeyDown(TKeyEvent value) { onKeyDown_ = value; }
   TKeyEvent GetOnKeyUp() const { return onKeyUp_; }
@@ -245,6 +355,7 @@ class VCL_API TWinControl : public TControl {
   virtual void DestroyWnd();
   void VisibleChanged() override;
   void EnabledChanged() override;
+  void SetMouseCapture(bool value) override;
   /// Key handlers; false when the key was swallowed.
   virtual bool DoKeyDown(WORD& key, TShiftState shift);
   virtual bool DoKeyUp(WORD& key, TShiftState shift);
@@ -256,8 +367,10 @@ class VCL_API TWinControl : public TControl {
   /// default moves the focus on Tab and offers Enter and Escape to every
   /// control inside (a default or cancel button takes it).
   virtual void DialogKey(TMessage& message);
-  /// A notification (WM_COMMAND, WM_NOTIFY, scrolling) the parent passed back
-  /// to the control as CN_ plus the message.
+  /// A notification (WM_COMMAND, WM_NOTIFY, WM_DRAWITEM, scrolling) the
+  /// parent passed back to the control as CN_ plus the message. The colour
+  /// requests (CN_CTLCOLOR...) are answered before this with the control's
+  /// font colour, Color and brush.
   virtual void Notified(TMessage& message);
 
  private:
@@ -273,8 +386,13 @@ class VCL_API TWinControl : public TControl {
   bool RunKeyEvent(Event TWinControl::*event, Key& key, Rest... rest);
   bool Broadcast(TMessage& message);
   void CollectTabStops(std::vector<TWinControl*>& list) const;
+  bool ControlMouseMessage(TMessage& message);
+  void NotifyControls(UINT msg);
 
   HWND handle_ = nullptr;
+  TControl* captureControl_ = nullptr;  // a windowless child holding the mouse
+  unsigned alignCounter_ = 0;
+  std::unique_ptr<Graphics::TBrush> brush_;
   HWND parentWindow_ = nullptr;
   int aligning_ = 0;
   std::vector<TControl*> controls_;
@@ -300,6 +418,25 @@ class VCL_API TGraphicControl : public TControl {
   /// Paints the control on dc, whose origin is the control's top-left corner
   /// and whose clip is the control's area.
   virtual void Paint(HDC dc) = 0;
+};
+
+/// A windowed control that paints itself: Paint draws on Canvas, which holds
+/// the window's paint context while Paint runs.
+class VCL_API TCustomControl : public TWinControl {
+  VCL_CLASS();
+
+ public:
+  explicit TCustomControl(Classes::TComponent* owner);
+  ~TCustomControl() override;
+  Graphics::TCanvas* GetCanvas() const { return canvas_.get(); }
+  void WndProc(TMessage& message) override;
+
+ protected:
+  /// Draws the control; the default fills it with its Color.
+  virtual void Paint();
+
+ private:
+  std::unique_ptr<Graphics::TCanvas> canvas_;
 };
 
 }  // namespace Controls

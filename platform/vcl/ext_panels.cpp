@@ -22,7 +22,7 @@ void TCustomPanel::SetBevelInner(TBevelCut value) {
 void TCustomPanel::Paint(HDC dc) {
   RECT r;
   ::GetClientRect(GetHandle(), &r);
-  FillRect(dc, &r, GetSysColorBrush(COLOR_BTNFACE));
+  FillRect(dc, &r, GetBrush()->GetHandle());
   for (TBevelCut cut : {bevelOuter_, bevelInner_}) {
     if (cut == bvNone) continue;
     if (cut != bvSpace) DrawEdge(dc, &r, cut == bvRaised ? BDR_RAISEDINNER : BDR_SUNKENOUTER, BF_RECT);
@@ -31,9 +31,9 @@ void TCustomPanel::Paint(HDC dc) {
   const AnsiString text = GetText();
   if (text.IsEmpty()) return;
   DCChanger state(dc);
-  state.Select(reinterpret_cast<HFONT>(SendMessageA(GetHandle(), WM_GETFONT, 0, 0)));
+  state.Select(FontHandle());
   state.SetBkMode(TRANSPARENT);
-  state.SetTextColor(GetSysColor(COLOR_BTNTEXT));
+  state.SetTextColor(static_cast<COLORREF>(Graphics::ColorToRGB(GetFont()->GetColor())));
   DrawTextA(dc, text.c_str(), text.Length(), &r, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
@@ -49,13 +49,6 @@ void TCustomPanel::WndProc(Controls::TMessage& message) {
     }
     case WM_ERASEBKGND:
       message.Result = 1;  // Paint fills it all
-      return;
-    case WM_SETFONT:
-      TWinControl::WndProc(message);  // the default procedure keeps no font: store it
-      fontSet_ = reinterpret_cast<HFONT>(message.WParam);
-      return;
-    case WM_GETFONT:
-      message.Result = reinterpret_cast<LRESULT>(fontSet_);
       return;
     case WM_SETTEXT:
       TWinControl::WndProc(message);

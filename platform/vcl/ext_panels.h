@@ -27,7 +27,6 @@ class VCL_API TCustomPanel : public Controls::TWinControl {
  private:
   void Paint(HDC dc);
 
-  HFONT fontSet_ = nullptr;  // not owned: the framework's shared font
   TBevelCut bevelOuter_ = bvRaised;
   TBevelCut bevelInner_ = bvNone;
 };

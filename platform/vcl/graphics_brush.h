@@ -37,8 +37,6 @@ class VCL_API TBrush : public TGraphicsObject {
   void Changed() override;
 
  private:
-  void FreeHandle();
-
   TColor color_ = clWhite;
   TBrushStyle style_ = bsSolid;
   OwnedBrush handle_;

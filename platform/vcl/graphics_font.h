@@ -59,8 +59,6 @@ class VCL_API TFont : public TGraphicsObject {
   void Changed() override;
 
  private:
-  void FreeHandle();
-
   System::AnsiString name_ = "MS Sans Serif";
   int height_ = 0;
   TColor color_ = clWindowText;

@@ -64,8 +64,6 @@ class VCL_API TPen : public TGraphicsObject {
   void Changed() override;
 
  private:
-  void FreeHandle();
-
   TColor color_ = clBlack;
   int width_ = 1;
   TPenStyle style_ = psSolid;

@@ -20,11 +20,11 @@ void TGraphicsObject::Changed() {
 
 TPen::~TPen() = default;
 
-void TPen::FreeHandle() { handle_.reset(); }
-
+// The old handle lives until the listeners have let go of it (a canvas
+// deselects it), and one that asks for the handle meanwhile gets a new one.
 void TPen::Changed() {
-  TGraphicsObject::Changed();  // listeners deselect the old handle first
-  FreeHandle();
+  const OwnedPen old = std::move(handle_);
+  TGraphicsObject::Changed();
 }
 
 void TPen::SetColor(TColor value) {
@@ -82,11 +82,10 @@ void TPen::Assign(Classes::TPersistent* source) {
 
 TBrush::~TBrush() = default;
 
-void TBrush::FreeHandle() { handle_.reset(); }
-
+// As for the pen.
 void TBrush::Changed() {
+  const OwnedBrush old = std::move(handle_);
   TGraphicsObject::Changed();
-  FreeHandle();
 }
 
 void TBrush::SetColor(TColor value) {
@@ -149,11 +148,10 @@ TFont::TFont() : pixelsPerInch_(ScreenPixelsPerInch()) { height_ = -MulDiv(8, pi
 
 TFont::~TFont() = default;
 
-void TFont::FreeHandle() { handle_.reset(); }
-
+// As for the pen: a control's window is handed the new handle at once.
 void TFont::Changed() {
+  const OwnedFont old = std::move(handle_);
   TGraphicsObject::Changed();
-  FreeHandle();
 }
 
 void TFont::SetName(const System::AnsiString& value) {

@@ -15,11 +15,14 @@ VCL_COMPONENT_IMPL(TRadioButton, TButtonControl)
 
 // ---- TButtonControl ----
 
-TButtonControl::TButtonControl(Classes::TComponent* owner) : TWinControl(owner) { SetTabStop(true); }
+// The window reports its clicks (BN_CLICKED) and holds the mouse itself.
+TButtonControl::TButtonControl(Classes::TComponent* owner) : TWinControl(owner) {
+  SetTabStop(true);
+  SetControlStyle({});
+}
 
 bool TButtonControl::GetChecked() { return false; }
 void TButtonControl::SetChecked(bool) {}
-void TButtonControl::Click() { onClick_(this); }
 
 void TButtonControl::WndProc(TMessage& message) {
   if (message.Msg == Controls::CM_DIALOGCHAR) {

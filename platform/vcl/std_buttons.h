@@ -18,18 +18,11 @@ class VCL_API TButtonControl : public Controls::TWinControl {
   explicit TButtonControl(Classes::TComponent* owner);
   virtual bool GetChecked();
   virtual void SetChecked(bool value);
-  /// Runs on a click (by mouse, keyboard, or Click()).
-  System::TNotifyEvent GetOnClick() const { return onClick_; }
-  void SetOnClick(System::TNotifyEvent value) { onClick_ = value; }
-  virtual void Click();
   /// Alt and the caption's '&' letter: focus and click, as a mouse click would.
   void WndProc(Controls::TMessage& message) override;
 
  protected:
   void Notified(Controls::TMessage& message) override;
-
- private:
-  System::TNotifyEvent onClick_;
 };
 
 /// A push button. A Default button is pressed by Enter and a Cancel button by

@@ -14,6 +14,7 @@ VCL_COMPONENT_IMPL(TEdit, TCustomEdit)
 TCustomEdit::TCustomEdit(Classes::TComponent* owner) : TWinControl(owner) {
   SetTabStop(true);
   SetBounds(0, 0, 121, 21);
+  SetColor(Graphics::clWindow);
 }
 
 void TCustomEdit::CreateParams(TCreateParams& params) {

@@ -10,15 +10,6 @@ VCL_COMPONENT_IMPL(TLabel, TCustomLabel)
 
 TCustomLabel::TCustomLabel(Classes::TComponent* owner) : TGraphicControl(owner) { SetBounds(0, 0, 65, 17); }
 
-// The parent window's font (the framework gives every window the message font).
-HFONT TCustomLabel::Font() const {
-  Controls::TWinControl* parent = GetParent();
-  HFONT font = parent && parent->HandleAllocated()
-                   ? reinterpret_cast<HFONT>(SendMessageA(parent->GetHandle(), WM_GETFONT, 0, 0))
-                   : nullptr;
-  return font ? font : Controls::MessageFont();
-}
-
 UINT TCustomLabel::DrawFlags() const {
   static constexpr UINT kAcross[] = {DT_LEFT, DT_RIGHT, DT_CENTER};
   UINT flags = kAcross[alignment_] | (wordWrap_ ? DT_WORDBREAK : DT_SINGLELINE);
@@ -28,12 +19,16 @@ UINT TCustomLabel::DrawFlags() const {
 
 void TCustomLabel::Paint(HDC dc) {
   RECT r{0, 0, GetWidth(), GetHeight()};
-  if (!transparent_) FillRect(dc, &r, GetSysColorBrush(COLOR_BTNFACE));
+  if (!transparent_) {
+    const OwnedBrush background(CreateSolidBrush(static_cast<COLORREF>(Graphics::ColorToRGB(GetColor()))));
+    FillRect(dc, &r, background.get());
+  }
   const AnsiString text = GetText();
   DCChanger state(dc);
-  state.Select(Font());
+  state.Select(FontHandle());
   state.SetBkMode(TRANSPARENT);
-  state.SetTextColor(GetSysColor(GetEnabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  state.SetTextColor(GetEnabled() ? static_cast<COLORREF>(Graphics::ColorToRGB(GetFont()->GetColor()))
+                                  : GetSysColor(COLOR_GRAYTEXT));
   DrawTextA(dc, text.c_str(), text.Length(), &r, DrawFlags());
 }
 
@@ -42,7 +37,7 @@ void TCustomLabel::AdjustSize() {
   const AnsiString text = GetText();
   const OwnedWindowDC screen(nullptr);
   DCChanger state(screen.get());
-  state.Select(Font());
+  state.Select(FontHandle());
   RECT r{0, 0, wordWrap_ ? GetWidth() : 0, 0};
   DrawTextA(screen.get(), text.IsEmpty() ? " " : text.c_str(), text.IsEmpty() ? 1 : text.Length(), &r,
             (DrawFlags() & ~(DT_VCENTER | DT_BOTTOM)) | DT_CALCRECT);
@@ -89,6 +84,7 @@ void TCustomLabel::WndProc(Controls::TMessage& message) {
     }
     return;
   }
+  if (message.Msg == Controls::CM_FONTCHANGED) AdjustSize();
   TGraphicControl::WndProc(message);
 }
 

@@ -45,7 +45,6 @@ class VCL_API TCustomLabel : public Controls::TGraphicControl {
 
  private:
   UINT DrawFlags() const;
-  HFONT Font() const;
   void AdjustSize();
 
   TAlignment alignment_ = taLeftJustify;

@@ -118,6 +118,8 @@ void TWindowItems::SetUpdateState(bool updating) {
 TCustomListControl::TCustomListControl(Classes::TComponent* owner, const TItemMessages& messages)
     : TWinControl(owner), items_(std::make_unique<TWindowItems>(this, messages)) {
   SetTabStop(true);
+  SetColor(Graphics::clWindow);
+  SetControlStyle({});  // the window reports its clicks and holds the mouse itself
 }
 
 TCustomListControl::~TCustomListControl() = default;
@@ -190,8 +192,8 @@ void TCustomListBox::SetSelected(int index, bool value) {
 
 void TCustomListBox::Notified(TMessage& message) {
   if (message.Msg != Controls::CN_COMMAND) return;
-  if (HIWORD(message.WParam) == LBN_SELCHANGE) onClick_(this);
-  if (HIWORD(message.WParam) == LBN_DBLCLK) onDblClick_(this);
+  if (HIWORD(message.WParam) == LBN_SELCHANGE) Click();
+  if (HIWORD(message.WParam) == LBN_DBLCLK) DblClick();
 }
 
 // ---- TCustomComboBox ----

@@ -76,7 +76,8 @@ class VCL_API TCustomListControl : public Controls::TWinControl {
 };
 
 /// A list box. ItemIndex is the selected item (-1: none); with MultiSelect
-/// any number are selected (Selected).
+/// any number are selected (Selected). OnClick runs when the selection
+/// changes, OnDblClick on a double click on an item.
 class VCL_API TCustomListBox : public TCustomListControl {
   VCL_CLASS();
 
@@ -91,10 +92,6 @@ class VCL_API TCustomListBox : public TCustomListControl {
   void SetSelected(int index, bool value);
   bool GetSorted() const { return sorted_; }
   void SetSorted(bool value);
-  System::TNotifyEvent GetOnClick() const { return onClick_; }
-  void SetOnClick(System::TNotifyEvent value) { onClick_ = value; }
-  System::TNotifyEvent GetOnDblClick() const { return onDblClick_; }
-  void SetOnDblClick(System::TNotifyEvent value) { onDblClick_ = value; }
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
@@ -103,8 +100,6 @@ class VCL_API TCustomListBox : public TCustomListControl {
  private:
   bool multiSelect_ = false;
   bool sorted_ = false;
-  System::TNotifyEvent onClick_;
-  System::TNotifyEvent onDblClick_;
 };
 
 /// The list box to make instances of.
