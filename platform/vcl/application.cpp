@@ -61,9 +61,25 @@ bool TApplication::ProcessMessage() {
     terminated_ = true;
     return true;
   }
+  if (IsShortCutMessage(msg)) return true;
   TranslateMessage(&msg);
   DispatchMessageA(&msg);
   return true;
+}
+
+// A key down that is a menu shortcut of the form the key goes to runs the
+// item instead of reaching the control.
+bool TApplication::IsShortCutMessage(const MSG& msg) {
+  if (msg.message != WM_KEYDOWN && msg.message != WM_SYSKEYDOWN) return false;
+  Controls::TWinControl* control = Controls::TWinControl::FindControl(msg.hwnd);
+  TCustomForm* form = control ? GetParentForm(control) : nullptr;
+  if (!form) return false;
+  try {
+    return form->IsShortCut(static_cast<WORD>(msg.wParam), Controls::KeyboardShiftState());
+  } catch (...) {
+    HandleException(std::current_exception());  // not inside a window procedure: caught here
+    return true;
+  }
 }
 
 void TApplication::ProcessMessages() {

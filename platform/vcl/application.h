@@ -64,6 +64,7 @@ class VCL_API TApplication : public Classes::TComponent {
 
  private:
   bool ProcessMessage();
+  bool IsShortCutMessage(const MSG& msg);
   void Idle();
 
   TCustomForm* mainForm_ = nullptr;

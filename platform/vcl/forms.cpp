@@ -26,6 +26,7 @@ TCustomForm::TCustomForm(Classes::TComponent* owner) : TWinControl(owner) {
 }
 
 TCustomForm::~TCustomForm() {
+  DetachMenu();
   auto& forms = Screen->forms_;
   forms.erase(std::remove(forms.begin(), forms.end(), this), forms.end());
 }
@@ -79,7 +80,7 @@ void TCustomForm::SetClientWidth(int value) {
   TCreateParams params;
   CreateParams(params);
   RECT r{0, 0, value, 100};
-  AdjustWindowRectEx(&r, params.Style, FALSE, params.ExStyle);
+  AdjustWindowRectEx(&r, params.Style, menu_ != nullptr, params.ExStyle);
   SetWidth(r.right - r.left);
 }
 
@@ -87,11 +88,61 @@ void TCustomForm::SetClientHeight(int value) {
   TCreateParams params;
   CreateParams(params);
   RECT r{0, 0, 100, value};
-  AdjustWindowRectEx(&r, params.Style, FALSE, params.ExStyle);
+  AdjustWindowRectEx(&r, params.Style, menu_ != nullptr, params.ExStyle);
   SetHeight(r.bottom - r.top);
 }
 
+void TCustomForm::CreateWnd() {
+  TWinControl::CreateWnd();
+  if (menu_ && HandleAllocated()) {
+    ::SetMenu(GetHandle(), menu_->GetHandle());
+    menu_->SetWindowHandle(GetHandle());
+  }
+}
+
+void TCustomForm::DestroyWnd() {
+  DetachMenu();
+  TWinControl::DestroyWnd();
+}
+
+// The window lets go of the menu bar, which belongs to the menu object: a
+// window destroys the bar it has.
+void TCustomForm::DetachMenu() {
+  if (!menu_ || !HandleAllocated()) return;
+  ::SetMenu(GetHandle(), nullptr);
+  if (menu_->GetWindowHandle() == GetHandle()) menu_->SetWindowHandle(nullptr);
+}
+
+void TCustomForm::SetMenu(Menus::TMainMenu* value) {
+  if (value == menu_) return;
+  DetachMenu();
+  if (menu_) RemoveFreeNotification(menu_);
+  menu_ = value;
+  if (!menu_) return;
+  FreeNotification(menu_);
+  if (HandleAllocated()) {
+    ::SetMenu(GetHandle(), menu_->GetHandle());
+    menu_->SetWindowHandle(GetHandle());
+  }
+}
+
+void TCustomForm::Notification(Classes::TComponent* component, Classes::TOperation operation) {
+  TWinControl::Notification(component, operation);
+  if (operation != Classes::opRemove) return;
+  if (component == menu_) {
+    DetachMenu();
+    menu_ = nullptr;
+  }
+  if (component == activeControl_) activeControl_ = nullptr;
+}
+
+bool TCustomForm::IsShortCut(WORD key, Controls::TShiftState shift) { return menu_ && menu_->IsShortCut(key, shift); }
+
 void TCustomForm::SetActiveControl(Controls::TWinControl* value) {
+  if (value != activeControl_) {
+    if (activeControl_) RemoveFreeNotification(activeControl_);
+    if (value) FreeNotification(value);
+  }
   activeControl_ = value;
   if (value && GetVisible() && value->CanFocus()) value->SetFocus();
 }
@@ -225,6 +276,11 @@ void TCustomForm::WndProc(TMessage& message) {
     case WM_CLOSE:
       Close();
       return;
+    case WM_COMMAND:
+      // A menu's command: no control window, notification code 0.
+      if (!message.LParam && HIWORD(message.WParam) == 0 && menu_ && menu_->DispatchCommand(LOWORD(message.WParam)))
+        return;
+      break;
     case Controls::CM_RELEASE:
       delete this;
       return;

@@ -2,6 +2,7 @@
 /// \file
 /// Unit Forms: top-level windows that hold controls, shown modeless or modal.
 #include "platform/vcl/controls.h"
+#include "platform/vcl/menus.h"
 #include "platform/vcl/modal_result.h"
 
 namespace Forms {
@@ -63,6 +64,13 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   /// The form's key events run before its controls' own.
   bool GetKeyPreview() const { return keyPreview_; }
   void SetKeyPreview(bool value) { keyPreview_ = value; }
+  /// The menu bar: the form's window shows it and runs its items' OnClick
+  /// (WM_COMMAND, shortcuts). Null for none.
+  Menus::TMainMenu* GetMenu() const { return menu_; }
+  void SetMenu(Menus::TMainMenu* value);
+  /// Runs the menu item whose shortcut the key is; the application's message
+  /// loop asks before the focused control gets the key.
+  virtual bool IsShortCut(WORD key, Controls::TShiftState shift);
   /// The control focused when the form is shown (else its first tab stop).
   Controls::TWinControl* GetActiveControl() const { return activeControl_; }
   void SetActiveControl(Controls::TWinControl* value);
@@ -95,6 +103,9 @@ class VCL_API TCustomForm : public Controls::TWinControl {
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
+  void CreateWnd() override;
+  void DestroyWnd() override;
+  void Notification(Classes::TComponent* component, Classes::TOperation operation) override;
   bool WantsKeyPreview() const override { return keyPreview_; }
   void Resize() override { onResize_(this); }
 
@@ -102,6 +113,7 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void PlaceOnScreen();
   void CloseModal();
   void FocusFirst();
+  void DetachMenu();
 
   TModalResult modalResult_ = Controls::mrNone;
   bool modal_ = false;
@@ -111,6 +123,7 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   TBorderIcons borderIcons_{biSystemMenu, biMinimize, biMaximize};
   TPosition position_ = poDesigned;
   Controls::TWinControl* activeControl_ = nullptr;
+  Menus::TMainMenu* menu_ = nullptr;
   System::TNotifyEvent onCreate_, onDestroy_, onShow_, onHide_, onActivate_, onDeactivate_, onResize_;
   TCloseEvent onClose_;
   TCloseQueryEvent onCloseQuery_;
