@@ -7,6 +7,15 @@
 
 namespace System {
 
+/// A bound method of any signature, as published-property code handles it:
+/// the same bytes as a TClosure, which converts to and from it.
+struct TMethod {
+  void* Data = nullptr;
+  void* Call = nullptr;
+  alignas(void*) unsigned char Code[2 * sizeof(void*)] = {};
+  bool IsSet() const { return Call != nullptr; }
+};
+
 template <class Signature>
 class TClosure;
 
@@ -32,6 +41,23 @@ class TClosure<R(A...)> {
   R operator()(A... args) const {
     if (!call_) return R();
     return call_(*this, static_cast<A>(args)...);
+  }
+
+  /// The closure as a method of unknown signature, and back: only a method
+  /// taken from a closure of this same signature may come back.
+  TMethod ToMethod() const {
+    TMethod m;
+    m.Data = object_;
+    m.Call = reinterpret_cast<void*>(call_);
+    std::memcpy(m.Code, method_, sizeof method_);
+    return m;
+  }
+  static TClosure FromMethod(const TMethod& m) {
+    TClosure c;
+    c.object_ = m.Data;
+    c.call_ = reinterpret_cast<decltype(c.call_)>(m.Call);
+    std::memcpy(c.method_, m.Code, sizeof c.method_);
+    return c;
   }
 
   /// Same object and same method. The call thunk is left out: each module that

@@ -1,4 +1,5 @@
 #include "platform/vcl/com_ranges.h"
+#include "platform/vcl/typinfo.h"
 
 #include <commctrl.h>
 
@@ -25,7 +26,9 @@ namespace Stdctrls {
 using Controls::TCreateParams;
 using Controls::TMessage;
 
-VCL_COMPONENT_IMPL(TScrollBar, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TScrollBar, Controls::TWinControl, VCL_PROPERTY(TabStop, true), VCL_PROPERTY(Kind, sbHorizontal),
+                   VCL_PROPERTY(Min, 0), VCL_PROPERTY(Max, 100), VCL_PROPERTY(Position, 0),
+                   VCL_PROPERTY(SmallChange, 1), VCL_PROPERTY(LargeChange, 1), VCL_PROPERTY(OnChange))
 
 TScrollBar::TScrollBar(Classes::TComponent* owner) : TWinControl(owner) {
   SetBounds(0, 0, 121, GetSystemMetrics(SM_CYHSCROLL));
@@ -112,9 +115,15 @@ namespace Comctrls {
 using Controls::TCreateParams;
 using Controls::TMessage;
 
-VCL_COMPONENT_IMPL(TTrackBar, Controls::TWinControl)
-VCL_COMPONENT_IMPL(TProgressBar, Controls::TWinControl)
-VCL_COMPONENT_IMPL(TCustomUpDown, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TTrackBar, Controls::TWinControl, VCL_PROPERTY(TabStop, true),
+                   VCL_PROPERTY(Orientation, trHorizontal), VCL_PROPERTY(Min, 0), VCL_PROPERTY(Max, 10),
+                   VCL_PROPERTY(Position, 0), VCL_PROPERTY(Frequency, 1), VCL_PROPERTY(OnChange))
+VCL_COMPONENT_IMPL(TProgressBar, Controls::TWinControl, VCL_PROPERTY(Min, 0), VCL_PROPERTY(Max, 100),
+                   VCL_PROPERTY(Position, 0), VCL_PROPERTY(Step, 10), VCL_PROPERTY(Smooth, false))
+VCL_COMPONENT_IMPL(TCustomUpDown, Controls::TWinControl, VCL_PROPERTY(Associate), VCL_PROPERTY(Min, 0),
+                   VCL_PROPERTY(Max, 100), VCL_PROPERTY(Position, 0), VCL_PROPERTY(Increment, 1),
+                   VCL_PROPERTY(Wrap, false), VCL_PROPERTY(Orientation, udVertical), VCL_PROPERTY(OnClick),
+                   VCL_PROPERTY(OnChanging))
 VCL_COMPONENT_IMPL(TUpDown, TCustomUpDown)
 
 // ---- TTrackBar ----

@@ -3,11 +3,13 @@
 /// Range controls: scroll bars, track bars, progress bars and up-down buttons
 /// over the system's SCROLLBAR and common-control windows.
 #include "platform/vcl/controls.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
 /// Which way a scroll bar lies.
 enum TScrollBarKind { sbHorizontal, sbVertical };
+VCL_ENUM_INFO(TScrollBarKind, sbHorizontal, sbVertical)
 
 /// A scroll bar over the system's SCROLLBAR window. Position moves between
 /// Min and Max; the arrows move it by SmallChange, the track by LargeChange.
@@ -57,8 +59,10 @@ namespace Comctrls {
 
 /// Which way a track bar lies.
 enum TTrackBarOrientation { trHorizontal, trVertical };
+VCL_ENUM_INFO(TTrackBarOrientation, trHorizontal, trVertical)
 /// Which way an up-down's arrows point.
 enum TUDOrientation { udHorizontal, udVertical };
+VCL_ENUM_INFO(TUDOrientation, udHorizontal, udVertical)
 /// The half of an up-down that was clicked.
 enum TUDBtnType { btNext, btPrev };
 /// OnClick of an up-down: which half.

@@ -1,10 +1,11 @@
 #include "platform/vcl/component.h"
+#include "platform/vcl/typinfo.h"
 
 #include <algorithm>
 
 namespace Classes {
 
-VCL_COMPONENT_IMPL(TComponent, TPersistent)
+VCL_COMPONENT_IMPL(TComponent, TPersistent, VCL_PROPERTY(Name), VCL_PROPERTY(Tag, 0))
 
 namespace {
 bool SameText(const AnsiString& a, const AnsiString& b) { return a.UpperCase() == b.UpperCase(); }

@@ -96,13 +96,9 @@ VCL_API bool IsValidIdent(const AnsiString& ident);
 }  // namespace Classes
 
 /// Defines the class-information members of a component class together with
-/// its factory, so that the class can be made by name with an owner.
-#define VCL_COMPONENT_IMPL(Cls, ParentCls)                                                             \
-  const ::System::TMetaClass* Cls::StaticClass() {                                                     \
-    static const ::System::TMetaClass meta{                                                            \
-        #Cls, ParentCls::StaticClass(), [](::System::TObject* owner) {                                 \
-          return static_cast<::System::TObject*>(new Cls(static_cast<::Classes::TComponent*>(owner))); \
-        }};                                                                                            \
-    return &meta;                                                                                      \
-  }                                                                                                    \
-  const ::System::TMetaClass* Cls::ClassType() const { return Cls::StaticClass(); }
+/// its factory, so that the class can be made by name with an owner; the
+/// published items follow as in VCL_CLASS_IMPL.
+#define VCL_COMPONENT_IMPL(Cls, ParentCls, ...)                                                  \
+  VCL_METACLASS_IMPL(Cls, ParentCls, [](::System::TObject* owner) {                              \
+    return static_cast<::System::TObject*>(new Cls(static_cast<::Classes::TComponent*>(owner))); \
+  } __VA_OPT__(, ) __VA_ARGS__)

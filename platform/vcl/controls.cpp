@@ -8,11 +8,19 @@
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Controls {
 
-VCL_COMPONENT_IMPL(TControl, Classes::TComponent)
-VCL_COMPONENT_IMPL(TWinControl, TControl)
+VCL_COMPONENT_IMPL(TControl, Classes::TComponent, VCL_PROPERTY(Left), VCL_PROPERTY(Top), VCL_PROPERTY(Width),
+                   VCL_PROPERTY(Height), VCL_PROPERTY(Align, alNone), VCL_PROPERTY(Visible, true),
+                   VCL_PROPERTY(Enabled, true), VCL_PROPERTY(Hint), VCL_PROPERTY_STORED(ShowHint, IsShowHintStored),
+                   VCL_PROPERTY(ParentShowHint, true), VCL_PROPERTY_STORED(Color, IsColorStored, Graphics::clBtnFace),
+                   VCL_PROPERTY(ParentColor, true), VCL_PROPERTY_STORED(Font, IsFontStored),
+                   VCL_PROPERTY(ParentFont, true), VCL_PROPERTY(OnClick), VCL_PROPERTY(OnDblClick),
+                   VCL_PROPERTY(OnMouseDown), VCL_PROPERTY(OnMouseUp), VCL_PROPERTY(OnMouseMove))
+VCL_COMPONENT_IMPL(TWinControl, TControl, VCL_PROPERTY(TabStop, false), VCL_PROPERTY(TabOrder), VCL_PROPERTY(OnEnter),
+                   VCL_PROPERTY(OnExit), VCL_PROPERTY(OnKeyDown), VCL_PROPERTY(OnKeyUp), VCL_PROPERTY(OnKeyPress))
 VCL_CLASS_IMPL(TGraphicControl, TControl)
 VCL_COMPONENT_IMPL(TCustomControl, TWinControl)
 

@@ -14,6 +14,7 @@
 #include "platform/vcl/graphics_font.h"
 #include "platform/vcl/messages.h"
 #include "platform/vcl/set.h"
+#include "platform/vcl/typinfo.h"
 #include "platform/vcl/vcl_api.h"
 
 /// Unit Controls: the base of every visual control. A TControl has a place
@@ -26,6 +27,7 @@ using System::AnsiString;
 
 /// Where a control keeps itself in its parent: at an edge, filling it, or free.
 enum TAlign : unsigned char { alNone, alTop, alBottom, alLeft, alRight, alClient, alCustom };
+VCL_ENUM_INFO(TAlign, alNone, alTop, alBottom, alLeft, alRight, alClient, alCustom)
 using TAlignSet = System::Set<TAlign, alNone, alCustom>;
 
 /// A window message as the control sees it; Result is what the window
@@ -158,6 +160,12 @@ class VCL_API TControl : public Classes::TComponent {
   void SetFont(Graphics::TFont* value) { font_->Assign(value); }
   bool GetParentFont() const { return parentFont_; }
   void SetParentFont(bool value);
+  ///@{
+  /// Whether streaming writes the value: not while it is the parent's.
+  bool IsColorStored() const { return !parentColor_; }
+  bool IsFontStored() const { return !parentFont_; }
+  bool IsShowHintStored() const { return !parentShowHint_; }
+  ///@}
   /// The font's handle; the framework's shared message font while the font
   /// is the default one.
   HFONT FontHandle() const;

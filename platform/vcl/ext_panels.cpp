@@ -1,10 +1,12 @@
 #include "platform/vcl/ext_panels.h"
 
 #include "platform/ostrel/dc_changer.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Extctrls {
 
-VCL_COMPONENT_IMPL(TCustomPanel, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TCustomPanel, Controls::TWinControl, VCL_PROPERTY_AS(Caption, Text),
+                   VCL_PROPERTY(BevelOuter, bvRaised), VCL_PROPERTY(BevelInner, bvNone))
 VCL_COMPONENT_IMPL(TPanel, TCustomPanel)
 
 TCustomPanel::TCustomPanel(Classes::TComponent* owner) : TWinControl(owner) { SetBounds(0, 0, 185, 41); }

@@ -2,6 +2,7 @@
 /// \file
 /// Unit ExtCtrls, panels: containers with a bevelled edge and a caption.
 #include "platform/vcl/controls.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Extctrls {
 
@@ -9,6 +10,7 @@ using System::AnsiString;
 
 /// The edge of a bevel: none, sunk, raised, or a flat space.
 enum TBevelCut { bvNone, bvLowered, bvRaised, bvSpace };
+VCL_ENUM_INFO(TBevelCut, bvNone, bvLowered, bvRaised, bvSpace)
 
 /// A panel: a windowed container that draws its bevels and its caption
 /// centred.

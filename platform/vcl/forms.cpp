@@ -3,13 +3,20 @@
 #include <algorithm>
 
 #include "platform/vcl/application.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Forms {
 
 using Controls::TCreateParams;
 using Controls::TMessage;
 
-VCL_COMPONENT_IMPL(TCustomForm, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TCustomForm, Controls::TWinControl, VCL_PROPERTY(Visible, false), VCL_PROPERTY(Caption),
+                   VCL_PROPERTY(ClientWidth), VCL_PROPERTY(ClientHeight), VCL_PROPERTY(BorderStyle, bsSizeable),
+                   VCL_PROPERTY(BorderIcons, (TBorderIcons{biSystemMenu, biMinimize, biMaximize})),
+                   VCL_PROPERTY(Position, poDesigned), VCL_PROPERTY(KeyPreview, false), VCL_PROPERTY(Menu),
+                   VCL_PROPERTY(ActiveControl), VCL_PROPERTY(OnCreate), VCL_PROPERTY(OnDestroy), VCL_PROPERTY(OnShow),
+                   VCL_PROPERTY(OnHide), VCL_PROPERTY(OnActivate), VCL_PROPERTY(OnDeactivate), VCL_PROPERTY(OnResize),
+                   VCL_PROPERTY(OnClose), VCL_PROPERTY(OnCloseQuery))
 VCL_COMPONENT_IMPL(TForm, TCustomForm)
 VCL_CLASS_IMPL(EInvalidOperation, Sysutils::Exception)
 

@@ -4,6 +4,7 @@
 #include "platform/vcl/controls.h"
 #include "platform/vcl/menus.h"
 #include "platform/vcl/modal_result.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Forms {
 
@@ -12,11 +13,14 @@ using System::AnsiString;
 
 /// The frame of a form.
 enum TFormBorderStyle { bsNone, bsSingle, bsSizeable, bsDialog, bsToolWindow, bsSizeToolWin };
+VCL_ENUM_INFO(TFormBorderStyle, bsNone, bsSingle, bsSizeable, bsDialog, bsToolWindow, bsSizeToolWin)
 /// The buttons of a form's caption bar.
 enum TBorderIcon { biSystemMenu, biMinimize, biMaximize, biHelp };
+VCL_ENUM_INFO(TBorderIcon, biSystemMenu, biMinimize, biMaximize, biHelp)
 using TBorderIcons = System::Set<TBorderIcon, biSystemMenu, biHelp>;
 /// Where a form appears when first shown.
 enum TPosition { poDesigned, poScreenCenter, poMainFormCenter, poOwnerFormCenter };
+VCL_ENUM_INFO(TPosition, poDesigned, poScreenCenter, poMainFormCenter, poOwnerFormCenter)
 /// What closing a form does: nothing, hide it, free it or minimise it.
 enum TCloseAction { caNone, caHide, caFree, caMinimize };
 /// OnClose: may change what closing does.

@@ -6,11 +6,13 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_color.h"
 #include "platform/vcl/graphics_object.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Graphics {
 
 /// How a brush fills: solid, hatched or not at all.
 enum TBrushStyle { bsSolid, bsClear, bsHorizontal, bsVertical, bsFDiagonal, bsBDiagonal, bsCross, bsDiagCross };
+VCL_ENUM_INFO(TBrushStyle, bsSolid, bsClear, bsHorizontal, bsVertical, bsFDiagonal, bsBDiagonal, bsCross, bsDiagCross)
 
 /// A brush whose GDI handle is made on demand from colour and style.
 class VCL_API TBrush : public TGraphicsObject {

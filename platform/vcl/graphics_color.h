@@ -1,6 +1,7 @@
 #pragma once
 /// \file
 /// Colours and the system colour constants.
+#include "platform/vcl/typinfo.h"
 #include "platform/vcl/vcl_api.h"
 
 namespace Graphics {
@@ -63,5 +64,23 @@ constexpr TColor clDefault = TColor(0x20000000);
 /// A system colour becomes its current RGB value (GetSysColor of the low byte);
 /// every other value, the sentinels included, is returned unchanged.
 VCL_API int ColorToRGB(TColor color);
+
+///@{
+/// The name of a colour that has one ("clBtnFace"; null otherwise), and the
+/// colour of a name (case-insensitive; false when no colour has it).
+VCL_API const char* ColorToIdent(long long color);
+VCL_API bool IdentToColor(const char* ident, long long& color);
+///@}
+
+/// Published colours are integers named where a name exists.
+inline const Typinfo::TTypeInfo* TypeInfoOf(TColor*) {
+  static const Typinfo::TTypeInfo info = [] {
+    Typinfo::TTypeInfo i(Typinfo::tkInteger, "TColor");
+    i.IntToIdent = ColorToIdent;
+    i.IdentToInt = IdentToColor;
+    return i;
+  }();
+  return &info;
+}
 
 }  // namespace Graphics

@@ -8,14 +8,17 @@
 #include "platform/vcl/graphics_color.h"
 #include "platform/vcl/graphics_object.h"
 #include "platform/vcl/set.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Graphics {
 
 /// Bold, italic, underlined, struck out.
 enum TFontStyle { fsBold, fsItalic, fsUnderline, fsStrikeOut };
+VCL_ENUM_INFO(TFontStyle, fsBold, fsItalic, fsUnderline, fsStrikeOut)
 using TFontStyles = System::Set<TFontStyle, fsBold, fsStrikeOut>;
 /// Whether all characters are as wide.
 enum TFontPitch { fpDefault, fpVariable, fpFixed };
+VCL_ENUM_INFO(TFontPitch, fpDefault, fpVariable, fpFixed)
 using TFontCharset = unsigned char;
 
 /// A font described by name, size (points) or height (pixels), style, charset

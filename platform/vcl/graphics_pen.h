@@ -6,11 +6,13 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_color.h"
 #include "platform/vcl/graphics_object.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Graphics {
 
 /// Solid, dashed, dotted or no line.
 enum TPenStyle { psSolid, psDash, psDot, psDashDot, psDashDotDot, psClear, psInsideFrame };
+VCL_ENUM_INFO(TPenStyle, psSolid, psDash, psDot, psDashDot, psDashDotDot, psClear, psInsideFrame)
 
 /// Raster operations in the framework's order (pmCopy draws the pen colour).
 enum TPenMode {
@@ -31,6 +33,8 @@ enum TPenMode {
   pmXor,
   pmNotXor
 };
+VCL_ENUM_INFO(TPenMode, pmBlack, pmWhite, pmNop, pmNot, pmCopy, pmNotCopy, pmMergePenNot, pmMaskPenNot, pmMergeNotPen,
+              pmMaskNotPen, pmMerge, pmNotMerge, pmMask, pmNotMask, pmXor, pmNotXor)
 
 /// A pen whose GDI handle is made on demand from its properties and dropped
 /// after every change.

@@ -4,13 +4,17 @@
 #include "platform/vcl/graphics_font.h"
 #include "platform/vcl/graphics_object.h"
 #include "platform/vcl/graphics_pen.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Graphics {
 
 VCL_CLASS_IMPL(TGraphicsObject, Classes::TPersistent)
-VCL_CLASS_IMPL(TPen, TGraphicsObject)
-VCL_CLASS_IMPL(TBrush, TGraphicsObject)
-VCL_CLASS_IMPL(TFont, TGraphicsObject)
+VCL_CLASS_IMPL(TPen, TGraphicsObject, VCL_PROPERTY(Color, clBlack), VCL_PROPERTY(Mode, pmCopy),
+               VCL_PROPERTY(Style, psSolid), VCL_PROPERTY(Width, 1))
+VCL_CLASS_IMPL(TBrush, TGraphicsObject, VCL_PROPERTY(Color, clWhite), VCL_PROPERTY(Style, bsSolid))
+VCL_CLASS_IMPL(TFont, TGraphicsObject, VCL_PROPERTY(Charset, DEFAULT_CHARSET), VCL_PROPERTY(Color, clWindowText),
+               VCL_PROPERTY(Height), VCL_PROPERTY(Name), VCL_PROPERTY(Pitch, fpDefault),
+               VCL_PROPERTY(Style, TFontStyles()))
 
 void TGraphicsObject::Changed() {
   if (onChange_) onChange_(this);

@@ -4,13 +4,16 @@
 #include <cstdio>
 
 #include "platform/vcl/application.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Menus {
 
-VCL_COMPONENT_IMPL(TMenuItem, Classes::TComponent)
+VCL_COMPONENT_IMPL(TMenuItem, Classes::TComponent, VCL_PROPERTY(Caption), VCL_PROPERTY(Checked, false),
+                   VCL_PROPERTY(Enabled, true), VCL_PROPERTY(Visible, true), VCL_PROPERTY(Hint),
+                   VCL_PROPERTY(ShortCut, 0), VCL_PROPERTY(OnClick))
 VCL_CLASS_IMPL(TMenu, Classes::TComponent)
 VCL_COMPONENT_IMPL(TMainMenu, TMenu)
-VCL_COMPONENT_IMPL(TPopupMenu, TMenu)
+VCL_COMPONENT_IMPL(TPopupMenu, TMenu, VCL_PROPERTY(OnPopup))
 
 namespace {
 

@@ -50,6 +50,10 @@ class Set {
   }
   bool operator==(const Set& o) const { return bits_ == o.bits_; }
 
+  /// The set as bits (bit 0 is Min), for sets of at most 64 values.
+  unsigned long long ToBits() const { return bits_.to_ullong(); }
+  static Set FromBits(unsigned long long bits) { return Set(std::bitset<Max - Min + 1>(bits)); }
+
  private:
   explicit Set(const std::bitset<Max - Min + 1>& b) : bits_(b) {}
   static bool InRange(T v) { return static_cast<int>(v) >= Min && static_cast<int>(v) <= Max; }

@@ -1,17 +1,20 @@
 #include "platform/vcl/std_buttons.h"
 
 #include "platform/vcl/forms.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
 using Controls::TCreateParams;
 using Controls::TMessage;
 
-VCL_COMPONENT_IMPL(TButtonControl, Controls::TWinControl)
-VCL_COMPONENT_IMPL(TButton, TButtonControl)
-VCL_COMPONENT_IMPL(TCustomCheckBox, TButtonControl)
+VCL_COMPONENT_IMPL(TButtonControl, Controls::TWinControl, VCL_PROPERTY(TabStop, true))
+VCL_COMPONENT_IMPL(TButton, TButtonControl, VCL_PROPERTY_AS(Caption, Text), VCL_PROPERTY(Default, false),
+                   VCL_PROPERTY(Cancel, false), VCL_PROPERTY(ModalResult, 0))
+VCL_COMPONENT_IMPL(TCustomCheckBox, TButtonControl, VCL_PROPERTY_AS(Caption, Text), VCL_PROPERTY(AllowGrayed, false),
+                   VCL_PROPERTY(State, cbUnchecked))
 VCL_COMPONENT_IMPL(TCheckBox, TCustomCheckBox)
-VCL_COMPONENT_IMPL(TRadioButton, TButtonControl)
+VCL_COMPONENT_IMPL(TRadioButton, TButtonControl, VCL_PROPERTY_AS(Caption, Text), VCL_PROPERTY(Checked, false))
 
 // ---- TButtonControl ----
 

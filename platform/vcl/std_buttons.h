@@ -4,6 +4,7 @@
 /// the system's BUTTON windows.
 #include "platform/vcl/controls.h"
 #include "platform/vcl/modal_result.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
@@ -54,6 +55,7 @@ class VCL_API TButton : public TButtonControl {
 
 /// A check box: checked, unchecked, or (with AllowGrayed) grayed.
 enum TCheckBoxState { cbUnchecked, cbChecked, cbGrayed };
+VCL_ENUM_INFO(TCheckBoxState, cbUnchecked, cbChecked, cbGrayed)
 
 /// A check box.
 class VCL_API TCustomCheckBox : public TButtonControl {

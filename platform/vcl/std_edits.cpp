@@ -1,4 +1,5 @@
 #include "platform/vcl/std_edits.h"
+#include "platform/vcl/typinfo.h"
 
 #include <string>
 #include <vector>
@@ -8,7 +9,10 @@ namespace Stdctrls {
 using Controls::TCreateParams;
 using Controls::TMessage;
 
-VCL_COMPONENT_IMPL(TCustomEdit, Controls::TWinControl)
+VCL_COMPONENT_IMPL(TCustomEdit, Controls::TWinControl, VCL_PROPERTY(TabStop, true),
+                   VCL_PROPERTY_STORED(Color, IsColorStored, Graphics::clWindow), VCL_PROPERTY(ParentColor, false),
+                   VCL_PROPERTY(MaxLength, 0), VCL_PROPERTY(ReadOnly, false), VCL_PROPERTY(PasswordChar, 0),
+                   VCL_PROPERTY(Text), VCL_PROPERTY(OnChange))
 VCL_COMPONENT_IMPL(TEdit, TCustomEdit)
 
 TCustomEdit::TCustomEdit(Classes::TComponent* owner) : TWinControl(owner) {
@@ -107,7 +111,8 @@ namespace Stdctrls {
 using Controls::TCreateParams;
 using Controls::TMessage;
 
-VCL_COMPONENT_IMPL(TCustomMemo, TCustomEdit)
+VCL_COMPONENT_IMPL(TCustomMemo, TCustomEdit, VCL_PROPERTY(Lines), VCL_PROPERTY(ScrollBars, ssNone),
+                   VCL_PROPERTY(WantReturns, true), VCL_PROPERTY(WantTabs, false), VCL_PROPERTY(WordWrap, true))
 VCL_COMPONENT_IMPL(TMemo, TCustomMemo)
 
 namespace {

@@ -5,6 +5,7 @@
 
 #include "platform/vcl/controls.h"
 #include "platform/vcl/string_list.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
@@ -67,6 +68,7 @@ class VCL_API TEdit : public TCustomEdit {
 
 /// Which scroll bars a memo shows.
 enum TScrollStyle { ssNone, ssHorizontal, ssVertical, ssBoth };
+VCL_ENUM_INFO(TScrollStyle, ssNone, ssHorizontal, ssVertical, ssBoth)
 
 /// A multi-line edit box; Lines are its text as a string list. Enter makes a
 /// line break unless WantReturns is off (then it goes to the form: the

@@ -2,10 +2,14 @@
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
-VCL_COMPONENT_IMPL(TCustomLabel, Controls::TGraphicControl)
+VCL_COMPONENT_IMPL(TCustomLabel, Controls::TGraphicControl, VCL_PROPERTY_AS(Caption, Text),
+                   VCL_PROPERTY(Alignment, taLeftJustify), VCL_PROPERTY(Layout, tlTop),
+                   VCL_PROPERTY(Transparent, false), VCL_PROPERTY(AutoSize, true), VCL_PROPERTY(WordWrap, false),
+                   VCL_PROPERTY(FocusControl))
 VCL_COMPONENT_IMPL(TLabel, TCustomLabel)
 
 TCustomLabel::TCustomLabel(Classes::TComponent* owner) : TGraphicControl(owner) { SetBounds(0, 0, 65, 17); }

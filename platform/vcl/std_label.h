@@ -2,6 +2,7 @@
 /// \file
 /// Unit StdCtrls, labels: text painted on the parent's window.
 #include "platform/vcl/controls.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
@@ -9,8 +10,10 @@ using System::AnsiString;
 
 /// Where text goes across.
 enum TAlignment { taLeftJustify, taRightJustify, taCenter };
+VCL_ENUM_INFO(TAlignment, taLeftJustify, taRightJustify, taCenter)
 /// Where text goes down.
 enum TTextLayout { tlTop, tlCenter, tlBottom };
+VCL_ENUM_INFO(TTextLayout, tlTop, tlCenter, tlBottom)
 
 /// A label: its caption drawn in the parent's font, '&' underlining the
 /// next letter. AutoSize (on by default) fits the label to its text.

@@ -1,4 +1,5 @@
 #include "platform/vcl/std_lists.h"
+#include "platform/vcl/typinfo.h"
 
 #include <string>
 
@@ -8,10 +9,13 @@ using Controls::TCreateParams;
 using Controls::TMessage;
 
 VCL_CLASS_IMPL(TWindowItems, Classes::TStrings)
-VCL_CLASS_IMPL(TCustomListControl, Controls::TWinControl)
-VCL_COMPONENT_IMPL(TCustomListBox, TCustomListControl)
+VCL_CLASS_IMPL(TCustomListControl, Controls::TWinControl, VCL_PROPERTY(TabStop, true),
+               VCL_PROPERTY_STORED(Color, IsColorStored, Graphics::clWindow), VCL_PROPERTY(ParentColor, false),
+               VCL_PROPERTY(Items))
+VCL_COMPONENT_IMPL(TCustomListBox, TCustomListControl, VCL_PROPERTY(MultiSelect, false), VCL_PROPERTY(Sorted, false))
 VCL_COMPONENT_IMPL(TListBox, TCustomListBox)
-VCL_COMPONENT_IMPL(TCustomComboBox, TCustomListControl)
+VCL_COMPONENT_IMPL(TCustomComboBox, TCustomListControl, VCL_PROPERTY(Style, csDropDown), VCL_PROPERTY(ItemIndex, -1),
+                   VCL_PROPERTY(Text), VCL_PROPERTY(OnChange))
 VCL_COMPONENT_IMPL(TComboBox, TCustomComboBox)
 
 namespace {

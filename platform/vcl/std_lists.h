@@ -6,6 +6,7 @@
 
 #include "platform/vcl/controls.h"
 #include "platform/vcl/string_list.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Stdctrls {
 
@@ -113,6 +114,7 @@ class VCL_API TListBox : public TCustomListBox {
 /// How a combo box looks: an edit with a drop-down list, a drop-down list
 /// only, or an edit over a list always shown.
 enum TComboBoxStyle { csDropDown, csSimple, csDropDownList };
+VCL_ENUM_INFO(TComboBoxStyle, csDropDown, csSimple, csDropDownList)
 
 /// A combo box. ItemIndex is the selected item (-1: none).
 class VCL_API TCustomComboBox : public TCustomListControl {

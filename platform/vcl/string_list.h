@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "platform/vcl/classes.h"
+#include "platform/vcl/typinfo.h"
 
 namespace Classes {
 
 /// What a sorted list does with a string it holds already.
 enum TDuplicates { dupIgnore, dupAccept, dupError };
+VCL_ENUM_INFO(TDuplicates, dupIgnore, dupAccept, dupError)
 
 /// A list of strings, each with an object pointer beside it (not owned). The
 /// storage is the derived class's: a string list, or the lines of a memo or the

@@ -1,6 +1,7 @@
 #pragma once
 /// \file
 /// Unit System: the object model and class information.
+#include <iterator>
 #include <new>
 
 #include "platform/vcl/ansistring.h"
@@ -12,15 +13,36 @@ namespace System {
 
 class TObject;
 
-/// Run-time description of a class: its name and its parent's. One instance per
-/// class, made by VCL_CLASS_IMPL; later additions (published properties, a
-/// factory) extend this record without changing how classes declare it.
+/// A date and time: days since 30 December 1899, the time as the fraction.
+/// A type of its own so that published properties know it from a Double.
+struct TDateTime {
+  double Val = 0;
+  TDateTime() = default;
+  TDateTime(double value) : Val(value) {}
+  operator double() const { return Val; }
+};
+
+}  // namespace System
+
+namespace Typinfo {
+struct TPropInfo;
+}
+
+namespace System {
+
+/// Run-time description of a class: its name, its parent's, how to make one
+/// by name and what it publishes. One instance per class, made by
+/// VCL_CLASS_IMPL or VCL_COMPONENT_IMPL.
 struct VCL_API TMetaClass {
   const char* Name;
   const TMetaClass* Parent;
   /// Makes an instance with an owner; null for classes that cannot be made by
   /// name (set by VCL_COMPONENT_IMPL).
   TObject* (*Factory)(TObject* owner) = nullptr;
+  /// The class's own published properties and methods (see typinfo.h); the
+  /// parent's come on top.
+  const Typinfo::TPropInfo* Published = nullptr;
+  int PublishedCount = 0;
 
   const char* ClassName() const { return Name; }
   const TMetaClass* ClassParent() const { return Parent; }
@@ -36,12 +58,19 @@ struct VCL_API TMetaClass {
   static const ::System::TMetaClass* StaticClass(); \
   const ::System::TMetaClass* ClassType() const override
 
-/// Defines them, in one source file of the class's package.
-#define VCL_CLASS_IMPL(Cls, ParentCls)                                      \
-  const ::System::TMetaClass* Cls::StaticClass() {                          \
-    static const ::System::TMetaClass meta{#Cls, ParentCls::StaticClass()}; \
-    return &meta;                                                           \
-  }                                                                         \
+/// Defines them, in one source file of the class's package. Cls's published
+/// properties and methods follow as VCL_PROPERTY/VCL_METHOD items (typinfo.h).
+#define VCL_CLASS_IMPL(Cls, ParentCls, ...) VCL_METACLASS_IMPL(Cls, ParentCls, nullptr, __VA_ARGS__)
+
+/// The common part of VCL_CLASS_IMPL and VCL_COMPONENT_IMPL.
+#define VCL_METACLASS_IMPL(Cls, ParentCls, Factory, ...)                                           \
+  const ::System::TMetaClass* Cls::StaticClass() {                                                 \
+    using ThisClass [[maybe_unused]] = Cls;                                                        \
+    __VA_OPT__(static const ::Typinfo::TPropInfo published[] = {__VA_ARGS__};)                     \
+    static const ::System::TMetaClass meta{#Cls, ParentCls::StaticClass(),                         \
+                                           Factory __VA_OPT__(, published, std::size(published))}; \
+    return &meta;                                                                                  \
+  }                                                                                                \
   const ::System::TMetaClass* Cls::ClassType() const { return Cls::StaticClass(); }
 
 /// The root of every framework class: class information and the destruction protocol.

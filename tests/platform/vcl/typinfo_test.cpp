@@ -1,0 +1,211 @@
+// Published properties and methods: every class's defaults agree with what a
+// new instance holds, values read and written by name and kind, sets and
+// enumerations by their names, colours by name, events bound to a form's
+// published methods by name, and clear errors for the rest.
+#include "platform/vcl/typinfo.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "platform/vcl/com_ranges.h"
+#include "platform/vcl/ext_panels.h"
+#include "platform/vcl/forms.h"
+#include "platform/vcl/std_buttons.h"
+#include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_label.h"
+#include "platform/vcl/std_lists.h"
+
+using namespace Typinfo;
+
+namespace {
+
+class TPublishingForm : public Forms::TForm {
+  VCL_CLASS();
+
+ public:
+  using TForm::TForm;
+  std::string log;
+  void ButtonClick(System::TObject* sender) { log += "click:" + std::string(sender->ClassName().c_str()) + ";"; }
+  void EditKeyDown(System::TObject*, WORD& key, Controls::TShiftState) { log += "key:" + std::to_string(key) + ";"; }
+};
+
+}  // namespace
+
+VCL_COMPONENT_IMPL(TPublishingForm, Forms::TForm, VCL_METHOD(ButtonClick, System::TNotifyEvent),
+                   VCL_METHOD(EditKeyDown, Controls::TKeyEvent))
+
+namespace {
+
+std::string Text(const AnsiString& s) { return s.c_str(); }
+
+TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
+  const System::TMetaClass* classes[] = {
+      Stdctrls::TButton::StaticClass(),    Stdctrls::TCheckBox::StaticClass(), Stdctrls::TRadioButton::StaticClass(),
+      Stdctrls::TEdit::StaticClass(),      Stdctrls::TMemo::StaticClass(),     Stdctrls::TLabel::StaticClass(),
+      Stdctrls::TListBox::StaticClass(),   Stdctrls::TComboBox::StaticClass(), Extctrls::TPanel::StaticClass(),
+      Stdctrls::TScrollBar::StaticClass(), Comctrls::TTrackBar::StaticClass(), Comctrls::TProgressBar::StaticClass(),
+      Comctrls::TUpDown::StaticClass(),    Forms::TForm::StaticClass(),        Menus::TMenuItem::StaticClass(),
+      Menus::TPopupMenu::StaticClass(),    Menus::TMainMenu::StaticClass(),    Controls::TCustomControl::StaticClass(),
+  };
+  for (const System::TMetaClass* cls : classes) {
+    std::unique_ptr<System::TObject> object(cls->Factory(nullptr));
+    ASSERT_TRUE(object) << cls->Name;
+    const auto props = GetPropList(cls);
+    EXPECT_GE(props.size(), 2u) << cls->Name;
+    for (const TPropInfo* p : props) {
+      if (p->HasDefault) EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
+      // Each name once: a class's own entry replaces its parent's.
+      int same = 0;
+      for (const TPropInfo* q : props) same += lstrcmpiA(p->Name, q->Name) == 0;
+      EXPECT_EQ(1, same) << cls->Name << "." << p->Name;
+    }
+  }
+  for (const System::TMetaClass* cls :
+       {Graphics::TFont::StaticClass(), Graphics::TPen::StaticClass(), Graphics::TBrush::StaticClass()}) {
+    std::unique_ptr<System::TObject> object(
+        cls == Graphics::TFont::StaticClass()  ? static_cast<System::TObject*>(new Graphics::TFont)
+        : cls == Graphics::TPen::StaticClass() ? static_cast<System::TObject*>(new Graphics::TPen)
+                                               : new Graphics::TBrush);
+    for (const TPropInfo* p : GetPropList(cls))
+      if (p->HasDefault) EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
+  }
+  // Parents' properties first, in their order.
+  const auto button = GetPropList(Stdctrls::TButton::StaticClass());
+  EXPECT_STREQ("Name", button[0]->Name);
+  EXPECT_STREQ("Tag", button[1]->Name);
+  EXPECT_STREQ("Left", button[2]->Name);
+}
+
+TEST(Typinfo, ValuesByNameAndKind) {
+  Forms::TForm form(nullptr);
+  auto* button = new Stdctrls::TButton(&form);
+  button->SetParent(&form);
+  const System::TMetaClass* cls = button->ClassType();
+  const auto prop = [&](const char* name) {
+    const TPropInfo* p = GetPropInfo(cls, name);
+    EXPECT_NE(nullptr, p) << name;
+    return p;
+  };
+
+  SetStrProp(button, prop("caption"), "&Go");
+  EXPECT_EQ("&Go", Text(button->GetText())) << "names are case-insensitive";
+  SetOrdProp(button, prop("Default"), 1);
+  EXPECT_TRUE(button->GetDefault());
+  EXPECT_FALSE(IsDefaultPropValue(button, prop("Default")));
+  SetOrdProp(button, prop("Width"), 123);
+  EXPECT_EQ(123, button->GetWidth());
+  SetEnumProp(button, prop("Align"), "ALCLIENT");
+  EXPECT_EQ(Controls::alClient, button->GetAlign());
+  EXPECT_EQ("alClient", Text(GetEnumProp(button, prop("Align"))));
+  EXPECT_EQ("True", Text(GetEnumProp(button, prop("Default")))) << "Boolean is an enumeration";
+
+  // Colours: stored only when not the parent's; named where a name exists.
+  const TPropInfo* color = prop("Color");
+  EXPECT_TRUE(IsDefaultPropValue(button, color)) << "a parent's colour is not written";
+  const TTypeInfo* colorType = color->PropType();
+  long long value = 0;
+  ASSERT_TRUE(colorType->IdentToInt && colorType->IdentToInt("clbtnface", value));
+  EXPECT_EQ(Graphics::clBtnFace, value);
+  SetOrdProp(button, color, Graphics::clInfoBk);
+  EXPECT_FALSE(IsDefaultPropValue(button, color));
+  EXPECT_STREQ("clInfoBk", colorType->IntToIdent(GetOrdProp(button, color)));
+  EXPECT_EQ(nullptr, colorType->IntToIdent(0x123456)) << "a colour without a name";
+  EXPECT_FALSE(colorType->IdentToInt("clNoSuch", value));
+
+  // Sub-objects are read in place; a wrong class is refused.
+  const TPropInfo* font = prop("Font");
+  EXPECT_EQ(tkClass, font->Kind());
+  EXPECT_EQ(button->GetFont(), GetObjectProp(button, font));
+  auto* fontHeight = GetPropInfo(Graphics::TFont::StaticClass(), "Height");
+  SetOrdProp(GetObjectProp(button, font), fontHeight, -20);
+  EXPECT_EQ(-20, button->GetFont()->GetHeight());
+  EXPECT_FALSE(button->GetParentFont());
+  Graphics::TPen pen;
+  EXPECT_THROW(SetObjectProp(button, font, &pen), EPropertyError);
+
+  // Sets by the names of their elements.
+  const TPropInfo* icons = GetPropInfo(form.ClassType(), "BorderIcons");
+  EXPECT_EQ("[biSystemMenu,biMinimize,biMaximize]", Text(GetSetProp(&form, icons)));
+  EXPECT_TRUE(IsDefaultPropValue(&form, icons));
+  SetSetProp(&form, icons, "[ biHelp , biSystemMenu ]");
+  EXPECT_EQ("[biSystemMenu,biHelp]", Text(GetSetProp(&form, icons)));
+  SetSetProp(&form, icons, "[]");
+  EXPECT_TRUE(form.GetBorderIcons().Empty());
+
+  // Errors name the property and the value.
+  const struct {
+    const char* what;
+    void (*act)(System::TObject*, const System::TMetaClass*);
+    const char* message;
+  } errors[] = {
+      {"unknown enumeration value",
+       [](System::TObject* o, const System::TMetaClass* c) { SetEnumProp(o, GetPropInfo(c, "Align"), "alMiddle"); },
+       "Property Align: invalid value 'alMiddle'"},
+      {"unknown set element",
+       [](System::TObject*, const System::TMetaClass*) {
+         Forms::TForm f(nullptr);
+         SetSetProp(&f, GetPropInfo(f.ClassType(), "BorderIcons"), "[biHelp,biClose]");
+       },
+       "Property BorderIcons: invalid value 'biClose'"},
+      {"a string as a number",
+       [](System::TObject* o, const System::TMetaClass* c) { SetOrdProp(o, GetPropInfo(c, "Caption"), 1); },
+       "Property Caption: not an ordinal value"},
+      {"an enumeration that is a string",
+       [](System::TObject* o, const System::TMetaClass* c) { SetEnumProp(o, GetPropInfo(c, "Hint"), "x"); },
+       "Property Hint: not an enumeration"},
+      {"a set without its end",
+       [](System::TObject*, const System::TMetaClass*) {
+         Forms::TForm f(nullptr);
+         SetSetProp(&f, GetPropInfo(f.ClassType(), "BorderIcons"), "[biHelp");
+       },
+       "Property BorderIcons: a set without its closing ']'"},
+  };
+  for (const auto& e : errors) {
+    try {
+      e.act(button, cls);
+      ADD_FAILURE() << e.what << ": no error";
+    } catch (const EPropertyError& error) {
+      EXPECT_EQ(e.message, Text(error.Message)) << e.what;
+    }
+  }
+  EXPECT_EQ(nullptr, GetPropInfo(cls, "NoSuchProperty"));
+  EXPECT_EQ(Controls::alClient, button->GetAlign()) << "a refused value changes nothing";
+}
+
+TEST(Typinfo, EventsBindToPublishedMethodsByName) {
+  TPublishingForm form(nullptr);
+  auto* button = new Stdctrls::TButton(&form);
+  button->SetParent(&form);
+  auto* edit = new Stdctrls::TEdit(&form);
+  edit->SetParent(&form);
+
+  const System::TMethod click = MethodAddress(&form, "buttonclick");
+  ASSERT_TRUE(click.IsSet());
+  const TPropInfo* onClick = GetPropInfo(button->ClassType(), "OnClick");
+  EXPECT_TRUE(IsDefaultPropValue(button, onClick));
+  SetMethodProp(button, onClick, click);
+  EXPECT_FALSE(IsDefaultPropValue(button, onClick));
+  button->Click();
+  EXPECT_EQ("click:TButton;", form.log);
+  EXPECT_EQ("ButtonClick", Text(MethodName(&form, GetMethodProp(button, onClick))));
+
+  const TPropInfo* onKeyDown = GetPropInfo(edit->ClassType(), "OnKeyDown");
+  SetMethodProp(edit, onKeyDown, MethodAddress(&form, "EditKeyDown"));
+  WORD key = 'A';
+  edit->GetOnKeyDown()(edit, key, {});
+  EXPECT_EQ("click:TButton;key:65;", form.log);
+  EXPECT_EQ("EditKeyDown", Text(MethodName(&form, GetMethodProp(edit, onKeyDown))));
+
+  // A method fits an event only with the same signature; names are matched
+  // against the published ones only.
+  EXPECT_STREQ(onClick->PropType()->Signature, MethodSignature(form.ClassType(), "ButtonClick"));
+  EXPECT_STRNE(onKeyDown->PropType()->Signature, MethodSignature(form.ClassType(), "ButtonClick"));
+  EXPECT_EQ(nullptr, MethodSignature(form.ClassType(), "Close"));
+  EXPECT_FALSE(MethodAddress(&form, "Close").IsSet());
+  EXPECT_EQ("", Text(MethodName(button, GetMethodProp(button, onClick)))) << "not a method of the button";
+  EXPECT_EQ(nullptr, GetPropInfo(form.ClassType(), "ButtonClick")) << "a method is not a property";
+}
+
+}  // namespace
