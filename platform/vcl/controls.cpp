@@ -1049,6 +1049,30 @@ bool TWinControl::Broadcast(TMessage& message) {
 
 void TWinControl::Notified(TMessage&) {}
 
+// The paint context goes back to the system and the canvas lets go of it
+// however paint ends.
+void TWinControl::PaintOnCanvas(TMessage& message, Graphics::TCanvas& canvas, System::TClosure<void()> paint) {
+  struct PaintContext {
+    HWND wnd;
+    HDC given;
+    PAINTSTRUCT ps{};
+    HDC dc;
+    Graphics::TCanvas& canvas;
+    PaintContext(HWND w, HDC g, Graphics::TCanvas& c) : wnd(w), given(g), dc(g ? g : BeginPaint(w, &ps)), canvas(c) {
+      canvas.SetHandle(dc);
+    }
+    ~PaintContext() {
+      canvas.SetHandle(nullptr);  // puts back what the canvas selected
+      if (!given) EndPaint(wnd, &ps);
+    }
+  } context(GetHandle(), reinterpret_cast<HDC>(message.WParam), canvas);
+  canvas.GetFont()->Assign(GetFont());
+  canvas.GetBrush()->SetColor(GetColor());
+  paint();
+  canvas.SetHandle(nullptr);
+  PaintControls(context.dc, context.given ? RECT{0, 0, GetWidth(), GetHeight()} : context.ps.rcPaint);
+}
+
 // ---- TCustomControl ----
 
 TCustomControl::TCustomControl(Classes::TComponent* owner)
@@ -1066,24 +1090,9 @@ void TCustomControl::WndProc(TMessage& message) {
     case WM_ERASEBKGND:
       message.Result = 1;  // Paint covers it all
       return;
-    case WM_PAINT: {
-      PAINTSTRUCT ps{};
-      HDC dc = message.WParam ? reinterpret_cast<HDC>(message.WParam) : BeginPaint(GetHandle(), &ps);
-      canvas_->SetHandle(dc);
-      canvas_->GetFont()->Assign(GetFont());
-      canvas_->GetBrush()->SetColor(GetColor());
-      try {
-        Paint();
-      } catch (...) {
-        canvas_->SetHandle(nullptr);
-        if (!message.WParam) EndPaint(GetHandle(), &ps);
-        throw;
-      }
-      canvas_->SetHandle(nullptr);  // puts back what the canvas selected
-      PaintControls(dc, message.WParam ? RECT{0, 0, GetWidth(), GetHeight()} : ps.rcPaint);
-      if (!message.WParam) EndPaint(GetHandle(), &ps);
+    case WM_PAINT:
+      PaintOnCanvas(message, *canvas_, {this, &TCustomControl::Paint});
       return;
-    }
     default:
       TWinControl::WndProc(message);
   }

@@ -380,6 +380,10 @@ class VCL_API TWinControl : public TControl {
   /// requests (CN_CTLCOLOR...) are answered before this with the control's
   /// font colour, Color and brush.
   virtual void Notified(TMessage& message);
+  /// Answers WM_PAINT: paint draws on canvas, which holds the paint context
+  /// meanwhile with the control's font and colour; then the windowless
+  /// children are painted over it.
+  void PaintOnCanvas(TMessage& message, Graphics::TCanvas& canvas, System::TClosure<void()> paint);
 
  private:
   friend class TControl;

@@ -16,7 +16,7 @@ VCL_COMPONENT_IMPL(TCustomForm, Controls::TWinControl, VCL_PROPERTY(Visible, fal
                    VCL_PROPERTY(Position, poDesigned), VCL_PROPERTY(KeyPreview, false), VCL_PROPERTY(Menu),
                    VCL_PROPERTY(ActiveControl), VCL_PROPERTY(OnCreate), VCL_PROPERTY(OnDestroy), VCL_PROPERTY(OnShow),
                    VCL_PROPERTY(OnHide), VCL_PROPERTY(OnActivate), VCL_PROPERTY(OnDeactivate), VCL_PROPERTY(OnResize),
-                   VCL_PROPERTY(OnClose), VCL_PROPERTY(OnCloseQuery))
+                   VCL_PROPERTY(OnPaint), VCL_PROPERTY(OnClose), VCL_PROPERTY(OnCloseQuery))
 VCL_COMPONENT_IMPL(TForm, TCustomForm)
 VCL_CLASS_IMPL(EInvalidOperation, Sysutils::Exception)
 
@@ -26,7 +26,8 @@ TCustomForm* GetParentForm(Controls::TControl* control) {
   return dynamic_cast<TCustomForm*>(top);
 }
 
-TCustomForm::TCustomForm(Classes::TComponent* owner) : TWinControl(owner) {
+TCustomForm::TCustomForm(Classes::TComponent* owner)
+    : TWinControl(owner), canvas_(std::make_unique<Graphics::TCanvas>()) {
   SetVisible(false);
   SetBounds(0, 0, 400, 300);
   Screen->forms_.push_back(this);
@@ -280,6 +281,12 @@ TModalResult TCustomForm::ShowModal() {
 
 void TCustomForm::WndProc(TMessage& message) {
   switch (message.Msg) {
+    case WM_PAINT:
+      if (onPaint_) {
+        PaintOnCanvas(message, *canvas_, {this, &TCustomForm::Paint});
+        return;
+      }
+      break;
     case WM_CLOSE:
       Close();
       return;

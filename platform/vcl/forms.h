@@ -91,6 +91,12 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void SetOnActivate(System::TNotifyEvent value) { onActivate_ = value; }
   System::TNotifyEvent GetOnDeactivate() const { return onDeactivate_; }
   void SetOnDeactivate(System::TNotifyEvent value) { onDeactivate_ = value; }
+  /// Draws on the form's client area (on Canvas) before its windowless
+  /// controls are painted.
+  System::TNotifyEvent GetOnPaint() const { return onPaint_; }
+  void SetOnPaint(System::TNotifyEvent value) { onPaint_ = value; }
+  /// The form's canvas: it holds the paint context while OnPaint runs.
+  Graphics::TCanvas* GetCanvas() const { return canvas_.get(); }
   System::TNotifyEvent GetOnResize() const { return onResize_; }
   void SetOnResize(System::TNotifyEvent value) { onResize_ = value; }
   TCloseEvent GetOnClose() const { return onClose_; }
@@ -118,6 +124,7 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void CloseModal();
   void FocusFirst();
   void DetachMenu();
+  void Paint() { onPaint_(this); }
 
   TModalResult modalResult_ = Controls::mrNone;
   bool modal_ = false;
@@ -128,7 +135,8 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   TPosition position_ = poDesigned;
   Controls::TWinControl* activeControl_ = nullptr;
   Menus::TMainMenu* menu_ = nullptr;
-  System::TNotifyEvent onCreate_, onDestroy_, onShow_, onHide_, onActivate_, onDeactivate_, onResize_;
+  System::TNotifyEvent onCreate_, onDestroy_, onShow_, onHide_, onActivate_, onDeactivate_, onResize_, onPaint_;
+  std::unique_ptr<Graphics::TCanvas> canvas_;
   TCloseEvent onClose_;
   TCloseQueryEvent onCloseQuery_;
 };

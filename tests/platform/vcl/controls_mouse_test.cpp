@@ -222,13 +222,10 @@ class TCross : public TCustomControl {
   }
 };
 
-TEST(TCustomControl, PaintsOnItsCanvasWithItsColor) {
-  Forms::TForm form(nullptr);
-  auto* cross = new TCross(&form);
-  cross->SetParent(&form);
-  cross->SetBounds(0, 0, 20, 20);
-  cross->SetColor(Graphics::clYellow);
-  const HWND wnd = cross->GetHandle();
+// Paints the 20x20 top-left corner of wnd into a memory bitmap through
+// WM_PAINT and gives it as a picture every 4 pixels: '.' yellow, '#' black,
+// 'r' red, '?' anything else.
+std::string PaintedCorner(HWND wnd) {
   const OwnedWindowDC screen(nullptr);
   const OwnedMemoryDC dc(CreateCompatibleDC(screen.get()));
   const OwnedBitmap bitmap(CreateCompatibleBitmap(screen.get(), 20, 20));
@@ -238,13 +235,41 @@ TEST(TCustomControl, PaintsOnItsCanvasWithItsColor) {
   for (int y = 0; y < 20; y += 4) {
     for (int x = 0; x < 20; x += 4) {
       const COLORREF c = GetPixel(dc.get(), x, y);
-      picture += c == RGB(255, 255, 0) ? '.' : c == RGB(0, 0, 0) ? '#' : '?';
+      picture += c == RGB(255, 255, 0) ? '.' : c == RGB(0, 0, 0) ? '#' : c == RGB(255, 0, 0) ? 'r' : '?';
     }
     picture += '\n';
   }
   SelectObject(dc.get(), old);
+  return picture;
+}
+
+struct FormPainter {
+  void Paint(System::TObject* sender) {
+    Graphics::TCanvas* canvas = static_cast<Forms::TForm*>(sender)->GetCanvas();
+    canvas->GetBrush()->SetColor(Graphics::clYellow);
+    canvas->FillRect({0, 0, 20, 20});
+  }
+};
+
+TEST(TCustomControl, PaintsOnItsCanvasAsAFormInOnPaint) {
+  Forms::TForm form(nullptr);
+  auto* cross = new TCross(&form);
+  cross->SetParent(&form);
+  cross->SetBounds(0, 0, 20, 20);
+  cross->SetColor(Graphics::clYellow);
+  EXPECT_EQ("#....\n.#...\n..#..\n...#.\n....#\n", PaintedCorner(cross->GetHandle()));
   EXPECT_EQ(1, cross->paints);
-  EXPECT_EQ("#....\n.#...\n..#..\n...#.\n....#\n", picture);
+
+  // The form's OnPaint draws first, its windowless controls over it.
+  delete cross;
+  FormPainter painter;
+  form.SetOnPaint({&painter, &FormPainter::Paint});
+  auto* label = new Stdctrls::TLabel(&form);
+  label->SetParent(&form);
+  label->SetAutoSize(false);
+  label->SetColor(Graphics::clRed);
+  label->SetBounds(8, 8, 8, 8);
+  EXPECT_EQ(".....\n.....\n..rr.\n..rr.\n.....\n", PaintedCorner(form.GetHandle()));
 }
 
 }  // namespace
