@@ -211,6 +211,7 @@ void TControl::UpdateBoundsFields(int left, int top, int width, int height) {
   height_ = height;
   Resize();
   if (parent_ && align_ != alNone) parent_->Realign();
+  if (parent_) parent_->ChildrenChanged();
   if (auto* w = dynamic_cast<TWinControl*>(this); w && resized) w->Realign();
 }
 
@@ -393,6 +394,7 @@ void TControl::SetVisible(bool value) {
   visible_ = value;
   VisibleChanged();
   if (parent_ && align_ != alNone) parent_->Realign();
+  if (parent_) parent_->ChildrenChanged();
   Invalidate();
 }
 
@@ -492,6 +494,7 @@ void TWinControl::InsertControl(TControl* control) {
   // on demand inside the new one.
   if (auto* w = dynamic_cast<TWinControl*>(control)) w->DestroyHandle();
   control->Invalidate();
+  ChildrenChanged();
 }
 
 void TWinControl::RemoveControl(TControl* control) {
@@ -504,6 +507,7 @@ void TWinControl::RemoveControl(TControl* control) {
   tabList_.erase(std::remove(tabList_.begin(), tabList_.end(), control), tabList_.end());
   control->parent_ = nullptr;
   if (control->align_ != alNone) Realign();
+  if (!GetComponentState().Contains(Classes::csDestroying)) ChildrenChanged();
 }
 
 TControl* TWinControl::GetControl(int index) const {

@@ -295,6 +295,8 @@ class VCL_API TWinControl : public TControl {
   TControl* GetControl(int index) const;
   /// Lays the aligned child controls out again (see TControl::SetAlign).
   void Realign();
+  /// A child came, went, moved, was resized, shown or hidden.
+  virtual void ChildrenChanged() {}
   /// Paints the controls without a window (labels) that lie inside rect, on
   /// dc of this control's window.
   void PaintControls(HDC dc, const RECT& rect);

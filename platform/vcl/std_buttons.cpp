@@ -50,12 +50,14 @@ TButton::TButton(Classes::TComponent* owner) : TButtonControl(owner) { SetBounds
 void TButton::CreateParams(TCreateParams& params) {
   TButtonControl::CreateParams(params);
   params.SystemClass = "BUTTON";
-  params.Style |= default_ ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+  params.Style |= PushStyle();
 }
+
+UINT TButton::PushStyle() const { return default_ ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON; }
 
 void TButton::SetDefault(bool value) {
   default_ = value;
-  if (HandleAllocated()) SendMessageA(GetHandle(), BM_SETSTYLE, value ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON, TRUE);
+  if (HandleAllocated()) SendMessageA(GetHandle(), BM_SETSTYLE, PushStyle(), TRUE);
 }
 
 void TButton::Click() {

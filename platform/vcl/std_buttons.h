@@ -46,6 +46,8 @@ class VCL_API TButton : public TButtonControl {
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
+  /// The window's button style: a default or a plain push button.
+  virtual UINT PushStyle() const;
 
  private:
   bool default_ = false;

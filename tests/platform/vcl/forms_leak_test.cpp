@@ -6,9 +6,15 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/application.h"
+#include "platform/vcl/buttons.h"
+#include "platform/vcl/com_ranges.h"
+#include "platform/vcl/ext_bevel.h"
 #include "platform/vcl/ext_panels.h"
+#include "platform/vcl/scroll_box.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_group_box.h"
+#include "platform/vcl/std_label.h"
 #include "platform/vcl/std_lists.h"
 
 namespace {
@@ -50,9 +56,9 @@ Counts Now() {
 }
 
 template <class T>
-T* Add(Forms::TForm* form, Controls::TWinControl* parent, int top) {
+T* Add(Forms::TForm* form, Controls::TControl* parent, int top) {
   auto* control = new T(form);
-  control->SetParent(parent);
+  control->SetParent(static_cast<Controls::TWinControl*>(parent));
   control->SetTop(top);
   return control;
 }
@@ -69,6 +75,22 @@ void MakeShowAndFree() {
   Add<Stdctrls::TRadioButton>(form, form, 130)->SetChecked(true);
   Add<Stdctrls::TListBox>(form, panel, 0)->GetItems()->SetText("a\nb");
   Add<Stdctrls::TComboBox>(form, form, 150)->GetItems()->SetText("c\nd");
+  Add<Stdctrls::TMemo>(form, form, 180)->GetLines()->SetText("one\ntwo");
+  Add<Stdctrls::TLabel>(form, form, 210)->SetText("Label");
+  auto* group = Add<Stdctrls::TGroupBox>(form, form, 230);
+  Add<Extctrls::TBevel>(form, group, 20);
+  Add<Buttons::TSpeedButton>(form, group, 20)->SetFont(form->GetFont());
+  Add<Buttons::TBitBtn>(form, group, 50)->GetGlyph()->SetSize(8, 8);
+  auto* scroll = Add<Forms::TScrollBox>(form, form, 340);
+  Add<Stdctrls::TScrollBar>(form, scroll, 100);
+  Add<Comctrls::TTrackBar>(form, form, 390);
+  Add<Comctrls::TProgressBar>(form, form, 440)->SetPosition(50);
+  Add<Comctrls::TUpDown>(form, form, 470)->SetAssociate(Add<Stdctrls::TEdit>(form, form, 470));
+  auto* menu = new Menus::TMainMenu(form);
+  auto* item = new Menus::TMenuItem(form);
+  item->SetCaption("&File");
+  menu->GetItems()->Add(item);
+  form->SetMenu(menu);
   form->Show();
   Forms::Application->ProcessMessages();
   delete form;

@@ -9,11 +9,15 @@
 #include <memory>
 #include <string>
 
+#include "platform/vcl/buttons.h"
 #include "platform/vcl/com_ranges.h"
+#include "platform/vcl/ext_bevel.h"
 #include "platform/vcl/ext_panels.h"
 #include "platform/vcl/forms.h"
+#include "platform/vcl/scroll_box.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_group_box.h"
 #include "platform/vcl/std_label.h"
 #include "platform/vcl/std_lists.h"
 
@@ -42,12 +46,18 @@ std::string Text(const AnsiString& s) { return s.c_str(); }
 
 TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
   const System::TMetaClass* classes[] = {
-      Stdctrls::TButton::StaticClass(),    Stdctrls::TCheckBox::StaticClass(), Stdctrls::TRadioButton::StaticClass(),
-      Stdctrls::TEdit::StaticClass(),      Stdctrls::TMemo::StaticClass(),     Stdctrls::TLabel::StaticClass(),
-      Stdctrls::TListBox::StaticClass(),   Stdctrls::TComboBox::StaticClass(), Extctrls::TPanel::StaticClass(),
-      Stdctrls::TScrollBar::StaticClass(), Comctrls::TTrackBar::StaticClass(), Comctrls::TProgressBar::StaticClass(),
-      Comctrls::TUpDown::StaticClass(),    Forms::TForm::StaticClass(),        Menus::TMenuItem::StaticClass(),
-      Menus::TPopupMenu::StaticClass(),    Menus::TMainMenu::StaticClass(),    Controls::TCustomControl::StaticClass(),
+      Stdctrls::TButton::StaticClass(),        Stdctrls::TCheckBox::StaticClass(),
+      Stdctrls::TRadioButton::StaticClass(),   Stdctrls::TEdit::StaticClass(),
+      Stdctrls::TMemo::StaticClass(),          Stdctrls::TLabel::StaticClass(),
+      Stdctrls::TListBox::StaticClass(),       Stdctrls::TComboBox::StaticClass(),
+      Extctrls::TPanel::StaticClass(),         Stdctrls::TScrollBar::StaticClass(),
+      Comctrls::TTrackBar::StaticClass(),      Comctrls::TProgressBar::StaticClass(),
+      Comctrls::TUpDown::StaticClass(),        Forms::TForm::StaticClass(),
+      Menus::TMenuItem::StaticClass(),         Menus::TPopupMenu::StaticClass(),
+      Buttons::TSpeedButton::StaticClass(),    Buttons::TBitBtn::StaticClass(),
+      Extctrls::TBevel::StaticClass(),         Stdctrls::TGroupBox::StaticClass(),
+      Forms::TScrollBox::StaticClass(),        Menus::TMainMenu::StaticClass(),
+      Controls::TCustomControl::StaticClass(),
   };
   for (const System::TMetaClass* cls : classes) {
     std::unique_ptr<System::TObject> object(cls->Factory(nullptr));
