@@ -734,7 +734,7 @@ void TWinControl::WndProc(TMessage& message) {
       if (defWndProc_ == &DefWindowProcA) {
         RECT r;
         ::GetClientRect(handle_, &r);
-        FillRect(reinterpret_cast<HDC>(message.WParam), &r, brush_->GetHandle());
+        FillRect(reinterpret_cast<HDC>(message.WParam), &r, BackgroundBrush());
         message.Result = 1;
         return;
       }
@@ -767,7 +767,7 @@ void TWinControl::WndProc(TMessage& message) {
       auto dc = reinterpret_cast<HDC>(message.WParam);
       SetTextColor(dc, static_cast<COLORREF>(Graphics::ColorToRGB(GetFont()->GetColor())));
       SetBkColor(dc, static_cast<COLORREF>(Graphics::ColorToRGB(GetColor())));
-      message.Result = reinterpret_cast<LRESULT>(brush_->GetHandle());
+      message.Result = reinterpret_cast<LRESULT>(BackgroundBrush());
       return;
     }
     case WM_CAPTURECHANGED:
@@ -778,6 +778,11 @@ void TWinControl::WndProc(TMessage& message) {
       if (!(pos->flags & SWP_NOSIZE) || !(pos->flags & SWP_NOMOVE)) ReadBoundsFromWindow();
       break;
     }
+    case WM_SIZE:
+      // The client area can change while the window keeps its size: a menu
+      // bar or a scroll bar came or went.
+      Realign();
+      break;
     case WM_MOUSEMOVE:
     case WM_LBUTTONDOWN:
     case WM_LBUTTONUP:
@@ -856,6 +861,12 @@ AnsiString TWinControl::GetText() const {
 void TWinControl::SetText(const AnsiString& value) {
   TControl::SetText(value);
   if (handle_) SetWindowTextA(handle_, value.c_str());
+}
+
+HBRUSH TWinControl::BackgroundBrush() const {
+  const Graphics::TColor color = GetColor();
+  if (color < 0 && brush_->GetStyle() == Graphics::bsSolid) return GetSysColorBrush(color & 0xFF);
+  return brush_->GetHandle();
 }
 
 bool TWinControl::HasGraphicControls() const {

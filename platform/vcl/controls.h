@@ -313,6 +313,9 @@ class VCL_API TWinControl : public TControl {
   /// The brush of the control's Color: its background, and what a system
   /// control's window is given to paint with.
   Graphics::TBrush* GetBrush() const { return brush_.get(); }
+  /// A handle of the background colour: the system's own brush for a system
+  /// colour (nothing made per control), else Brush's.
+  HBRUSH BackgroundBrush() const;
 
   /// The window's text (a form's caption, an edit's contents); kept by the
   /// control while it has no window.

@@ -24,7 +24,7 @@ void TCustomPanel::SetBevelInner(TBevelCut value) {
 void TCustomPanel::Paint(HDC dc) {
   RECT r;
   ::GetClientRect(GetHandle(), &r);
-  FillRect(dc, &r, GetBrush()->GetHandle());
+  FillRect(dc, &r, BackgroundBrush());
   for (TBevelCut cut : {bevelOuter_, bevelInner_}) {
     if (cut == bvNone) continue;
     if (cut != bvSpace) DrawEdge(dc, &r, cut == bvRaised ? BDR_RAISEDINNER : BDR_SUNKENOUTER, BF_RECT);

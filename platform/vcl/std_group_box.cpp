@@ -38,7 +38,7 @@ void TCustomGroupBox::WndProc(Controls::TMessage& message) {
     case WM_ERASEBKGND: {
       RECT r;
       ::GetClientRect(GetHandle(), &r);
-      FillRect(reinterpret_cast<HDC>(message.WParam), &r, GetBrush()->GetHandle());
+      FillRect(reinterpret_cast<HDC>(message.WParam), &r, BackgroundBrush());
       message.Result = 1;
       return;
     }

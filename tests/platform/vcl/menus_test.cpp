@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "platform/vcl/application.h"
+#include "platform/vcl/ext_panels.h"
 #include "platform/vcl/std_edits.h"
 
 using namespace Menus;
@@ -108,6 +109,24 @@ TEST(TMainMenu, IsTheFormsMenuBarAndFollowsItsItems) {
     EXPECT_TRUE(GetSubMenu(bar, 1) != nullptr) << "the first item makes a submenu";
     wrap->Delete(0);
     EXPECT_TRUE(GetSubMenu(bar, 1) == nullptr) << "and the last one takes it away";
+
+    // The bar narrows the client area: what is aligned to the bottom stays
+    // inside it when the bar comes and goes.
+    auto* bottom = new Extctrls::TPanel(&form);
+    bottom->SetParent(&form);
+    bottom->SetAlign(Controls::alBottom);
+    const auto bottomFits = [&] {
+      RECT client, panel;
+      GetClientRect(window, &client);
+      GetWindowRect(bottom->GetHandle(), &panel);
+      MapWindowPoints(HWND_DESKTOP, window, reinterpret_cast<POINT*>(&panel), 2);
+      return panel.bottom == client.bottom;
+    };
+    EXPECT_TRUE(bottomFits());
+    form.SetMenu(nullptr);
+    EXPECT_TRUE(bottomFits()) << "without the bar";
+    form.SetMenu(menu);
+    EXPECT_TRUE(bottomFits()) << "with the bar again";
 
     // Bad input gets a defined result.
     EXPECT_THROW(file->GetItem(3), Classes::EListError);
