@@ -90,6 +90,23 @@ TShiftState KeyboardShiftState() {
   return s;
 }
 
+// The controls whose window procedures are running on this thread, innermost
+// first, and the controls whose delete waits for them (see DestroyLater).
+// Plain pointers: thread-local objects with destructors are not safe in a DLL.
+struct DispatchFrame {
+  TWinControl* control;
+  DispatchFrame* next;
+};
+thread_local DispatchFrame* dispatchTop = nullptr;
+thread_local TWinControl* deferredTop = nullptr;
+
+bool InDispatch(const TControl* tree) {
+  for (const DispatchFrame* f = dispatchTop; f; f = f->next)
+    for (const TControl* c = f->control; c; c = c->GetParent())
+      if (c == tree) return true;
+  return false;
+}
+
 // Routes the window's messages to its control. The control pointer lives in
 // the last extra bytes of the window (after those of a system class the
 // control's class is built on), so GWLP_USERDATA stays free for users.
@@ -107,6 +124,31 @@ struct WindowProcAccess {
     return it == procs.end() ? &DefWindowProcA : it->second;
   }
 
+  // Marks control's window procedure as running while it lives; at its end
+  // the controls whose delete waited for it are destroyed. A delete may run
+  // procedures of its own, so the list is walked afresh after each.
+  struct Dispatching {
+    DispatchFrame frame;
+    explicit Dispatching(TWinControl* control) : frame{control, dispatchTop} { dispatchTop = &frame; }
+    ~Dispatching() {
+      dispatchTop = frame.next;
+      for (bool again = true; again;) {
+        again = false;
+        for (TWinControl** link = &deferredTop; *link; link = &(*link)->nextDeferred_) {
+          TWinControl* waiting = *link;
+          if (InDispatch(waiting)) continue;
+          *link = waiting->nextDeferred_;
+          waiting->deferred_ = false;
+          delete waiting;
+          again = true;
+          break;
+        }
+      }
+    }
+    Dispatching(const Dispatching&) = delete;
+    Dispatching& operator=(const Dispatching&) = delete;
+  };
+
   static LRESULT CALLBACK Proc(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam) {
     auto* control = reinterpret_cast<TWinControl*>(GetWindowLongPtrA(wnd, Slot(wnd)));
     if (msg == WM_NCCREATE) {
@@ -115,6 +157,7 @@ struct WindowProcAccess {
       if (control) control->handle_ = wnd;
     }
     if (!control) return CallWindowProcA(DefaultProc(wnd), wnd, msg, wParam, lParam);
+    const Dispatching dispatching(control);
     TMessage m{msg, wParam, lParam, 0};
     try {
       control->WndProc(m);
@@ -461,7 +504,27 @@ TWinControl::TWinControl(Classes::TComponent* owner) : TControl(owner), brush_(s
   brush_->SetColor(GetColor());
 }
 
+bool TWinControl::DestroyLater() {
+  if (deferred_) return true;
+  if (!InDispatch(this)) return false;
+  // Freed with its owner or parent: there is no later for it.
+  for (const Classes::TComponent* up : std::initializer_list<const Classes::TComponent*>{GetOwner(), GetParent()})
+    if (up && up->GetComponentState().Contains(Classes::csDestroying)) return false;
+  deferred_ = true;
+  nextDeferred_ = deferredTop;
+  deferredTop = this;
+  SetVisible(false);
+  return true;
+}
+
 void TWinControl::BeforeDestruction() {
+  if (deferred_)  // destroyed another way meanwhile: no longer waiting
+    for (TWinControl** link = &deferredTop; *link; link = &(*link)->nextDeferred_)
+      if (*link == this) {
+        *link = nextDeferred_;
+        deferred_ = false;
+        break;
+      }
   // Done here while derived parts still exist, so their WndProc sees the
   // window's last messages; the destructor repeats it for objects not deleted.
   // Child controls go first, then the components this one owns.

@@ -275,6 +275,10 @@ class VCL_API TWinControl : public TControl {
   /// Destroys the child controls, then the window.
   ~TWinControl() override;
   void BeforeDestruction() override;
+  /// A control deleted while its window procedure, or one of a control
+  /// inside it, is running (a form freed from its button's OnClick) is
+  /// hidden and destroyed once that procedure returns.
+  bool DestroyLater() override;
 
   /// The window, created on first request (its parent's first). Null only when
   /// the window system refuses to create it.
@@ -407,6 +411,8 @@ class VCL_API TWinControl : public TControl {
   void NotifyControls(UINT msg);
 
   HWND handle_ = nullptr;
+  TWinControl* nextDeferred_ = nullptr;  // the list of controls whose delete waits
+  bool deferred_ = false;
   TControl* captureControl_ = nullptr;  // a windowless child holding the mouse
   unsigned alignCounter_ = 0;
   std::unique_ptr<Graphics::TBrush> brush_;

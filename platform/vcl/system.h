@@ -92,10 +92,16 @@ class VCL_API TObject {
   /// Runs when the object is destroyed by delete, before any destructor, while
   /// the whole object still exists (virtual calls reach the most derived class).
   virtual void BeforeDestruction() {}
+  /// Asked by delete before anything is destroyed: true when the object is
+  /// busy in its own code (a control inside its window procedure) and has
+  /// put its destruction off until that returns.
+  virtual bool DestroyLater() { return false; }
 
-  /// delete of any framework object goes through here to give BeforeDestruction
-  /// its chance; objects on the stack are destroyed without it.
+  /// delete of any framework object goes through here to give DestroyLater
+  /// and BeforeDestruction their chance; objects on the stack are destroyed
+  /// without them.
   void operator delete(TObject* object, std::destroying_delete_t) {
+    if (object->DestroyLater()) return;
     void* block = dynamic_cast<void*>(object);
     object->BeforeDestruction();
     object->~TObject();

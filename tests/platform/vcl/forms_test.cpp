@@ -244,4 +244,45 @@ TEST(TCustomForm, AFormCanReleaseItselfFromItsOwnHandler) {
   EXPECT_EQ(before - 1, Screen->GetFormCount()) << "freed once its messages were done";
 }
 
+// Deleting instead of Release: the delete waits until the procedures of the
+// form's windows have returned, then happens without a message loop.
+TEST(TCustomForm, AFormDeletedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
+  struct Deleter {
+    TForm* form;
+    Classes::TComponent* nested = nullptr;
+    std::string log;
+    void Clicked(System::TObject* sender) {
+      delete form;
+      delete form;  // a second delete while it waits changes nothing
+      // The sender and the form are still whole until the handler returns.
+      log += std::string(sender->ClassName().c_str()) + " " + (IsWindowVisible(form->GetHandle()) ? "shown" : "hidden");
+      if (nested) SendMessageA(static_cast<TButton*>(nested)->GetHandle(), BM_CLICK, 0, 0);
+    }
+    void Destroyed(System::TObject*) { log += " destroyed"; }
+  };
+  const struct {
+    const char* what;
+    bool nested;
+  } cases[] = {{"from the button's click", false}, {"with another window's procedure inside", true}};
+  for (const auto& c : cases) {
+    auto* form = new TForm(nullptr);
+    auto* button = new TButton(form);
+    button->SetParent(form);
+    Deleter deleter{form};
+    form->SetOnDestroy({&deleter, &Deleter::Destroyed});
+    TForm other(nullptr);
+    auto* otherButton = new TButton(&other);
+    otherButton->SetParent(&other);
+    if (c.nested) deleter.nested = otherButton;
+    button->SetOnClick({&deleter, &Deleter::Clicked});
+    form->Show();
+    const HWND window = form->GetHandle();
+    const int before = Screen->GetFormCount();
+    SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
+    EXPECT_EQ("TButton hidden destroyed", deleter.log) << c.what;
+    EXPECT_EQ(before - 1, Screen->GetFormCount()) << c.what;
+    EXPECT_FALSE(IsWindow(window)) << c.what;
+  }
+}
+
 }  // namespace
