@@ -1,6 +1,11 @@
 #include "platform/vcl/application.h"
 
+#include <commctrl.h>
+#include <windowsx.h>
+
 #include <algorithm>
+#include <cstring>
+#include <string>
 
 #include "platform/vcl/thread.h"
 
@@ -50,6 +55,125 @@ HWND TApplication::GetHandle() {
 void TApplication::Notification(Classes::TComponent* component, Classes::TOperation operation) {
   TComponent::Notification(component, operation);
   if (operation == Classes::opRemove && component == mainForm_) mainForm_ = nullptr;
+  if (operation == Classes::opRemove && component == hintControl_) {
+    HideHint();
+    hintControl_ = nullptr;
+  }
+}
+
+// ---- hints ----
+
+namespace {
+
+// The control under the mouse with a hint to show: a windowless child of the
+// window's control where the mouse is, else that control, else the nearest
+// parent with a hint.
+Controls::TControl* HintControlAt(HWND wnd, POINT screen) {
+  Controls::TControl* c = Controls::TWinControl::FindControl(wnd);
+  if (auto* w = dynamic_cast<Controls::TWinControl*>(c))
+    if (Controls::TControl* inner = w->ControlAtPos(w->ScreenToClient({screen.x, screen.y}))) c = inner;
+  while (c && c->GetHint().IsEmpty()) c = c->GetParent();
+  return c && c->GetShowHint() ? c : nullptr;
+}
+
+bool MouseOver(Controls::TControl* c) {
+  POINT p;
+  GetCursorPos(&p);
+  const MyPoint local = c->ScreenToClient({p.x, p.y});
+  return local.x >= 0 && local.y >= 0 && local.x < c->GetWidth() && local.y < c->GetHeight();
+}
+
+}  // namespace
+
+void TApplication::SetShowHint(bool value) {
+  showHint_ = value;
+  if (!value) CancelHint();
+}
+
+// The loop sees every message before its window: mouse moves choose the
+// control, presses and keys put the hint away.
+void TApplication::HintMessage(const MSG& msg) {
+  switch (msg.message) {
+    case WM_MOUSEMOVE: {
+      POINT p{GET_X_LPARAM(msg.lParam), GET_Y_LPARAM(msg.lParam)};
+      ClientToScreen(msg.hwnd, &p);
+      Controls::TControl* c = showHint_ ? HintControlAt(msg.hwnd, p) : nullptr;
+      if (c == hintControl_) return;
+      CancelHint();
+      hintControl_ = c;
+      if (!c) return;
+      c->FreeNotification(this);
+      hintTimer_ = SetTimer(nullptr, hintTimer_, static_cast<UINT>(hintPause_), &HintTimerProc);
+      return;
+    }
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      HideHint();
+      return;
+    default:
+      return;
+  }
+}
+
+void CALLBACK TApplication::HintTimerProc(HWND, UINT, UINT_PTR, DWORD) {
+  if (Application) Application->HintTimer();
+}
+
+// The pause is over: show the hint if the mouse is still there; the hide
+// pause is over, or the mouse left: put it away.
+void TApplication::HintTimer() {
+  if (!hintControl_ || !MouseOver(hintControl_)) {
+    CancelHint();
+    return;
+  }
+  if (!shownHint_.IsEmpty()) {
+    HideHint();
+    return;
+  }
+  const AnsiString hint = hintControl_->GetHint();
+  const char* bar = std::strchr(hint.c_str(), '|');
+  shownHint_ = bar ? AnsiString(std::string(hint.c_str(), bar).c_str()) : hint;
+  if (shownHint_.IsEmpty()) return;
+  if (!hintWindow_) {
+    static const bool ready = [] {
+      INITCOMMONCONTROLSEX init{sizeof init, ICC_WIN95_CLASSES};
+      return InitCommonControlsEx(&init) != FALSE;
+    }();
+    (void)ready;
+    hintWindow_.reset(CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
+                                      0, 0, 0, 0, GetHandle(), nullptr, nullptr, nullptr));
+    TTTOOLINFOA tool{TTTOOLINFOA_V2_SIZE, TTF_TRACK | TTF_ABSOLUTE, GetHandle()};
+    tool.lpszText = const_cast<char*>("");
+    SendMessageA(hintWindow_.get(), TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageA(hintWindow_.get(), TTM_SETMAXTIPWIDTH, 0, 400);
+  }
+  TTTOOLINFOA tool{TTTOOLINFOA_V2_SIZE, TTF_TRACK | TTF_ABSOLUTE, GetHandle()};
+  tool.lpszText = const_cast<char*>(shownHint_.c_str());
+  SendMessageA(hintWindow_.get(), TTM_UPDATETIPTEXTA, 0, reinterpret_cast<LPARAM>(&tool));
+  POINT p;
+  GetCursorPos(&p);
+  SendMessageA(hintWindow_.get(), TTM_TRACKPOSITION, 0, MAKELPARAM(p.x, p.y + GetSystemMetrics(SM_CYCURSOR) / 2 + 4));
+  SendMessageA(hintWindow_.get(), TTM_TRACKACTIVATE, TRUE, reinterpret_cast<LPARAM>(&tool));
+  hintTimer_ = SetTimer(nullptr, hintTimer_, static_cast<UINT>(hintHidePause_), &HintTimerProc);
+}
+
+// Away until the mouse comes to another control.
+void TApplication::HideHint() {
+  if (hintTimer_) KillTimer(nullptr, hintTimer_);
+  hintTimer_ = 0;
+  if (shownHint_.IsEmpty()) return;
+  shownHint_ = "";
+  TTTOOLINFOA tool{TTTOOLINFOA_V2_SIZE, TTF_TRACK | TTF_ABSOLUTE, GetHandle()};
+  SendMessageA(hintWindow_.get(), TTM_TRACKACTIVATE, FALSE, reinterpret_cast<LPARAM>(&tool));
+}
+
+void TApplication::CancelHint() {
+  HideHint();
+  if (hintControl_) hintControl_->RemoveFreeNotification(this);
+  hintControl_ = nullptr;
 }
 
 // One message: false when there was none. Exceptions of its handlers went to
@@ -61,6 +185,7 @@ bool TApplication::ProcessMessage() {
     terminated_ = true;
     return true;
   }
+  HintMessage(msg);
   if (IsShortCutMessage(msg)) return true;
   TranslateMessage(&msg);
   DispatchMessageA(&msg);

@@ -54,6 +54,24 @@ class VCL_API TApplication : public Classes::TComponent {
   void SetOnException(TExceptionEvent value) { onException_ = value; }
   TIdleEvent GetOnIdle() const { return onIdle_; }
   void SetOnIdle(TIdleEvent value) { onIdle_ = value; }
+  ///@{
+  /// Hints: the mouse resting HintPause ms on a control whose Hint is set
+  /// and ShowHint true (the Hint of the nearest parent that has one) shows
+  /// the hint's text before any '|' beside the mouse, for HintHidePause ms or
+  /// until the mouse leaves the control, a button is pressed or a key typed.
+  bool GetShowHint() const { return showHint_; }
+  void SetShowHint(bool value);
+  int GetHintPause() const { return hintPause_; }
+  void SetHintPause(int value) { hintPause_ = value; }
+  int GetHintHidePause() const { return hintHidePause_; }
+  void SetHintHidePause(int value) { hintHidePause_ = value; }
+  /// The hint shown now ("" for none), and the hint window (null until the
+  /// first hint).
+  AnsiString GetShownHint() const { return shownHint_; }
+  HWND GetHintWindow() const { return hintWindow_.get(); }
+  void CancelHint();
+  ///@}
+
   /// OnException when set, else shows the message in a message box titled
   /// with Title.
   void HandleException(std::exception_ptr error);
@@ -66,6 +84,11 @@ class VCL_API TApplication : public Classes::TComponent {
   bool ProcessMessage();
   bool IsShortCutMessage(const MSG& msg);
   void Idle();
+  void HintMessage(const MSG& msg);
+  void HintTimer();
+  void HideHint();
+
+  static void CALLBACK HintTimerProc(HWND, UINT, UINT_PTR, DWORD);
 
   TCustomForm* mainForm_ = nullptr;
   OwnedWindow handle_;
@@ -73,6 +96,13 @@ class VCL_API TApplication : public Classes::TComponent {
   bool terminated_ = false;
   TExceptionEvent onException_;
   TIdleEvent onIdle_;
+  bool showHint_ = true;
+  int hintPause_ = 500;
+  int hintHidePause_ = 2500;
+  Controls::TControl* hintControl_ = nullptr;  // the control under the mouse that has a hint
+  OwnedWindow hintWindow_;
+  AnsiString shownHint_;
+  UINT_PTR hintTimer_ = 0;
 };
 
 /// The application.

@@ -753,13 +753,7 @@ bool TWinControl::ControlMouseMessage(TMessage& message) {
     target = captureControl_;
   } else {
     captureControl_ = nullptr;
-    const int x = static_cast<short>(LOWORD(message.LParam)), y = static_cast<short>(HIWORD(message.LParam));
-    for (auto it = controls_.rbegin(); it != controls_.rend() && !target; ++it) {
-      TControl* c = *it;
-      if (dynamic_cast<TGraphicControl*>(c) && c->visible_ && c->GetEnabled() && x >= c->left_ &&
-          x < c->left_ + c->width_ && y >= c->top_ && y < c->top_ + c->height_)
-        target = c;
-    }
+    target = ControlAtPos({static_cast<short>(LOWORD(message.LParam)), static_cast<short>(HIWORD(message.LParam))});
   }
   if (!target) return false;
   const int x = static_cast<short>(LOWORD(message.LParam)) - target->left_;
@@ -930,6 +924,16 @@ HBRUSH TWinControl::BackgroundBrush() const {
   const Graphics::TColor color = GetColor();
   if (color < 0 && brush_->GetStyle() == Graphics::bsSolid) return GetSysColorBrush(color & 0xFF);
   return brush_->GetHandle();
+}
+
+TControl* TWinControl::ControlAtPos(const MyPoint& p) const {
+  for (auto it = controls_.rbegin(); it != controls_.rend(); ++it) {
+    TControl* c = *it;
+    if (dynamic_cast<TGraphicControl*>(c) && c->visible_ && c->GetEnabled() && p.x >= c->left_ &&
+        p.x < c->left_ + c->width_ && p.y >= c->top_ && p.y < c->top_ + c->height_)
+      return c;
+  }
+  return nullptr;
 }
 
 bool TWinControl::HasGraphicControls() const {

@@ -308,6 +308,9 @@ class VCL_API TWinControl : public TControl {
   bool ContainsControl(const TControl* control) const;
   /// Whether any child is a control without a window.
   bool HasGraphicControls() const;
+  /// The topmost visible, enabled child without a window at a point of the
+  /// client area, or null.
+  TControl* ControlAtPos(const MyPoint& point) const;
 
   void SetBounds(int left, int top, int width, int height) override;
   MyRect GetClientRect() const override;
