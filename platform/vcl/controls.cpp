@@ -1066,9 +1066,9 @@ bool TWinControl::HandleKey(TMessage& message) {
       if (key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE) {
         MSG msg{handle_, message.Msg, message.WParam, message.LParam, 0, {}};
         const LRESULT code = Perform(WM_GETDLGCODE, message.WParam, reinterpret_cast<LPARAM>(&msg));
-        // Tab is kept only by a control that asks for it by name.
-        const bool wanted =
-            (code & DLGC_WANTMESSAGE) || (key == VK_TAB ? (code & DLGC_WANTTAB) != 0 : (code & DLGC_WANTALLKEYS) != 0);
+        // Tab is kept only by a control that asks for it by name (the bit of
+        // "all keys" is also the one of "this message").
+        const bool wanted = (code & (key == VK_TAB ? DLGC_WANTTAB : DLGC_WANTALLKEYS)) != 0;
         if (!wanted) {
           TMessage dialogKey{CM_DIALOGKEY, key, message.LParam, 0};
           TopLevel()->DialogKey(dialogKey);

@@ -190,16 +190,17 @@ void TCustomForm::Show() {
   SetVisible(true);
   ShowWindow(h, SW_SHOW);
   SetForegroundWindow(h);
-  if (!wasVisible) {
-    FocusFirst();
-    onShow_(this);
-  }
+  if (!wasVisible) FocusFirst();
 }
 
-void TCustomForm::Hide() {
-  if (!GetVisible()) return;
-  SetVisible(false);
-  onHide_(this);
+void TCustomForm::Hide() { SetVisible(false); }
+
+// However Visible changes: OnShow before the window appears, OnHide before it
+// goes (and the form loses the activation).
+void TCustomForm::VisibleChanged() {
+  if (GetVisible()) onShow_(this);
+  if (!GetVisible()) onHide_(this);
+  TWinControl::VisibleChanged();
 }
 
 bool TCustomForm::CloseQuery() {

@@ -118,6 +118,7 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void Notification(Classes::TComponent* component, Classes::TOperation operation) override;
   bool WantsKeyPreview() const override { return keyPreview_; }
   void Resize() override { onResize_(this); }
+  void VisibleChanged() override;
 
  private:
   void PlaceOnScreen();

@@ -198,7 +198,11 @@ void TCustomMemo::SetWordWrap(bool value) {
   if (HandleAllocated()) DestroyHandle();
 }
 
+// The window is asked what it wants without the key's message: an edit asked
+// with one takes itself for a dialog's edit, which types no tabs and wants
+// every Enter and Tab by that message.
 void TCustomMemo::WndProc(TMessage& message) {
+  if (message.Msg == WM_GETDLGCODE) message.LParam = 0;
   TCustomEdit::WndProc(message);
   if (message.Msg != WM_GETDLGCODE) return;
   if (wantTabs_)

@@ -213,6 +213,66 @@ TEST(TRadioButton, CheckingOneUnchecksItsSiblingsAndCheckBoxesCycle) {
   EXPECT_EQ(cbUnchecked, box->GetState()) << "grayed only when allowed";
 }
 
+// The events of a form's life, in the order a user of the framework expects.
+TEST(TCustomForm, LifeEventsComeInOrder) {
+  struct Log {
+    std::string text;
+    void Note(System::TObject* sender, const char* what) {
+      text += std::string(static_cast<Classes::TComponent*>(sender)->GetName().c_str()) + "." + what + " ";
+    }
+    void Create(System::TObject* s) { Note(s, "create"); }
+    void Show(System::TObject* s) { Note(s, "show"); }
+    void Hide(System::TObject* s) { Note(s, "hide"); }
+    // Which form is active depends on the desktop, which other test
+    // processes share: activation is driven by its message below.
+    void Activate(System::TObject* s) { Note(s, "activate"); }
+    void Deactivate(System::TObject* s) { Note(s, "deactivate"); }
+    void Resize(System::TObject* s) { Note(s, "resize"); }
+    void Destroy(System::TObject* s) { Note(s, "destroy"); }
+  } log;
+  const auto watch = [&](TForm* f, const char* name) {
+    f->SetName(name);
+    f->SetOnCreate({&log, &Log::Create});
+    f->SetOnShow({&log, &Log::Show});
+    f->SetOnHide({&log, &Log::Hide});
+    f->SetOnResize({&log, &Log::Resize});
+    f->SetOnDestroy({&log, &Log::Destroy});
+  };
+  auto* a = new TForm(nullptr);
+  auto* b = new TForm(nullptr);
+  watch(a, "A");
+  watch(b, "B");
+  const struct {
+    const char* what;
+    void (*act)(TForm*, TForm*);
+    const char* events;
+  } steps[] = {
+      {"create", [](TForm* f, TForm*) { f->DoCreate(); }, "A.create "},
+      {"show", [](TForm* f, TForm*) { f->Show(); }, "A.show "},
+      {"resize", [](TForm* f, TForm*) { f->SetBounds(10, 10, 333, 222); }, "A.resize "},
+      {"another form shown", [](TForm*, TForm* g) { g->Show(); }, "B.show "},
+      {"hidden through Visible", [](TForm*, TForm* g) { g->SetVisible(false); }, "B.hide "},
+      {"hide", [](TForm* f, TForm*) { f->Hide(); }, "A.hide "},
+      {"hidden again: nothing", [](TForm* f, TForm*) { f->Hide(); }, ""},
+      {"freed", [](TForm* f, TForm*) { delete f; }, "A.destroy "},
+  };
+  for (const auto& s : steps) {
+    log.text.clear();
+    s.act(a, b);
+    Application->ProcessMessages();
+    EXPECT_EQ(s.events, log.text) << s.what;
+  }
+  b->SetOnActivate({&log, &Log::Activate});
+  b->SetOnDeactivate({&log, &Log::Deactivate});
+  log.text.clear();
+  SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_CLICKACTIVE, 0);
+  EXPECT_EQ(0u, log.text.find("B.activate ")) << log.text;  // the system may activate it again
+  log.text.clear();
+  SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_INACTIVE, 0);
+  EXPECT_EQ("B.deactivate ", log.text);
+  delete b;
+}
+
 TEST(TaskWindows, EnableGivesBackExactlyWhatDisableTook) {
   TForm visible(nullptr), alreadyDisabled(nullptr), hidden(nullptr), keep(nullptr);
   for (TForm* f : {&visible, &alreadyDisabled, &keep}) f->Show();

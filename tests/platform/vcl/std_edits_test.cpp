@@ -40,7 +40,7 @@ TEST(TCustomEdit, LimitsAndSelectionAreTheWindows) {
   EXPECT_TRUE(GetWindowLongA(w, GWL_STYLE) & ES_READONLY);
 }
 
-TEST(TCustomMemo, EnterIsALineBreakInAMemoThatWantsReturns) {
+TEST(TCustomMemo, EnterAndTabGoIntoAMemoThatWantsThem) {
   struct Row {
     const char* what;
     bool wantReturns, wantTabs;
@@ -53,6 +53,8 @@ TEST(TCustomMemo, EnterIsALineBreakInAMemoThatWantsReturns) {
   const Row rows[] = {
       {"Enter, returns wanted", true, false, VK_RETURN, '\r', "ab\r\n", 0, true},
       {"Enter, returns not wanted", false, false, VK_RETURN, '\r', "ab", 1, true},
+      {"Tab, tabs wanted", true, true, VK_TAB, '\t', "ab\t", 0, true},
+      {"Tab, tabs not wanted: the focus moves on", true, false, VK_TAB, '\t', "ab", 0, false},
   };
   for (const Row& r : rows) {
     Forms::TForm form(nullptr);
