@@ -320,7 +320,7 @@ TPropInfo WithStored(TPropInfo prop) {
   return prop;
 }
 
-/// A published method, for events are of type Event.
+/// A published method, bound to events of type Event.
 template <class Event, auto Method>
 TPropInfo PublishedMethod(const char* name) {
   TPropInfo p;
