@@ -107,6 +107,17 @@ bool InDispatch(const TControl* tree) {
   return false;
 }
 
+// True while an owner or parent of control, however far up, is being
+// destroyed: that destruction frees control too.
+bool GoesWithAnother(const TControl* control) {
+  const auto destroying = [](const Classes::TComponent* c) {
+    return c && c->GetComponentState().Contains(Classes::csDestroying);
+  };
+  for (const TControl* c = control; c; c = c->GetParent())
+    if (destroying(c->GetOwner()) || destroying(c->GetParent())) return true;
+  return false;
+}
+
 // Routes the window's messages to its control. The control pointer lives in
 // the last extra bytes of the window (after those of a system class the
 // control's class is built on), so GWLP_USERDATA stays free for users.
@@ -136,7 +147,7 @@ struct WindowProcAccess {
         again = false;
         for (TWinControl** link = &deferredTop; *link; link = &(*link)->nextDeferred_) {
           TWinControl* waiting = *link;
-          if (InDispatch(waiting)) continue;
+          if (InDispatch(waiting) || GoesWithAnother(waiting)) continue;
           *link = waiting->nextDeferred_;
           waiting->deferred_ = false;
           delete waiting;
@@ -505,11 +516,11 @@ TWinControl::TWinControl(Classes::TComponent* owner) : TControl(owner), brush_(s
 }
 
 bool TWinControl::DestroyLater() {
+  // Freed with an owner or parent, even while it waits: there is no later
+  // for it (BeforeDestruction takes it off the waiting list).
+  if (GoesWithAnother(this)) return false;
   if (deferred_) return true;
   if (!InDispatch(this)) return false;
-  // Freed with its owner or parent: there is no later for it.
-  for (const Classes::TComponent* up : std::initializer_list<const Classes::TComponent*>{GetOwner(), GetParent()})
-    if (up && up->GetComponentState().Contains(Classes::csDestroying)) return false;
   deferred_ = true;
   nextDeferred_ = deferredTop;
   deferredTop = this;

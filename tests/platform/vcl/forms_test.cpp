@@ -343,6 +343,28 @@ TEST(TCustomForm, AFormDeletedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
     EXPECT_EQ(before - 1, Screen->GetFormCount()) << c.what;
     EXPECT_FALSE(IsWindow(window)) << c.what;
   }
+
+  // A panel deleted in its own handler waits; its form, freed meanwhile,
+  // takes it along and the wait ends.
+  struct Owner {
+    TForm* form;
+    Controls::TWinControl* panel;
+    void Clicked(System::TObject*) {
+      delete panel;
+      EXPECT_FALSE(panel->GetVisible()) << "waiting, hidden";
+      delete form;
+    }
+  };
+  auto* form = new TForm(nullptr);
+  auto* panel = new Controls::TWinControl(form);
+  panel->SetParent(form);
+  auto* button = new TButton(form);
+  button->SetParent(panel);
+  Owner owner{form, panel};
+  button->SetOnClick({&owner, &Owner::Clicked});
+  const int before = Screen->GetFormCount();
+  SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
+  EXPECT_EQ(before - 1, Screen->GetFormCount());
 }
 
 }  // namespace
