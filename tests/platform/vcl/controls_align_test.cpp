@@ -1,6 +1,7 @@
 // Alignment: aligned children stacked in their parent's client area, laid out
 // again when the parent is resized or a child is hidden, moved, re-aligned or
-// freed; and the list-index error of Controls.
+// freed, also while the parent is being laid out; and the list-index error
+// of Controls.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -73,6 +74,25 @@ TEST(TWinControl, AlignedChildrenStackAndCloseUp) {
   left->SetAlign(alRight);
   EXPECT_EQ("0,65 350x160", Where(client)) << "freed and re-aligned: the client takes the room";
   EXPECT_EQ("350,65 50x160", Where(left));
+
+  // A panel whose resize frees a sibling not yet laid out: the layout goes
+  // on without it.
+  struct Dropping : TPanel {
+    using TPanel::TPanel;
+    TControl* victim = nullptr;
+    void Resize() override {
+      delete victim;
+      victim = nullptr;
+    }
+  };
+  auto* dropping = new Dropping(&form);
+  dropping->SetParent(&form);
+  dropping->SetHeight(10);
+  dropping->SetAlign(alTop);
+  dropping->victim = bottom;
+  form.SetBounds(0, 0, 420, 260);
+  EXPECT_EQ(nullptr, dropping->victim);
+  EXPECT_EQ("0,75 370x185", Where(client)) << "the bottom panel freed while the form was laid out";
 
   std::string message;
   try {
