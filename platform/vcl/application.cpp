@@ -266,6 +266,11 @@ void TApplication::ShowException(const Sysutils::Exception& e) {
 
 // ---- TScreen ----
 
+int TScreen::GetPixelsPerInch() const {
+  const OwnedWindowDC screen(nullptr);
+  return GetDeviceCaps(screen.get(), LOGPIXELSY);
+}
+
 TCustomForm* TScreen::GetForm(int index) const {
   if (index < 0 || index >= GetFormCount()) Classes::ListIndexError(index);
   return forms_[index];

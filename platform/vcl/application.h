@@ -121,6 +121,8 @@ class VCL_API TScreen : public Classes::TComponent {
   TCustomForm* GetActiveForm() const;
   int GetWidth() const { return GetSystemMetrics(SM_CXSCREEN); }
   int GetHeight() const { return GetSystemMetrics(SM_CYSCREEN); }
+  /// The screen's density (96 at 100 %).
+  int GetPixelsPerInch() const;
 
  private:
   friend class TCustomForm;

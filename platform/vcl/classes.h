@@ -46,6 +46,8 @@ template <class E = EListError>
 }
 
 class TFiler;
+class TReader;
+class TWriter;
 
 /// An object that can copy itself to and from others of its kind.
 class VCL_API TPersistent : public TObject {
@@ -57,6 +59,8 @@ class VCL_API TPersistent : public TObject {
   virtual void Assign(TPersistent* source);
 
  protected:
+  friend class TReader;  // they ask for the defined properties
+  friend class TWriter;
   /// Copies this into dest; the default raises EConvertError
   /// "Cannot assign a <this class> to a <dest class>".
   virtual void AssignTo(TPersistent* dest);

@@ -102,7 +102,16 @@ void TComponent::Insert(TComponent* component) {
 void TComponent::Remove(TComponent* component) {
   Erase(components_, component);
   component->owner_ = nullptr;
+  // A published field naming it would dangle. Not while this one goes: the
+  // class the field belongs to may be destroyed already.
+  if (state_.Contains(csDestroying) || component->name_.IsEmpty()) return;
+  if (const Typinfo::TPropInfo* field = Typinfo::GetFieldInfo(ClassType(), component->name_))
+    if (field->GetField(this) == component) field->SetField(this, nullptr);
 }
+
+void TComponent::GetChildren(TGetChildProc, TComponent*) {}
+
+void TComponent::SetParentComponent(TComponent*) {}
 
 void TComponent::DestroyComponents() {
   while (!components_.empty()) {

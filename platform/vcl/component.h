@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/vcl/classes.h"
+#include "platform/vcl/closure.h"
 #include "platform/vcl/set.h"
 
 namespace Classes {
@@ -14,6 +15,12 @@ enum TOperation { opInsert, opRemove };
 /// What a component is going through.
 enum TComponentStateItem { csLoading, csReading, csWriting, csDestroying, csDesigning, csUpdating };
 using TComponentState = System::Set<TComponentStateItem, csLoading, csUpdating>;
+
+class TComponent;
+class TReader;
+class TWriter;
+/// Called with each child a component hands to streaming.
+using TGetChildProc = System::TClosure<void(TComponent*)>;
 
 /// A persistent object with an owner and a name. The owner keeps a list of the
 /// components it owns and destroys them when it is destroyed itself; a
@@ -64,6 +71,17 @@ class VCL_API TComponent : public TPersistent {
   void FreeNotification(TComponent* component);
   void RemoveFreeNotification(TComponent* component);
 
+  /// The components streaming writes inside this one, those that root owns:
+  /// none by default; a control's child controls, a menu's items.
+  virtual void GetChildren(TGetChildProc proc, TComponent* root);
+  /// The component this one sits in (a control's parent, a menu item's
+  /// menu), which streaming writes it inside; null by default.
+  virtual TComponent* GetParentComponent() const { return nullptr; }
+  /// Whether it sits in another component when it is in place.
+  virtual bool HasParent() const { return false; }
+  /// Puts it in value, as streaming does before reading its properties.
+  virtual void SetParentComponent(TComponent* value);
+
  protected:
   /// component was added to (opInsert) or is leaving (opRemove) this
   /// component's owner, or a component this one asked about is going. The
@@ -80,6 +98,9 @@ class VCL_API TComponent : public TPersistent {
   void Insert(TComponent* component);
   void Remove(TComponent* component);
   void Release();
+  // They mark what they read as loading and what they write as writing.
+  friend class TReader;
+  friend class TWriter;
 
   TComponent* owner_ = nullptr;
   std::vector<TComponent*> components_;

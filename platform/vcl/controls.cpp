@@ -252,6 +252,22 @@ TControl::TControl(Classes::TComponent* owner) : TComponent(owner), font_(std::m
   font_->SetOnChange({this, &TControl::FontChanged});
 }
 
+void TControl::ScaleBy(int m, int d) {
+  if (m > 0 && d > 0 && m != d) ChangeScale(m, d);
+}
+
+void TControl::ChangeScale(int m, int d) {
+  SetBounds(MulDiv(left_, m, d), MulDiv(top_, m, d), MulDiv(width_, m, d), MulDiv(height_, m, d));
+  // The shared message font already suits the screen.
+  if (!parentFont_ && !fontDefault_) font_->SetHeight(MulDiv(font_->GetHeight(), m, d));
+}
+
+Classes::TComponent* TControl::GetParentComponent() const { return parent_; }
+
+void TControl::SetParentComponent(Classes::TComponent* value) {
+  if (auto* parent = dynamic_cast<TWinControl*>(value)) SetParent(parent);
+}
+
 TControl::~TControl() {
   if (parent_) parent_->RemoveControl(this);
 }
@@ -582,6 +598,18 @@ void TWinControl::RemoveControl(TControl* control) {
   control->parent_ = nullptr;
   if (control->align_ != alNone) Realign();
   if (!GetComponentState().Contains(Classes::csDestroying)) ChildrenChanged();
+}
+
+void TWinControl::ChangeScale(int m, int d) {
+  TControl::ChangeScale(m, d);
+  const std::vector<TControl*> children = controls_;
+  for (TControl* c : children) c->ChangeScale(m, d);
+}
+
+void TWinControl::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) {
+  const std::vector<TControl*> children = controls_;
+  for (TControl* c : children)
+    if (c->GetOwner() == root) proc(c);
 }
 
 TControl* TWinControl::GetControl(int index) const {

@@ -130,6 +130,14 @@ class VCL_API TControl : public Classes::TComponent {
   /// on the parent destroys the control when it is destroyed itself, so a
   /// control given a parent must be made with new or destroyed first.
   virtual void SetParent(TWinControl* parent);
+  /// Scales position, size and an own font's height by m/d (a form designed
+  /// at one screen density shown at another), and the child controls with it.
+  void ScaleBy(int m, int d);
+  /// Streaming's view of the parent.
+  Classes::TComponent* GetParentComponent() const override;
+  bool HasParent() const override { return true; }
+  /// Sets the parent when value is a windowed control.
+  void SetParentComponent(Classes::TComponent* value) override;
 
   bool GetVisible() const { return visible_; }
   void SetVisible(bool value);
@@ -162,6 +170,8 @@ class VCL_API TControl : public Classes::TComponent {
   void SetParentFont(bool value);
   ///@{
   /// Whether streaming writes the value: not while it is the parent's.
+  /// Does the work of ScaleBy.
+  virtual void ChangeScale(int m, int d);
   bool IsColorStored() const { return !parentColor_; }
   bool IsFontStored() const { return !parentFont_; }
   bool IsShowHintStored() const { return !parentShowHint_; }
@@ -292,6 +302,11 @@ class VCL_API TWinControl : public TControl {
   /// Without either, the control gets a top-level pop-up window of its own.
   HWND GetParentWindow() const { return parentWindow_; }
   void SetParentWindow(HWND value);
+
+  /// Scales the control, then its children.
+  void ChangeScale(int m, int d) override;
+  /// The child controls that root owns, in the order they came in.
+  void GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) override;
 
   int GetControlCount() const { return static_cast<int>(controls_.size()); }
   /// Child control by index; outside 0..ControlCount-1 raises EListError

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/vcl/application.h"
+#include "platform/vcl/filer.h"
 #include "platform/vcl/typinfo.h"
 
 namespace Forms {
@@ -14,9 +15,10 @@ VCL_COMPONENT_IMPL(TCustomForm, Controls::TWinControl, VCL_PROPERTY(Visible, fal
                    VCL_PROPERTY(ClientWidth), VCL_PROPERTY(ClientHeight), VCL_PROPERTY(BorderStyle, bsSizeable),
                    VCL_PROPERTY(BorderIcons, (TBorderIcons{biSystemMenu, biMinimize, biMaximize})),
                    VCL_PROPERTY(Position, poDesigned), VCL_PROPERTY(KeyPreview, false), VCL_PROPERTY(Menu),
-                   VCL_PROPERTY(ActiveControl), VCL_PROPERTY(OnCreate), VCL_PROPERTY(OnDestroy), VCL_PROPERTY(OnShow),
-                   VCL_PROPERTY(OnHide), VCL_PROPERTY(OnActivate), VCL_PROPERTY(OnDeactivate), VCL_PROPERTY(OnResize),
-                   VCL_PROPERTY(OnPaint), VCL_PROPERTY(OnClose), VCL_PROPERTY(OnCloseQuery))
+                   VCL_PROPERTY(ActiveControl), VCL_PROPERTY(PixelsPerInch), VCL_PROPERTY(Scaled, true),
+                   VCL_PROPERTY(OnCreate), VCL_PROPERTY(OnDestroy), VCL_PROPERTY(OnShow), VCL_PROPERTY(OnHide),
+                   VCL_PROPERTY(OnActivate), VCL_PROPERTY(OnDeactivate), VCL_PROPERTY(OnResize), VCL_PROPERTY(OnPaint),
+                   VCL_PROPERTY(OnClose), VCL_PROPERTY(OnCloseQuery))
 VCL_COMPONENT_IMPL(TForm, TCustomForm)
 VCL_CLASS_IMPL(EInvalidOperation, Sysutils::Exception)
 
@@ -30,7 +32,37 @@ TCustomForm::TCustomForm(Classes::TComponent* owner)
     : TWinControl(owner), canvas_(std::make_unique<Graphics::TCanvas>()) {
   SetVisible(false);
   SetBounds(0, 0, 400, 300);
+  pixelsPerInch_ = Screen->GetPixelsPerInch();
   Screen->forms_.push_back(this);
+}
+
+void TCustomForm::ChangeScale(int m, int d) {
+  const int left = GetLeft(), top = GetTop(), width = GetClientWidth(), height = GetClientHeight();
+  TWinControl::ChangeScale(m, d);
+  // The frame and the place on the screen are the system's: only the
+  // client area grows.
+  SetBounds(left, top, GetWidth(), GetHeight());
+  SetClientWidth(MulDiv(width, m, d));
+  SetClientHeight(MulDiv(height, m, d));
+}
+
+void TCustomForm::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) {
+  if (root == this)
+    for (int i = 0; i < GetComponentCount(); ++i)
+      if (!GetComponent(i)->HasParent()) proc(GetComponent(i));
+  TWinControl::GetChildren(proc, root);
+}
+
+void TCustomForm::Loaded() {
+  TWinControl::Loaded();
+  const int screen = Screen->GetPixelsPerInch();
+  if (scaled_ && pixelsPerInch_ != screen) ScaleBy(screen, pixelsPerInch_);
+  pixelsPerInch_ = screen;
+}
+
+void TCustomForm::ReadDesign() {
+  if (!Classes::InitInheritedComponent(this, TCustomForm::StaticClass()))
+    throw Classes::EResNotFound("Resource " + AnsiString(ClassName()) + " not found");
 }
 
 TCustomForm::~TCustomForm() {

@@ -65,6 +65,19 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void SetPosition(TPosition value) { position_ = value; }
   void SetClientWidth(int value);
   void SetClientHeight(int value);
+  /// The screen density the form's positions, sizes and fonts are meant for:
+  /// the screen's, or what a design read from a stream says it was made at.
+  int GetPixelsPerInch() const { return pixelsPerInch_; }
+  void SetPixelsPerInch(int value) { pixelsPerInch_ = value > 0 ? value : pixelsPerInch_; }
+  /// Whether a design made at another density is scaled to the screen's when
+  /// it is read.
+  bool GetScaled() const { return scaled_; }
+  void SetScaled(bool value) { scaled_ = value; }
+  /// Scales the client area, the font and the controls; the form keeps its place.
+  void ChangeScale(int m, int d) override;
+  /// The components the form owns that sit in nothing (menus), then its
+  /// child controls.
+  void GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) override;
   /// The form's key events run before its controls' own.
   bool GetKeyPreview() const { return keyPreview_; }
   void SetKeyPreview(bool value) { keyPreview_ = value; }
@@ -116,6 +129,13 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void CreateWnd() override;
   void DestroyWnd() override;
   void Notification(Classes::TComponent* component, Classes::TOperation operation) override;
+  /// Scales a design made at another density (see Scaled).
+  void Loaded() override;
+  /// For the constructor of a form class with a design: reads the design
+  /// from the resource named after the class, in the module that holds the
+  /// class, making the controls and binding fields and events. Raises
+  /// EResNotFound "Resource <class> not found" when there is none.
+  void ReadDesign();
   bool WantsKeyPreview() const override { return keyPreview_; }
   void Resize() override { onResize_(this); }
   void VisibleChanged() override;
@@ -131,6 +151,8 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   bool modal_ = false;
   bool placed_ = false;
   bool keyPreview_ = false;
+  bool scaled_ = true;
+  int pixelsPerInch_;
   TFormBorderStyle borderStyle_ = bsSizeable;
   TBorderIcons borderIcons_{biSystemMenu, biMinimize, biMaximize};
   TPosition position_ = poDesigned;

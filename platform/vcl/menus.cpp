@@ -228,6 +228,26 @@ TMenu::TMenu(Classes::TComponent* owner) : TComponent(owner), items_(new TMenuIt
 
 TMenu::~TMenu() { delete items_; }
 
+void TMenu::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) { items_->GetChildren(proc, root); }
+
+void TMenuItem::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) {
+  const std::vector<TMenuItem*> items = items_;
+  for (TMenuItem* item : items)
+    if (item->GetOwner() == root) proc(item);
+}
+
+Classes::TComponent* TMenuItem::GetParentComponent() const {
+  if (parent_ && parent_->menu_) return parent_->menu_;
+  return parent_;
+}
+
+void TMenuItem::SetParentComponent(Classes::TComponent* value) {
+  if (auto* menu = dynamic_cast<TMenu*>(value))
+    menu->GetItems()->Add(this);
+  else if (auto* item = dynamic_cast<TMenuItem*>(value))
+    item->Add(this);
+}
+
 bool TMenu::DispatchCommand(UINT command) {
   TMenuItem* item = command ? items_->FindCommand(command) : nullptr;
   if (!item || item == items_) return false;

@@ -77,6 +77,13 @@ class VCL_API TMenuItem : public Classes::TComponent {
   /// The menu whose item tree this item is in, or null.
   TMenu* GetMenu() const;
 
+  /// Streaming: the items held that root owns; an item sits in its parent
+  /// item, or in the menu when it is a menu's entry.
+  void GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) override;
+  Classes::TComponent* GetParentComponent() const override;
+  bool HasParent() const override { return true; }
+  void SetParentComponent(Classes::TComponent* value) override;
+
   /// The native menu of the items held (null while there are none, except
   /// for a menu's root item). Made on first request.
   HMENU GetHandle();
@@ -127,6 +134,9 @@ class VCL_API TMenu : public Classes::TComponent {
   /// The window the menu belongs to: a main menu's form, a pop-up's owner.
   HWND GetWindowHandle() const { return windowHandle_; }
   void SetWindowHandle(HWND value) { windowHandle_ = value; }
+
+  /// Streaming: the entries that root owns.
+  void GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) override;
 
   /// Runs the item of a WM_COMMAND's identifier; false when it is not here.
   bool DispatchCommand(UINT command);

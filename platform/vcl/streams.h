@@ -46,6 +46,8 @@ class VCL_API EResNotFound : public Sysutils::Exception {
   using Exception::Exception;
 };
 
+class TComponent;
+
 /// Where Seek counts from.
 enum TSeekOrigin { soBeginning, soCurrent, soEnd };
 
@@ -70,6 +72,13 @@ class VCL_API TStream : public TObject {
   /// Copies count bytes from source's position (count 0: all of source, from
   /// its start); returns how many.
   int64_t CopyFrom(TStream* source, int64_t count);
+
+  /// Writes component, its published properties that differ from their
+  /// defaults and the components it owns, at the position.
+  void WriteComponent(TComponent* component);
+  /// Reads a component from the position into instance, or (instance null)
+  /// into a new one of the class the stream names; returns it.
+  TComponent* ReadComponent(TComponent* instance);
 };
 
 /// A stream over a block of memory of its own that grows as it is written.

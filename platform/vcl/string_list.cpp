@@ -4,10 +4,36 @@
 
 #include <algorithm>
 
+#include "platform/vcl/filer.h"
+
 namespace Classes {
 
 VCL_CLASS_IMPL(TStrings, TPersistent)
 VCL_CLASS_IMPL(TStringList, TStrings)
+
+void TStrings::DefineProperties(TFiler* filer) {
+  filer->DefineProperty("Strings", {this, &TStrings::ReadData}, {this, &TStrings::WriteData}, GetCount() > 0);
+}
+
+void TStrings::ReadData(TReader* reader) {
+  reader->ReadListBegin();
+  BeginUpdate();
+  try {
+    Clear();
+    while (!reader->EndOfList()) Add(reader->ReadString());
+  } catch (...) {
+    EndUpdate();
+    throw;
+  }
+  EndUpdate();
+  reader->ReadListEnd();
+}
+
+void TStrings::WriteData(TWriter* writer) {
+  writer->WriteListBegin();
+  for (int i = 0; i < GetCount(); ++i) writer->WriteString(Get(i));
+  writer->WriteListEnd();
+}
 
 namespace {
 int Compare(const AnsiString& a, const AnsiString& b, bool caseSensitive) {

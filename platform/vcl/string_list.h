@@ -9,6 +9,9 @@
 
 namespace Classes {
 
+class TReader;
+class TWriter;
+
 /// What a sorted list does with a string it holds already.
 enum TDuplicates { dupIgnore, dupAccept, dupError };
 VCL_ENUM_INFO(TDuplicates, dupIgnore, dupAccept, dupError)
@@ -70,6 +73,8 @@ class VCL_API TStrings : public TPersistent {
   int GetUpdateCount() const { return updateCount_; }
 
  protected:
+  /// Streams the strings as the defined property Strings: a list of strings.
+  void DefineProperties(TFiler* filer) override;
   /// Called with true at the first BeginUpdate and false at the last EndUpdate.
   virtual void SetUpdateState(bool updating);
   /// Below 0, equal, above 0; the default ignores case, as the user's locale does.
@@ -77,6 +82,8 @@ class VCL_API TStrings : public TPersistent {
   [[noreturn]] void IndexError(int index) const;
 
  private:
+  void ReadData(TReader* reader);
+  void WriteData(TWriter* writer);
   int updateCount_ = 0;
 };
 

@@ -73,7 +73,7 @@ std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
   list = GetPropList(cls->Parent);
   for (int i = 0; i < cls->PublishedCount; ++i) {
     const TPropInfo* p = &cls->Published[i];
-    if (p->IsMethod()) continue;
+    if (!p->IsProperty()) continue;
     // A class that publishes a property again replaces its parent's entry.
     bool replaced = false;
     for (auto& q : list)
@@ -89,7 +89,7 @@ std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
 const TPropInfo* GetPropInfo(const System::TMetaClass* cls, const AnsiString& name) {
   for (; cls; cls = cls->Parent)
     for (int i = 0; i < cls->PublishedCount; ++i)
-      if (!cls->Published[i].IsMethod() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
+      if (cls->Published[i].IsProperty() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
   return nullptr;
 }
 
@@ -107,6 +107,13 @@ bool SameMethod(const System::TMethod& a, const System::TMethod& b) {
 }
 
 }  // namespace
+
+const TPropInfo* GetFieldInfo(const System::TMetaClass* cls, const AnsiString& name) {
+  for (; cls; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount; ++i)
+      if (cls->Published[i].IsField() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
+  return nullptr;
+}
 
 System::TMethod MethodAddress(TObject* instance, const AnsiString& name) {
   const TPropInfo* m = instance ? FindMethod(instance->ClassType(), name) : nullptr;

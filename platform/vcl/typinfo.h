@@ -68,8 +68,9 @@ class VCL_API EPropertyError : public Sysutils::Exception {
   using Exception::Exception;
 };
 
-/// One published property, or a published method (BindMethod set, no value
-/// access). Made by VCL_PROPERTY and VCL_METHOD.
+/// One published property, a published method (BindMethod set, no value
+/// access) or a published field (SetField set). Made by VCL_PROPERTY,
+/// VCL_METHOD and VCL_FIELD.
 struct VCL_API TPropInfo {
   const char* Name = "";
   const TTypeInfo* (*PropType)() = nullptr;
@@ -93,8 +94,14 @@ struct VCL_API TPropInfo {
   bool (*Stored)(TObject*) = nullptr;
   /// Published methods: the method bound to instance.
   System::TMethod (*BindMethod)(TObject* instance) = nullptr;
+  /// Published fields: the component a field points to, and setting it
+  /// (false when value is not of the field's class).
+  TObject* (*GetField)(TObject* instance) = nullptr;
+  bool (*SetField)(TObject* instance, TObject* value) = nullptr;
 
   bool IsMethod() const { return BindMethod != nullptr; }
+  bool IsField() const { return SetField != nullptr; }
+  bool IsProperty() const { return !IsMethod() && !IsField(); }
   TTypeKind Kind() const { return PropType()->Kind; }
 };
 
@@ -112,6 +119,8 @@ VCL_API AnsiString MethodName(TObject* instance, const System::TMethod& method);
 /// The signature of a published method of that name, or null.
 VCL_API const char* MethodSignature(const System::TMetaClass* cls, const AnsiString& name);
 ///@}
+/// The published field of that name (case-insensitive), or null.
+VCL_API const TPropInfo* GetFieldInfo(const System::TMetaClass* cls, const AnsiString& name);
 
 ///@{
 /// A property's value by kind. The wrong kind, or a property that cannot be
@@ -244,6 +253,15 @@ struct Member<R (C::*)(A...)> {
 template <class C, class R, class... A>
 struct Member<R (C::*)(A...) const> : Member<R (C::*)(A...)> {};
 
+// The class and type of a data member.
+template <class M>
+struct FieldOf;
+template <class C, class T>
+struct FieldOf<T C::*> {
+  using Class = C;
+  using Type = T;
+};
+
 template <class T>
 constexpr bool kOrdinal = std::is_integral_v<T> || std::is_enum_v<T> || IsSet<T>::value;
 
@@ -332,6 +350,24 @@ TPropInfo PublishedMethod(const char* name) {
   return p;
 }
 
+/// A published field: a data member pointing to a component.
+template <auto Field>
+TPropInfo PublishedField(const char* name) {
+  TPropInfo p;
+  p.Name = name;
+  p.GetField = [](TObject* o) -> TObject* {
+    return static_cast<typename detail::FieldOf<decltype(Field)>::Class*>(o)->*Field;
+  };
+  p.SetField = [](TObject* o, TObject* v) {
+    using F = detail::FieldOf<decltype(Field)>;
+    auto* typed = dynamic_cast<typename F::Type>(v);
+    if (v && !typed) return false;
+    static_cast<typename F::Class*>(o)->*Field = typed;
+    return true;
+  };
+  return p;
+}
+
 }  // namespace Typinfo
 
 /// A published property Name with GetName/SetName; a second argument is its default.
@@ -348,6 +384,10 @@ TPropInfo PublishedMethod(const char* name) {
   ::Typinfo::WithStored<&ThisClass::Stored>(VCL_PROPERTY(Name __VA_OPT__(, ) __VA_ARGS__))
 /// A published method of the class, bound to events of type Event by name.
 #define VCL_METHOD(Name, Event) ::Typinfo::PublishedMethod<Event, &ThisClass::Name>(#Name)
+
+/// A published field Name: a member pointing to the component of that name
+/// that streaming makes for the object (the controls of a designed form).
+#define VCL_FIELD(Name) ::Typinfo::PublishedField<&ThisClass::Name>(#Name)
 
 /// Names the values of an enumeration (listed in order from 0) for
 /// published properties: put it after the enumeration, in its namespace.
