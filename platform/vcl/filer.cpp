@@ -493,6 +493,7 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
   loading_.clear();
   fixups_.clear();
   owner_ = nullptr;
+  where_ = "";
   bool madeRoot = false;
   try {
     ReadSignature();
@@ -533,6 +534,7 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
     } catch (const EClassNotFound&) {
       throw;
     } catch (const Sysutils::Exception& e) {
+      if (where_.IsEmpty()) throw EReadError(e.Message);
       throw EReadError("Error reading " + where_ + ": " + e.Message);
     }
   }
@@ -554,6 +556,16 @@ void TReader::ReadBody(TComponent* component) {
   where_ = path;
 }
 
+const System::TMetaClass* TReader::FindComponentClass(const AnsiString& name) const {
+  // The classes of the root's fields need no registering.
+  for (const System::TMetaClass* cls = root_->ClassType(); cls; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount; ++i)
+      if (const TPropInfo& field = cls->Published[i]; field.IsField())
+        if (const System::TMetaClass* type = field.PropType()->ClassType(); type->ClassNameIs(name.c_str()))
+          return type;
+  return FindClass(name);
+}
+
 void TReader::ReadComponent(TComponent* parent) {
   unsigned char first = 0;
   Read(&first, 1);
@@ -566,7 +578,7 @@ void TReader::ReadComponent(TComponent* parent) {
   const AnsiString className = ReadStr();
   const AnsiString name = ReadStr();
   where_ = NameOf(root_) + "." + (name.IsEmpty() ? className : name);
-  const System::TMetaClass* cls = FindClass(className);
+  const System::TMetaClass* cls = FindComponentClass(className);
   TComponent* component = name.IsEmpty() ? nullptr : owner_->FindComponent(name);
   if (component && component->ClassType() != cls) throw EReadError("A component named " + name + " already exists");
   if (!component) {

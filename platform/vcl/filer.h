@@ -176,6 +176,9 @@ class VCL_API TReader : public TFiler {
   void Read(void* buffer, long count) { stream_->ReadBuffer(buffer, count); }
   [[noreturn]] void PropValueError();
   void ReadComponent(TComponent* parent);
+  /// A class named by the stream: a class of one of the root's fields, or a
+  /// registered one (else EClassNotFound).
+  const System::TMetaClass* FindComponentClass(const AnsiString& name) const;
   void ReadBody(TComponent* component);
   void ReadPropValue(TPersistent* instance, const Typinfo::TPropInfo* prop);
   void ResolveFixups();

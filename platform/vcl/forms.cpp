@@ -1,6 +1,7 @@
 #include "platform/vcl/forms.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/vcl/application.h"
 #include "platform/vcl/filer.h"
@@ -55,8 +56,12 @@ void TCustomForm::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* 
 
 void TCustomForm::Loaded() {
   TWinControl::Loaded();
+  if (loadedClientWidth_ >= 0) SetClientWidth(std::exchange(loadedClientWidth_, -1));
+  if (loadedClientHeight_ >= 0) SetClientHeight(std::exchange(loadedClientHeight_, -1));
+  Realign();  // the frame may have changed under the aligned controls
   const int screen = Screen->GetPixelsPerInch();
-  if (scaled_ && pixelsPerInch_ != screen) ScaleBy(screen, pixelsPerInch_);
+  if (!scaled_ || pixelsPerInch_ == screen) return;
+  ScaleBy(screen, pixelsPerInch_);
   pixelsPerInch_ = screen;
 }
 
@@ -116,20 +121,34 @@ void TCustomForm::SetBorderIcons(TBorderIcons value) {
   if (HandleAllocated()) DestroyHandle();
 }
 
-void TCustomForm::SetClientWidth(int value) {
+MyPoint TCustomForm::FrameSize() const {
   TCreateParams params;
-  CreateParams(params);
-  RECT r{0, 0, value, 100};
+  const_cast<TCustomForm*>(this)->CreateParams(params);
+  RECT r{0, 0, 0, 0};
   AdjustWindowRectEx(&r, params.Style, menu_ != nullptr, params.ExStyle);
-  SetWidth(r.right - r.left);
+  return {r.right - r.left, r.bottom - r.top};
+}
+
+MyRect TCustomForm::GetClientRect() const {
+  if (HandleAllocated()) return TWinControl::GetClientRect();
+  const MyPoint frame = FrameSize();
+  return {0, 0, std::max(0, GetWidth() - frame.x), std::max(0, GetHeight() - frame.y)};
+}
+
+void TCustomForm::SetClientWidth(int value) {
+  // While a design is read the frame is not settled yet (border style and
+  // menu may follow): Loaded applies it.
+  if (GetComponentState().Contains(Classes::csLoading))
+    loadedClientWidth_ = value;
+  else
+    SetWidth(value + FrameSize().x);
 }
 
 void TCustomForm::SetClientHeight(int value) {
-  TCreateParams params;
-  CreateParams(params);
-  RECT r{0, 0, 100, value};
-  AdjustWindowRectEx(&r, params.Style, menu_ != nullptr, params.ExStyle);
-  SetHeight(r.bottom - r.top);
+  if (GetComponentState().Contains(Classes::csLoading))
+    loadedClientHeight_ = value;
+  else
+    SetHeight(value + FrameSize().y);
 }
 
 void TCustomForm::CreateWnd() {
@@ -158,12 +177,13 @@ void TCustomForm::SetMenu(Menus::TMainMenu* value) {
   DetachMenu();
   if (menu_) RemoveFreeNotification(menu_);
   menu_ = value;
-  if (!menu_) return;
-  FreeNotification(menu_);
-  if (HandleAllocated()) {
+  if (menu_) FreeNotification(menu_);
+  if (menu_ && HandleAllocated()) {
     ::SetMenu(GetHandle(), menu_->GetHandle());
     menu_->SetWindowHandle(GetHandle());
   }
+  // The window's WM_SIZE lays the controls out again; without one, here.
+  if (!HandleAllocated()) Realign();
 }
 
 void TCustomForm::Notification(Classes::TComponent* component, Classes::TOperation operation) {

@@ -63,6 +63,8 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void SetBorderIcons(TBorderIcons value);
   TPosition GetPosition() const { return position_; }
   void SetPosition(TPosition value) { position_ = value; }
+  /// Without a window yet, the client area the window's frame will leave.
+  MyRect GetClientRect() const override;
   void SetClientWidth(int value);
   void SetClientHeight(int value);
   /// The screen density the form's positions, sizes and fonts are meant for:
@@ -141,6 +143,8 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void VisibleChanged() override;
 
  private:
+  /// The window's frame (caption, borders, menu bar) around the client area.
+  MyPoint FrameSize() const;
   void PlaceOnScreen();
   void CloseModal();
   void FocusFirst();
@@ -152,6 +156,7 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   bool placed_ = false;
   bool keyPreview_ = false;
   bool scaled_ = true;
+  int loadedClientWidth_ = -1, loadedClientHeight_ = -1;
   int pixelsPerInch_;
   TFormBorderStyle borderStyle_ = bsSizeable;
   TBorderIcons borderIcons_{biSystemMenu, biMinimize, biMaximize};

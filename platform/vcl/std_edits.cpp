@@ -148,10 +148,14 @@ class TMemoLines : public Classes::TStrings {
   }
   void Clear() override { memo_->SetText(""); }
   AnsiString GetText() const override { return memo_->GetText(); }
+  // Line breaks between the lines, none after the last: the same text as
+  // the lines added one by one.
   void SetText(const AnsiString& value) override {
     Classes::TStringList lines;
     lines.SetText(value);
-    memo_->SetText(lines.GetText());
+    std::vector<std::string> split;
+    for (int i = 0; i < lines.GetCount(); ++i) split.push_back(lines.Get(i).str());
+    Join(split);
   }
 
  private:

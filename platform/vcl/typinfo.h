@@ -355,6 +355,7 @@ template <auto Field>
 TPropInfo PublishedField(const char* name) {
   TPropInfo p;
   p.Name = name;
+  p.PropType = [] { return TypeInfo<typename detail::FieldOf<decltype(Field)>::Type>(); };
   p.GetField = [](TObject* o) -> TObject* {
     return static_cast<typename detail::FieldOf<decltype(Field)>::Class*>(o)->*Field;
   };

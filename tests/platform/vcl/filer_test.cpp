@@ -1,0 +1,378 @@
+// Component streaming: a form with one of many controls written and read back
+// into another instance with every published value, its fields, events,
+// references, menu and string lists; malformed streams refused with the
+// component and property named and nothing left behind; a design made at
+// another screen density scaled when it is read.
+#include "platform/vcl/filer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "platform/vcl/application.h"
+#include "platform/vcl/class_registry.h"
+#include "platform/vcl/com_ranges.h"
+#include "platform/vcl/ext_panels.h"
+#include "platform/vcl/forms.h"
+#include "platform/vcl/menus.h"
+#include "platform/vcl/std_buttons.h"
+#include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_label.h"
+#include "platform/vcl/std_lists.h"
+
+// A designed form: fields for the controls it refers to, a published handler.
+class TStreamedForm : public Forms::TForm {
+  VCL_CLASS();
+
+ public:
+  using TForm::TForm;
+  Extctrls::TPanel* Panel1 = nullptr;
+  Stdctrls::TButton* OkButton = nullptr;
+  Stdctrls::TEdit* NameEdit = nullptr;
+  int clicks = 0;
+  void OkClick(System::TObject*) { ++clicks; }
+};
+VCL_COMPONENT_IMPL(TStreamedForm, Forms::TForm, VCL_FIELD(Panel1), VCL_FIELD(OkButton), VCL_FIELD(NameEdit),
+                   VCL_METHOD(OkClick, System::TNotifyEvent))
+
+namespace {
+
+using namespace Classes;
+using namespace Typinfo;
+
+std::string Text(const AnsiString& s) { return s.c_str(); }
+
+// Every published value of a persistent object, sub-objects flattened,
+// references and handlers by name: "Caption='OK' Font.Height=-13 ...".
+std::string Values(TPersistent* p, TComponent* root, const std::string& prefix = "") {
+  std::string out;
+  for (const TPropInfo* prop : GetPropList(p->ClassType())) {
+    const std::string name = prefix + prop->Name;
+    switch (prop->Kind()) {
+      case tkClass: {
+        TObject* o = GetObjectProp(p, prop);
+        if (auto* c = dynamic_cast<TComponent*>(o))
+          out += name + "=" + Text(c->GetName()) + " ";
+        else if (auto* sub = dynamic_cast<TPersistent*>(o))
+          out += Values(sub, root, name + ".");
+        break;
+      }
+      case tkMethod:
+        out += name + "=" + Text(MethodName(root, GetMethodProp(p, prop))) + " ";
+        break;
+      case tkFloat:
+        out += name + "=" + std::to_string(GetFloatProp(p, prop)) + " ";
+        break;
+      case tkLString:
+        out += name + "='" + Text(GetStrProp(p, prop)) + "' ";
+        break;
+      default:
+        out += name + "=" + std::to_string(GetOrdProp(p, prop)) + " ";
+    }
+  }
+  if (auto* strings = dynamic_cast<TStrings*>(p)) out += prefix + "Text='" + Text(strings->GetText()) + "' ";
+  return out;
+}
+
+// The values of root and of everything it owns, one line a component, in
+// the order of their names.
+std::string Tree(TComponent* root) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < root->GetComponentCount(); ++i) {
+    TComponent* c = root->GetComponent(i);
+    auto* parent = c->GetParentComponent();
+    lines.push_back(Text(c->GetName()) + " in " + (parent ? Text(parent->GetName()) : "-") + ": " + Values(c, root));
+  }
+  std::sort(lines.begin(), lines.end());
+  std::string out = Text(root->GetName()) + ": " + Values(root, root) + "\n";
+  for (const auto& l : lines) out += l + "\n";
+  return out;
+}
+
+template <class C>
+C* Make(TComponent* owner, Controls::TWinControl* parent, const char* name) {
+  auto* c = new C(owner);
+  c->SetName(name);
+  if constexpr (std::is_base_of_v<Controls::TControl, C>) c->SetParent(parent);
+  return c;
+}
+
+// A form with something of every kind of value.
+void Design(TStreamedForm& f) {
+  f.SetName("Designed");
+  f.SetCaption("Order \xC7\xE0\xEA\xE0\xE7");  // 8-bit text, kept as bytes
+  f.SetBorderStyle(Forms::bsDialog);
+  f.SetBorderIcons(Forms::TBorderIcons{Forms::biSystemMenu});
+  f.SetClientWidth(320);
+  f.SetClientHeight(200);
+  f.SetColor(Graphics::clWindow);
+  f.GetFont()->SetHeight(-13);
+  f.GetFont()->SetStyle(Graphics::TFontStyles{Graphics::fsBold});
+  f.Panel1 = Make<Extctrls::TPanel>(&f, &f, "Panel1");
+  f.Panel1->SetAlign(Controls::alBottom);
+  f.Panel1->SetHeight(40);
+  f.Panel1->SetColor(static_cast<Graphics::TColor>(0x123456));
+  f.OkButton = Make<Stdctrls::TButton>(&f, f.Panel1, "OkButton");
+  f.OkButton->SetText("&OK");
+  f.OkButton->SetDefault(true);
+  f.OkButton->SetModalResult(Controls::mrOk);
+  f.OkButton->SetOnClick({&f, &TStreamedForm::OkClick});
+  f.NameEdit = Make<Stdctrls::TEdit>(&f, &f, "NameEdit");
+  f.NameEdit->SetBounds(90, 10, 200, 21);
+  f.NameEdit->SetText("it's a name");
+  f.NameEdit->SetMaxLength(40);
+  auto* label = Make<Stdctrls::TLabel>(&f, &f, "NameLabel");
+  label->SetText("&Name:");
+  label->SetFocusControl(f.NameEdit);
+  auto* combo = Make<Stdctrls::TComboBox>(&f, &f, "Kind");
+  combo->SetStyle(Stdctrls::csDropDownList);
+  combo->GetItems()->SetText("first\r\nsecond\r\nthird");
+  combo->SetItemIndex(1);
+  auto* memo = Make<Stdctrls::TMemo>(&f, &f, "Notes");
+  memo->GetLines()->SetText(AnsiString(std::string(300, 'x').c_str()) + "\r\nshort");
+  auto* check = Make<Stdctrls::TCheckBox>(&f, &f, "Maybe");
+  check->SetAllowGrayed(true);
+  check->SetState(Stdctrls::cbGrayed);
+  auto* track = Make<Comctrls::TTrackBar>(&f, &f, "Level");
+  track->SetMax(20);
+  track->SetPosition(15);
+  auto* menu = Make<Menus::TMainMenu>(&f, nullptr, "MainMenu1");
+  auto* file = Make<Menus::TMenuItem>(&f, nullptr, "FileItem");
+  file->SetCaption("&File");
+  menu->GetItems()->Add(file);
+  auto* exit = Make<Menus::TMenuItem>(&f, nullptr, "ExitItem");
+  exit->SetCaption("E&xit");
+  exit->SetShortCut(Menus::scAlt | VK_F4);
+  exit->SetOnClick({&f, &TStreamedForm::OkClick});
+  file->Add(exit);
+  f.SetMenu(menu);
+  f.SetActiveControl(f.NameEdit);
+}
+
+TEST(TStream, AFormWrittenAndReadBackIsTheSameForm) {
+  TStreamedForm original(nullptr);
+  Design(original);
+  TMemoryStream stream;
+  stream.WriteComponent(&original);
+  EXPECT_EQ(0, std::memcmp(stream.GetMemory(), "TPF0", 4));
+
+  TStreamedForm copy(nullptr);
+  stream.SetPosition(0);
+  EXPECT_EQ(&copy, stream.ReadComponent(&copy));
+  EXPECT_EQ(stream.GetSize(), stream.GetPosition()) << "read to the end";
+  EXPECT_EQ(Tree(&original), Tree(&copy));
+
+  // The copy is bound to itself: fields, handlers, references, real windows.
+  ASSERT_NE(nullptr, copy.OkButton);
+  EXPECT_EQ(copy.FindComponent("OkButton"), copy.OkButton);
+  EXPECT_EQ(copy.Panel1, copy.OkButton->GetParent());
+  EXPECT_EQ(copy.NameEdit, copy.GetActiveControl());
+  SendMessageA(copy.OkButton->GetHandle(), BM_CLICK, 0, 0);
+  EXPECT_EQ(1, copy.clicks) << "OnClick bound to the copy's OkClick";
+  EXPECT_EQ(0, original.clicks);
+  char caption[64] = {};
+  GetWindowTextA(copy.GetHandle(), caption, sizeof caption);
+  EXPECT_EQ("Order \xC7\xE0\xEA\xE0\xE7", std::string(caption));
+  EXPECT_NE(nullptr, GetMenu(copy.GetHandle())) << "the menu is the form's menu bar";
+  auto* combo = dynamic_cast<Stdctrls::TComboBox*>(copy.FindComponent("Kind"));
+  ASSERT_NE(nullptr, combo);
+  EXPECT_EQ(1, SendMessageA(combo->GetHandle(), CB_GETCURSEL, 0, 0));
+  for (TComponent* c : {static_cast<TComponent*>(&original), static_cast<TComponent*>(&copy)})
+    EXPECT_FALSE(c->GetComponentState().Contains(csLoading) || c->GetComponentState().Contains(csReading));
+
+  // A stream without a root instance makes one of the class it names.
+  Classes::RegisterClasses({TStreamedForm::StaticClass()});
+  const int forms = Forms::Screen->GetFormCount();
+  stream.SetPosition(0);
+  TComponent* made = stream.ReadComponent(nullptr);
+  ASSERT_NE(nullptr, made);
+  EXPECT_EQ("TStreamedForm", Text(made->ClassName()));
+  EXPECT_EQ("Designed", Text(made->GetName())) << "no owner, no other name to avoid";
+  delete made;
+  EXPECT_EQ(forms, Forms::Screen->GetFormCount());
+  Classes::UnRegisterClass(TStreamedForm::StaticClass());
+}
+
+// Writes a stream by hand: a form named F with the properties write adds.
+void Stream(TMemoryStream& s, const std::function<void(TWriter&)>& body) {
+  s.Clear();
+  TWriter w(&s);
+  w.WriteSignature();
+  w.WriteStr("TStreamedForm");
+  w.WriteStr("F");
+  body(w);
+}
+
+TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
+  TStreamedForm good(nullptr);
+  Design(good);
+  TMemoryStream valid;
+  valid.WriteComponent(&good);
+  const std::string bytes(static_cast<char*>(valid.GetMemory()), static_cast<size_t>(valid.GetSize()));
+  const auto patched = [&](const std::string& from, const std::string& to) {
+    std::string b = bytes;
+    const size_t at = b.find(from);
+    EXPECT_NE(std::string::npos, at) << from;
+    if (at != std::string::npos) b.replace(at, from.size(), to);
+    return b;
+  };
+  const auto child = [](TWriter& w, const char* cls, const char* name) {
+    w.WriteStr(cls);
+    w.WriteStr(name);
+  };
+  struct Case {
+    const char* what;
+    std::function<void(TMemoryStream&)> make;
+    const char* message;
+  } cases[] = {
+      {"wrong signature",
+       [](TMemoryStream& s) {
+         Stream(s, [](TWriter&) {});
+         static_cast<char*>(s.GetMemory())[3] = '1';
+       },
+       "Invalid stream format"},
+      {"unknown class",
+       [&](TMemoryStream& s) {
+         const std::string b = patched("TComboBox", "TCombiBox");
+         s.Clear();
+         s.WriteBuffer(b.data(), static_cast<long>(b.size()));
+       },
+       "Class TCombiBox not found"},
+      {"unknown property",
+       [&](TMemoryStream& s) {
+         const std::string b = patched("MaxLength", "MaxLangth");
+         s.Clear();
+         s.WriteBuffer(b.data(), static_cast<long>(b.size()));
+       },
+       "Error reading Designed.NameEdit.MaxLangth: Property MaxLangth does not exist"},
+      {"unknown sub-object",
+       [&](TMemoryStream& s) {
+         const std::string b = patched("Font.Height", "Fant.Height");
+         s.Clear();
+         s.WriteBuffer(b.data(), static_cast<long>(b.size()));
+       },
+       "Error reading Designed.Fant.Height: Property Fant does not exist"},
+      {"a number for a string",
+       [](TMemoryStream& s) {
+         Stream(s, [](TWriter& w) {
+           w.WriteStr("Caption");
+           w.WriteInteger(5);
+         });
+       },
+       "Error reading F.Caption: Invalid property value"},
+      {"an unknown enumeration value",
+       [](TMemoryStream& s) {
+         Stream(s, [](TWriter& w) {
+           w.WriteStr("BorderStyle");
+           w.WriteIdent("bsRound");
+         });
+       },
+       "Error reading F.BorderStyle: Invalid property value"},
+      {"a handler the form does not publish",
+       [&](TMemoryStream& s) {
+         Stream(s, [&](TWriter& w) {
+           w.WriteListEnd();
+           child(w, "TButton", "OkButton");
+           w.WriteStr("OnClick");
+           w.WriteIdent("CancelClick");
+         });
+       },
+       "Error reading F.OkButton.OnClick: Method CancelClick not found in TStreamedForm"},
+      {"a reference to nothing",
+       [&](TMemoryStream& s) {
+         Stream(s, [&](TWriter& w) {
+           w.WriteStr("ActiveControl");
+           w.WriteIdent("Ghost");
+           w.WriteListEnd();
+           child(w, "TEdit", "NameEdit");
+           w.WriteListEnd();
+           w.WriteListEnd();
+           w.WriteListEnd();
+         });
+       },
+       "Error reading F.ActiveControl: Unresolved reference to Ghost"},
+      {"a field of another class",
+       [&](TMemoryStream& s) {
+         Stream(s, [&](TWriter& w) {
+           w.WriteListEnd();
+           child(w, "TPanel", "Panel1");
+           w.WriteListEnd();
+           child(w, "TLabel", "OkButton");
+         });
+       },
+       "Error reading F.OkButton: Field OkButton of TStreamedForm cannot hold a TLabel"},
+      {"cut after the first child",
+       [&](TMemoryStream& s) {
+         s.Clear();
+         s.WriteBuffer(bytes.data(), static_cast<long>(bytes.find("TButton") + 12));
+       },
+       "Error reading Designed.Panel1: Stream read error"},
+  };
+  for (const Case& c : cases) {
+    TMemoryStream s;
+    c.make(s);
+    TStreamedForm target(nullptr);
+    const int forms = Forms::Screen->GetFormCount();
+    std::string message;
+    try {
+      s.SetPosition(0);
+      s.ReadComponent(&target);
+    } catch (const EReadError& e) {
+      message = Text(e.Message);
+    } catch (const EClassNotFound& e) {
+      message = Text(e.Message);
+    }
+    EXPECT_EQ(c.message, message) << c.what;
+    EXPECT_EQ(0, target.GetComponentCount()) << c.what << ": what was made is freed";
+    EXPECT_EQ(0, target.GetControlCount()) << c.what;
+    EXPECT_EQ(nullptr, target.OkButton) << c.what << ": no field points at a freed control";
+    EXPECT_EQ(nullptr, target.Panel1) << c.what;
+    EXPECT_FALSE(target.GetComponentState().Contains(csLoading)) << c.what;
+    EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << c.what;
+  }
+
+  // Every shorter cut of the valid stream fails cleanly, none crashes.
+  Classes::RegisterClasses({TStreamedForm::StaticClass()});
+  const int forms = Forms::Screen->GetFormCount();
+  for (size_t n = 0; n < bytes.size(); n += 7) {
+    TMemoryStream s;
+    s.WriteBuffer(bytes.data(), static_cast<long>(n));
+    s.SetPosition(0);
+    EXPECT_THROW(s.ReadComponent(nullptr), EReadError) << "cut at " << n;
+  }
+  EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << "every root made for a failed read is freed";
+  Classes::UnRegisterClass(TStreamedForm::StaticClass());
+}
+
+TEST(TCustomForm, ADesignMadeAtAnotherDensityIsScaledWhenRead) {
+  const int screen = Forms::Screen->GetPixelsPerInch();
+  TStreamedForm designed(nullptr);
+  Design(designed);
+  designed.SetPixelsPerInch(screen * 2 / 3);  // as if made on a screen of 2/3 this density
+  TMemoryStream stream;
+  stream.WriteComponent(&designed);
+
+  for (const bool scaled : {true, false}) {
+    TStreamedForm f(nullptr);
+    f.SetScaled(scaled);
+    stream.SetPosition(0);
+    stream.ReadComponent(&f);
+    const auto at = [&](int v) { return scaled ? MulDiv(v, 3, 2) : v; };
+    const std::string what = scaled ? "scaled" : "not scaled";
+    EXPECT_EQ(at(designed.GetClientWidth()), f.GetClientWidth()) << what;
+    EXPECT_EQ(at(designed.GetClientHeight()), f.GetClientHeight()) << what;
+    EXPECT_EQ(designed.GetLeft(), f.GetLeft()) << what << ": the form keeps its place";
+    EXPECT_EQ(at(-13), f.GetFont()->GetHeight()) << what;
+    EXPECT_EQ(at(90), f.NameEdit->GetLeft()) << what;
+    EXPECT_EQ(at(200), f.NameEdit->GetWidth()) << what;
+    EXPECT_EQ(at(40), f.Panel1->GetHeight()) << what;
+    EXPECT_EQ(f.GetClientHeight() - at(40), f.Panel1->GetTop()) << what << ": still at the bottom";
+    EXPECT_EQ(scaled ? screen : screen * 2 / 3, f.GetPixelsPerInch()) << what;
+  }
+}
+
+}  // namespace
