@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <type_traits>
@@ -35,9 +36,18 @@ class TStreamedForm : public Forms::TForm {
   Stdctrls::TEdit* NameEdit = nullptr;
   int clicks = 0;
   void OkClick(System::TObject*) { ++clicks; }
+  // Floating-point values of both kinds.
+  double GetRatio() const { return ratio_; }
+  void SetRatio(double value) { ratio_ = value; }
+  System::TDateTime GetDue() const { return due_; }
+  void SetDue(System::TDateTime value) { due_ = value; }
+
+ private:
+  double ratio_ = 0;
+  System::TDateTime due_;
 };
 VCL_COMPONENT_IMPL(TStreamedForm, Forms::TForm, VCL_FIELD(Panel1), VCL_FIELD(OkButton), VCL_FIELD(NameEdit),
-                   VCL_METHOD(OkClick, System::TNotifyEvent))
+                   VCL_METHOD(OkClick, System::TNotifyEvent), VCL_PROPERTY(Ratio), VCL_PROPERTY(Due))
 
 namespace {
 
@@ -64,9 +74,12 @@ std::string Values(TPersistent* p, TComponent* root, const std::string& prefix =
       case tkMethod:
         out += name + "=" + Text(MethodName(root, GetMethodProp(p, prop))) + " ";
         break;
-      case tkFloat:
-        out += name + "=" + std::to_string(GetFloatProp(p, prop)) + " ";
+      case tkFloat: {
+        char exact[40];
+        std::snprintf(exact, sizeof exact, "%.17g", GetFloatProp(p, prop));
+        out += name + "=" + exact + " ";
         break;
+      } break;
       case tkLString:
         out += name + "='" + Text(GetStrProp(p, prop)) + "' ";
         break;
@@ -106,6 +119,9 @@ void Design(TStreamedForm& f) {
   f.SetName("Designed");
   f.SetCaption("Order \xC7\xE0\xEA\xE0\xE7");  // 8-bit text, kept as bytes
   f.SetBorderStyle(Forms::bsDialog);
+  f.SetRatio(-1.0 / 3);
+  f.SetDue(System::TDateTime(46000.75));
+  f.SetTag(-100000);
   f.SetBorderIcons(Forms::TBorderIcons{Forms::biSystemMenu});
   f.SetClientWidth(320);
   f.SetClientHeight(200);
