@@ -269,6 +269,13 @@ TValueType TReader::NextValue() {
   return v;
 }
 
+bool TReader::EndOfList() {
+  unsigned char v = 0;
+  Read(&v, 1);
+  stream_->Seek(-1, soCurrent);
+  return v == vaNull;
+}
+
 void TReader::CheckValue(TValueType expected) {
   if (ReadValue() != expected) {
     stream_->Seek(-1, soCurrent);

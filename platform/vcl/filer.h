@@ -133,8 +133,9 @@ class VCL_API TReader : public TFiler {
   TValueType ReadValue();
   /// The type of the next value, left unread.
   TValueType NextValue();
-  /// True (and nothing read) when a vaNull comes next.
-  bool EndOfList() { return NextValue() == vaNull; }
+  /// True (and nothing read) when a vaNull comes next. Any other byte may
+  /// follow (a child's flags).
+  bool EndOfList();
   void ReadListBegin() { CheckValue(vaList); }
   void ReadListEnd() { CheckValue(vaNull); }
   /// Any integer type; raises for anything else and, for ReadInteger, for a

@@ -18,17 +18,15 @@
 namespace {
 
 const bool registered = [] {
-  Classes::RegisterClasses({Forms::TForm::StaticClass(), Forms::TScrollBox::StaticClass(),
-                            Stdctrls::TButton::StaticClass(), Stdctrls::TCheckBox::StaticClass(),
-                            Stdctrls::TRadioButton::StaticClass(), Stdctrls::TEdit::StaticClass(),
-                            Stdctrls::TMemo::StaticClass(), Stdctrls::TLabel::StaticClass(),
-                            Stdctrls::TListBox::StaticClass(), Stdctrls::TComboBox::StaticClass(),
-                            Stdctrls::TGroupBox::StaticClass(), Stdctrls::TScrollBar::StaticClass(),
-                            Extctrls::TPanel::StaticClass(), Extctrls::TBevel::StaticClass(),
-                            Buttons::TSpeedButton::StaticClass(), Buttons::TBitBtn::StaticClass(),
-                            Comctrls::TTrackBar::StaticClass(), Comctrls::TProgressBar::StaticClass(),
-                            Comctrls::TUpDown::StaticClass(), Menus::TMainMenu::StaticClass(),
-                            Menus::TPopupMenu::StaticClass(), Menus::TMenuItem::StaticClass()});
+  Classes::RegisterClasses(
+      {Forms::TForm::StaticClass(),        Forms::TScrollBox::StaticClass(),      Stdctrls::TButton::StaticClass(),
+       Stdctrls::TCheckBox::StaticClass(), Stdctrls::TRadioButton::StaticClass(), Stdctrls::TEdit::StaticClass(),
+       Stdctrls::TMemo::StaticClass(),     Stdctrls::TLabel::StaticClass(),       Stdctrls::TListBox::StaticClass(),
+       Stdctrls::TComboBox::StaticClass(), Stdctrls::TGroupBox::StaticClass(),    Stdctrls::TScrollBar::StaticClass(),
+       Extctrls::TPanel::StaticClass(),    Extctrls::TBevel::StaticClass(),       Buttons::TSpeedButton::StaticClass(),
+       Buttons::TBitBtn::StaticClass(),    Comctrls::TTrackBar::StaticClass(),    Comctrls::TProgressBar::StaticClass(),
+       Comctrls::TUpDown::StaticClass(),   Menus::TMainMenu::StaticClass(),       Menus::TPopupMenu::StaticClass(),
+       Menus::TMenuItem::StaticClass()});
   return true;
 }();
 
