@@ -5,56 +5,20 @@
 #include <algorithm>
 
 #include "platform/ostrel/dc_changer.h"
-#include "platform/ostrel/owned_handle.h"
+#include "platform/pellum/gdi_ext.h"
 #include "platform/vcl/graphics_bitmap.h"
 
 namespace {
-
-using TransparentBltFn = BOOL(WINAPI*)(HDC, int, int, int, int, HDC, int, int, int, int, UINT);
-
-// Looked up once: older systems ship the routine only in msimg32.
-TransparentBltFn TransparentBltProc() {
-  static const TransparentBltFn proc = [] {
-    HMODULE gdi = GetModuleHandleA("GDI32");
-    return gdi ? reinterpret_cast<TransparentBltFn>(reinterpret_cast<void*>(GetProcAddress(gdi, "GdiTransparentBlt")))
-               : nullptr;
-  }();
-  return proc;
-}
 
 struct Piece {
   int dx, dy, dw, dh;  // target
   int sx, sy, sw, sh;  // source
 };
 
-// Transparent copy without GdiTransparentBlt: a monochrome mask (1 where the
-// source has the key colour) keeps the target there.
-void MaskedBlt(HDC dc, HDC src, const Piece& p, COLORREF key) {
-  const OwnedMemoryDC maskDC(CreateCompatibleDC(dc));
-  const OwnedBitmap mask(CreateBitmap(p.sw, p.sh, 1, 1, nullptr));
-  if (!maskDC || !mask) return;
-  DCChanger maskUse(maskDC.get());  // declared after the owners: the mask goes back first
-  maskUse.Select(mask.get());
-  {
-    DCChanger srcUse(src);
-    srcUse.SetBkColor(key);
-    BitBlt(maskDC.get(), 0, 0, p.sw, p.sh, src, p.sx, p.sy, SRCCOPY);
-  }
-  DCChanger use(dc);
-  use.SetBkColor(RGB(255, 255, 255));
-  use.SetTextColor(RGB(0, 0, 0));
-  StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCINVERT);
-  StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, maskDC.get(), 0, 0, p.sw, p.sh, SRCAND);
-  StretchBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, SRCINVERT);
-}
-
 void Copy(HDC dc, HDC src, const Piece& p, bool transparent, COLORREF key) {
   if (p.dw <= 0 || p.dh <= 0 || p.sw <= 0 || p.sh <= 0) return;
   if (transparent) {
-    if (TransparentBltFn proc = TransparentBltProc())
-      proc(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, key);
-    else
-      MaskedBlt(dc, src, p, key);
+    Gdi_ext::StretchBltTransparent(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, p.sw, p.sh, key);
   } else if (p.dw == p.sw && p.dh == p.sh) {
     BitBlt(dc, p.dx, p.dy, p.dw, p.dh, src, p.sx, p.sy, SRCCOPY);
   } else {
@@ -79,7 +43,7 @@ Piece Placed(const MyRect& r, int bw, int bh, bool centre) {
 
 }  // namespace
 
-bool GDI_HasTransparentBlt() { return TransparentBltProc() != nullptr; }
+bool GDI_HasTransparentBlt() { return Gdi_ext::HasTransparentBlt(); }
 
 void GDI_Blt(void* target, Graphics::TBitmap* bitmap, const MyRect& r, unsigned mode, Graphics::TColor transparent) {
   HDC dc = static_cast<HDC>(target);

@@ -23,8 +23,8 @@ constexpr unsigned HBT_Transparent = 0x100;
 
 /// Copies bitmap into r of dc placed by the low byte of mode (an HBT_Types;
 /// unknown values copy as HBT_Copy). With HBT_Transparent in mode the pixels of
-/// colour `transparent` are not copied: through GdiTransparentBlt, looked up in
-/// GDI32 at run time, or through a mask when GDI32 lacks it. Nothing for a null
+/// colour `transparent` are not copied (Gdi_ext::StretchBltTransparent of the
+/// helper package). Nothing for a null
 /// dc, a null or empty bitmap or an empty rectangle.
 VELKIN_API void GDI_Blt(void* dc, Graphics::TBitmap* bitmap, const MyRect& r, unsigned mode,
                         Graphics::TColor transparent);

@@ -8,6 +8,7 @@
 
 #include "examples/gallery/pictures/picture_sheet.h"
 #include "examples/gallery/pictures/pictures.h"
+#include "platform/pellum/filectrl.h"
 #include "platform/vcl/application.h"
 #include "platform/vcl/buttons.h"
 #include "platform/vcl/com_ranges.h"
@@ -130,7 +131,7 @@ void BuildForm(TForm* form) {
   bar->SetPosition(30);
 }
 
-// The window as it is on the screen// The window as it is on the screen, into a top-down 32-bit buffer.
+// The window as it is on the screen, into a top-down 32-bit buffer.
 bool Capture(HWND window, std::vector<uint32_t>& bits, int& width, int& height) {
   RECT r;
   GetWindowRect(window, &r);
@@ -152,6 +153,38 @@ bool Capture(HWND window, std::vector<uint32_t>& bits, int& width, int& height) 
   return true;
 }
 
+bool WriteWindow(HWND window, const std::string& path) {
+  std::vector<uint32_t> bits;
+  int width = 0, height = 0;
+  const bool written = Capture(window, bits, width, height) && WritePng(path, bits.data(), width, height);
+  if (!written) std::fprintf(stderr, "gallery: cannot write %s\n", path.c_str());
+  std::printf("   %s %dx%d %s\n", path.substr(path.rfind('\\') + 1).c_str(), width, height,
+              written ? "written" : "FAILED");
+  return written;
+}
+
+// The directory dialog, a form designed as text and compiled into the helper
+// package: captured once it has painted, then cancelled.
+std::string dialogPath;
+bool dialogWritten = false;
+int dialogTicks = 0;
+void CALLBACK CaptureDialog(HWND, UINT, UINT_PTR, DWORD) {
+  HWND dialog = GetActiveWindow();
+  if (++dialogTicks < 10 || !dialog) return;  // let it paint first
+  if (dialogTicks == 10) dialogWritten = WriteWindow(dialog, dialogPath);
+  PostMessageA(dialog, WM_CLOSE, 0, 0);
+}
+
+bool WriteDirectoryDialog(const std::string& path) {
+  dialogPath = path;
+  dialogTicks = 0;
+  const UINT_PTR timer = SetTimer(nullptr, 0, 30, &CaptureDialog);
+  System::AnsiString dir = "C:\\windows";
+  Filectrl::SelectDirectory(dir, {}, 0);
+  KillTimer(nullptr, timer);
+  return dialogWritten;
+}
+
 }  // namespace
 
 int RenderFormPage(const char* folderName) {
@@ -171,10 +204,8 @@ int RenderFormPage(const char* folderName) {
     Sleep(10);
   }
 
-  std::vector<uint32_t> bits;
-  int width = 0, height = 0;
-  const bool written = Capture(form.GetHandle(), bits, width, height) && WritePng(path, bits.data(), width, height);
-  if (!written) std::fprintf(stderr, "gallery: cannot write %s\n", path.c_str());
-  std::printf("   form.png %dx%d %s\n", width, height, written ? "written" : "FAILED");
-  return written ? 1 : 0;
+  const bool written = WriteWindow(form.GetHandle(), path);
+  form.Hide();
+  const std::string folder = folderName ? folderName : "pictures";
+  return written && WriteDirectoryDialog(folder + "\\select-directory.png") ? 1 : 0;
 }
