@@ -57,7 +57,8 @@ void TScrollBar::UpdateWindow() {
 void TScrollBar::SetKind(TScrollBarKind value) {
   if (value == kind_) return;
   kind_ = value;
-  SetBounds(GetLeft(), GetTop(), GetHeight(), GetWidth());
+  // Turned on its side; a stored design has its bounds already.
+  if (!GetComponentState().Contains(Classes::csLoading)) SetBounds(GetLeft(), GetTop(), GetHeight(), GetWidth());
   if (HandleAllocated()) DestroyHandle();  // the direction is fixed at creation
 }
 
@@ -186,7 +187,7 @@ void TTrackBar::SetPosition(int value) {
 void TTrackBar::SetOrientation(TTrackBarOrientation value) {
   if (value == orientation_) return;
   orientation_ = value;
-  SetBounds(GetLeft(), GetTop(), GetHeight(), GetWidth());
+  if (!GetComponentState().Contains(Classes::csLoading)) SetBounds(GetLeft(), GetTop(), GetHeight(), GetWidth());
   if (HandleAllocated()) DestroyHandle();
 }
 

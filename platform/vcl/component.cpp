@@ -8,7 +8,7 @@ namespace Classes {
 VCL_COMPONENT_IMPL(TComponent, TPersistent, VCL_PROPERTY(Name), VCL_PROPERTY(Tag, 0))
 
 namespace {
-bool SameText(const AnsiString& a, const AnsiString& b) { return a.UpperCase() == b.UpperCase(); }
+using Sysutils::SameText;
 
 void Erase(std::vector<TComponent*>& list, TComponent* item) {
   auto it = std::find(list.begin(), list.end(), item);

@@ -18,7 +18,7 @@ using Typinfo::TPropInfo;
 
 namespace {
 
-bool SameText(const AnsiString& a, const AnsiString& b) { return a.UpperCase() == b.UpperCase(); }
+using Sysutils::SameText;
 
 // The ten-byte x87 extended format, from and to the host's long double.
 void ToExtended(long double value, unsigned char (&out)[10]) {

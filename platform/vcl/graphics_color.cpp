@@ -78,7 +78,7 @@ const char* ColorToIdent(long long color) {
 
 bool IdentToColor(const char* ident, long long& color) {
   for (const ColorName& c : kColorNames)
-    if (lstrcmpiA(c.name, ident) == 0) {
+    if (Sysutils::SameText(c.name, ident)) {
       color = c.color;
       return true;
     }

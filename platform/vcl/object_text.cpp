@@ -240,9 +240,7 @@ class TextReader {
     }
   }
   bool Is(char symbol) const { return token_ == kSymbol && tokenText_[0] == symbol; }
-  bool IsIdent(const char* word) const {
-    return token_ == kIdent && AnsiString(tokenText_.c_str()).UpperCase() == AnsiString(word).UpperCase();
-  }
+  bool IsIdent(const char* word) const { return token_ == kIdent && Sysutils::SameText(tokenText_.c_str(), word); }
   void Expect(char symbol) {
     if (!Is(symbol)) Error(std::string("'") + symbol + "' expected but " + Describe() + " found");
     Next();

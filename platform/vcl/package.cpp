@@ -83,7 +83,7 @@ void* LoadPackage(const AnsiString& name) {
   {
     std::lock_guard<std::mutex> guard(loadedLock);
     for (const std::string& n : loading)
-      if (AnsiString(n).UpperCase() == name.UpperCase())
+      if (Sysutils::SameText(n, name.c_str()))
         throw EPackageError("Can't load package " + name + ".\nIt requires itself");
     loading.push_back(name.c_str());
   }

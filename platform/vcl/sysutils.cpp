@@ -77,4 +77,13 @@ AnsiString LoadStr(int ident) {
   return AnsiString();
 }
 
+bool SameText(const char* a, const char* b) {
+  const auto up = [](unsigned char c) { return c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c; };
+  a = a ? a : "";
+  b = b ? b : "";
+  for (; *a && *b; ++a, ++b)
+    if (up(static_cast<unsigned char>(*a)) != up(static_cast<unsigned char>(*b))) return false;
+  return *a == *b;
+}
+
 }  // namespace Sysutils

@@ -64,6 +64,14 @@ VCL_API void* LoadResourceModule(const char* moduleFileName);
 /// The resource module registered for an instance, or the instance itself.
 VCL_API void* FindResourceHInstance(void* instance);
 
+///@{
+/// Whether a and b are the same text ignoring the case of ASCII letters, as
+/// names of components, classes, properties and values compare. Null is
+/// the empty text.
+VCL_API bool SameText(const char* a, const char* b);
+inline bool SameText(const AnsiString& a, const AnsiString& b) { return SameText(a.c_str(), b.c_str()); }
+///@}
+
 /// String resource Ident from the registered modules, newest first, in the
 /// active ANSI code page; empty when no module has it.
 VCL_API AnsiString LoadStr(int ident);

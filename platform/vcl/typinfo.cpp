@@ -1,5 +1,8 @@
 #include "platform/vcl/typinfo.h"
 
+#include <map>
+#include <mutex>
+
 #include <windows.h>
 
 #include <cstring>
@@ -11,7 +14,7 @@ VCL_CLASS_IMPL(EPropertyError, Sysutils::Exception)
 
 namespace {
 
-bool SameText(const char* a, const char* b) { return lstrcmpiA(a, b) == 0; }
+using Sysutils::SameText;
 
 [[noreturn]] void Fail(const TPropInfo* prop, const char* what) {
   throw EPropertyError(AnsiString("Property ") + prop->Name + ": " + what);
@@ -67,10 +70,12 @@ int GetEnumValue(const TTypeInfo* info, const AnsiString& name) {
   return -1;
 }
 
-std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
+namespace {
+
+std::vector<const TPropInfo*> BuildPropList(const System::TMetaClass* cls) {
   std::vector<const TPropInfo*> list;
   if (!cls) return list;
-  list = GetPropList(cls->Parent);
+  list = BuildPropList(cls->Parent);
   for (int i = 0; i < cls->PublishedCount; ++i) {
     const TPropInfo* p = &cls->Published[i];
     if (!p->IsProperty()) continue;
@@ -84,6 +89,18 @@ std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
     if (!replaced) list.push_back(p);
   }
   return list;
+}
+
+}  // namespace
+
+std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
+  // Streaming asks for every component it writes: built once a class.
+  static std::mutex lock;
+  static std::map<const System::TMetaClass*, std::vector<const TPropInfo*>> lists;
+  const std::lock_guard<std::mutex> guard(lock);
+  auto it = lists.find(cls);
+  if (it == lists.end()) it = lists.emplace(cls, BuildPropList(cls)).first;
+  return it->second;
 }
 
 const TPropInfo* GetPropInfo(const System::TMetaClass* cls, const AnsiString& name) {

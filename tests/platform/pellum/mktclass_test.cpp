@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 
+#include "platform/vcl/class_registry.h"
 #include "platform/vcl/ext_panels.h"
 #include "platform/vcl/string_list.h"
 
@@ -26,6 +27,18 @@ TEST(Mktclass, MakesComponentsOfAClassWithAnOwner) {
   ASSERT_NE(nullptr, dynamic_cast<Extctrls::TPanel*>(made));
   EXPECT_EQ(&owner, made->GetOwner());
   EXPECT_EQ(made, owner.GetComponent(0));
+
+  // Every class the framework registers, exactly that class.
+  for (const char* name : {"TForm", "TScrollBox", "TButton", "TCheckBox", "TRadioButton", "TEdit", "TMemo", "TLabel",
+                           "TListBox", "TComboBox", "TGroupBox", "TScrollBar", "TPanel", "TBevel", "TSpeedButton",
+                           "TBitBtn", "TTrackBar", "TProgressBar", "TUpDown", "TMainMenu", "TPopupMenu", "TMenuItem"}) {
+    const System::TMetaClass* cls = Classes::FindClass(name);
+    Classes::TComponent* c = Mktclass::HCreateClassObject(&owner, cls);
+    ASSERT_NE(nullptr, c) << name;
+    EXPECT_EQ(cls, c->ClassType()) << name;
+    EXPECT_EQ(&owner, c->GetOwner()) << name;
+    delete c;
+  }
 
   Classes::TComponent* free = Mktclass::HCreateClassObject(nullptr, Classes::TComponent::StaticClass());
   ASSERT_NE(nullptr, free);

@@ -5,9 +5,12 @@
 // and on a 144-DPI screen.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
+#include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/application.h"
 #include "platform/vcl/filer.h"
 #include "platform/vcl/forms.h"
@@ -20,7 +23,10 @@ class TOrderForm : public Forms::TForm {
   VCL_CLASS();
 
  public:
-  explicit TOrderForm(Classes::TComponent* owner) : TForm(owner) { ReadDesign(); }
+  explicit TOrderForm(Classes::TComponent* owner, bool scaled = true) : TForm(owner) {
+    SetScaled(scaled);
+    ReadDesign();
+  }
   Stdctrls::TLabel* NameLabel = nullptr;
   Stdctrls::TEdit* NameEdit = nullptr;
   Stdctrls::TComboBox* KindCombo = nullptr;
@@ -61,7 +67,7 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   ASSERT_NE(nullptr, form.NameEdit);
   ASSERT_NE(nullptr, form.KindCombo);
   EXPECT_EQ("OrderForm", std::string(form.GetName().c_str()));
-  EXPECT_EQ(5, form.GetControlCount());
+  EXPECT_EQ(6, form.GetControlCount());
   EXPECT_EQ(&form, form.NameEdit->GetParent());
   EXPECT_EQ(form.NameEdit, form.NameLabel->GetFocusControl());
   EXPECT_EQ(Forms::bsDialog, form.GetBorderStyle());
@@ -91,10 +97,51 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   RECT client;
   GetClientRect(form.GetHandle(), &client);
   EXPECT_EQ(MulDiv(300, dpi, 96), client.right);
-  EXPECT_EQ(MulDiv(110, dpi, 96), client.bottom);
+  EXPECT_EQ(MulDiv(230, dpi, 96), client.bottom);
   EXPECT_EQ(MulDiv(217, dpi, 96), form.CancelButton->GetLeft());
   EXPECT_EQ(MulDiv(-11, dpi, 96), form.GetFont()->GetHeight());
   EXPECT_EQ(200, form.GetLeft()) << "the form keeps its place";
+
+  // Nested panels, a memo's lines, a label's own font style, a colour by name.
+  auto* memo = dynamic_cast<Stdctrls::TMemo*>(form.FindComponent("NotesMemo"));
+  ASSERT_NE(nullptr, memo);
+  EXPECT_EQ(form.FindComponent("InnerPanel"), memo->GetParent());
+  EXPECT_EQ(form.FindComponent("OuterPanel"), memo->GetParent()->GetParent());
+  EXPECT_EQ(2, memo->GetLines()->GetCount());
+  EXPECT_EQ("\xD1\xF2\xF0\xEE\xEA\xE0 2", std::string(memo->GetLines()->Get(1).c_str()));
+  EXPECT_EQ(Graphics::clInfoBk, dynamic_cast<Controls::TControl*>(form.FindComponent("InnerPanel"))->GetColor());
+  auto* note = dynamic_cast<Controls::TControl*>(form.FindComponent("NoteLabel"));
+  EXPECT_EQ((Graphics::TFontStyles{Graphics::fsBold, Graphics::fsUnderline}), note->GetFont()->GetStyle());
+
+  // Every control where the design puts it, scaled to the screen, with room
+  // for its caption in its font.
+  TOrderForm designed(nullptr, false);
+  const OwnedWindowDC screen(nullptr);
+  for (int i = 0; i < designed.GetComponentCount(); ++i) {
+    auto* d = dynamic_cast<Controls::TControl*>(designed.GetComponent(i));
+    auto* c = dynamic_cast<Controls::TControl*>(form.FindComponent(designed.GetComponent(i)->GetName()));
+    if (!d) continue;
+    ASSERT_NE(nullptr, c);
+    const std::string name = c->GetName().c_str();
+    const int want[] = {d->GetLeft(), d->GetTop(), d->GetWidth(), d->GetHeight()};
+    const int got[] = {c->GetLeft(), c->GetTop(), c->GetWidth(), c->GetHeight()};
+    // Sizes the text decides are the exception: a label that sizes itself to
+    // its caption, the height the system gives a combo box for its font.
+    auto* label = dynamic_cast<Stdctrls::TCustomLabel*>(c);
+    const int checked = label && label->GetAutoSize() ? 2 : dynamic_cast<Stdctrls::TCustomComboBox*>(c) ? 3 : 4;
+    for (int k = 0; k < checked; ++k)
+      EXPECT_NEAR(MulDiv(want[k], dpi, 96), got[k], 1) << name << " bound " << k << " designed " << want[k];
+    std::string text = c->GetText().c_str();
+    text.erase(std::remove(text.begin(), text.end(), '&'), text.end());
+    if (text.empty() || dynamic_cast<Stdctrls::TCustomEdit*>(c) || dynamic_cast<Stdctrls::TCustomComboBox*>(c))
+      continue;
+    DCChanger use(screen.get());
+    use.Select(c->GetFont()->GetHandle());
+    SIZE extent{};
+    GetTextExtentPoint32A(screen.get(), text.c_str(), static_cast<int>(text.size()), &extent);
+    EXPECT_LE(extent.cx, c->GetWidth()) << name << ": '" << text << "' fits";
+    EXPECT_LE(extent.cy, c->GetHeight()) << name;
+  }
 
   // A form class without a design says so.
   std::string message;
