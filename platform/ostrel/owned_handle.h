@@ -25,7 +25,7 @@ enum OwnedKind_Types : int {
   OK_Menu,
   OK_Icon,
   OK_Kernel,  // events, semaphores, mappings, threads, processes
-  OK_File,
+  OK_File,  // files, and FindFirstFile searches
   OK_View,  // mapped views of files
   OK_Module,
   OK_Count
@@ -106,6 +106,10 @@ struct Kernel : ClosedBy<HANDLE, OK_Kernel, &CloseHandle> {};
 struct File : ClosedBy<HANDLE, OK_File, &CloseHandle> {
   static Type Null() { return INVALID_HANDLE_VALUE; }
 };
+/// A FindFirstFile search, ended by FindClose.
+struct Find : ClosedBy<HANDLE, OK_File, &FindClose> {
+  static Type Null() { return INVALID_HANDLE_VALUE; }
+};
 struct View : ClosedBy<void*, OK_View, &UnmapViewOfFile> {};
 struct Module : ClosedBy<HMODULE, OK_Module, &FreeLibrary> {};
 
@@ -123,6 +127,7 @@ using OwnedMenu = OwnedHandle<owned_kinds::Menu>;
 using OwnedIcon = OwnedHandle<owned_kinds::Icon>;
 using OwnedKernelHandle = OwnedHandle<owned_kinds::Kernel>;
 using OwnedFile = OwnedHandle<owned_kinds::File>;
+using OwnedFind = OwnedHandle<owned_kinds::Find>;
 using OwnedView = OwnedHandle<owned_kinds::View>;
 using OwnedModule = OwnedHandle<owned_kinds::Module>;
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/forms.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
@@ -77,13 +78,12 @@ class TSelectDirForm : public Forms::TForm {
     if (dir.size() > 3) items->Add("..");
     std::vector<std::string> folders;
     WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA((dir + (dir.back() == '\\' ? "*" : "\\*")).c_str(), &found);
-    if (search != INVALID_HANDLE_VALUE) {
+    const OwnedFind search(FindFirstFileA((dir + (dir.back() == '\\' ? "*" : "\\*")).c_str(), &found));
+    if (search) {
       do {
         const std::string name = found.cFileName;
         if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && name != "." && name != "..") folders.push_back(name);
-      } while (FindNextFileA(search, &found));
-      FindClose(search);
+      } while (FindNextFileA(search.get(), &found));
     }
     std::sort(folders.begin(), folders.end(),
               [](const std::string& a, const std::string& b) { return lstrcmpiA(a.c_str(), b.c_str()) < 0; });

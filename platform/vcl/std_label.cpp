@@ -37,7 +37,7 @@ void TCustomLabel::Paint(HDC dc) {
 }
 
 void TCustomLabel::AdjustSize() {
-  if (!autoSize_) return;
+  if (!autoSize_ || GetComponentState().Contains(Classes::csLoading)) return;
   const AnsiString text = GetText();
   const OwnedWindowDC screen(nullptr);
   DCChanger state(screen.get());
@@ -46,6 +46,11 @@ void TCustomLabel::AdjustSize() {
   DrawTextA(screen.get(), text.IsEmpty() ? " " : text.c_str(), text.IsEmpty() ? 1 : text.Length(), &r,
             (DrawFlags() & ~(DT_VCENTER | DT_BOTTOM)) | DT_CALCRECT);
   SetBounds(GetLeft(), GetTop(), r.right - r.left, r.bottom - r.top);
+}
+
+void TCustomLabel::Loaded() {
+  TGraphicControl::Loaded();
+  AdjustSize();
 }
 
 void TCustomLabel::SetText(const AnsiString& value) {

@@ -45,6 +45,8 @@ class VCL_API TCustomLabel : public Controls::TGraphicControl {
 
  protected:
   void Notification(Classes::TComponent* component, Classes::TOperation operation) override;
+  /// Fits the label once every value is read, whatever order they came in.
+  void Loaded() override;
 
  private:
   UINT DrawFlags() const;

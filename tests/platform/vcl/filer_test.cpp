@@ -223,7 +223,8 @@ void Mutate(TComponent* c) {
     const TTypeInfo* type = prop->PropType();
     switch (prop->Kind()) {
       case tkInteger:
-        if (prop->SetOrd) SetOrdProp(c, prop, type->IntToIdent ? Graphics::clHighlight : GetOrdProp(c, prop) + 3);
+        if (prop->SetOrd)
+          SetOrdProp(c, prop, type->IntToIdent ? static_cast<int>(Graphics::clHighlight) : GetOrdProp(c, prop) + 3);
         break;
       case tkEnumeration:
         if (prop->SetOrd) SetOrdProp(c, prop, (GetOrdProp(c, prop) + 1) % (type->MaxValue + 1));
@@ -256,10 +257,11 @@ TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
     stream.WriteComponent(fresh);
     const std::string bytes(static_cast<char*>(stream.GetMemory()), static_cast<size_t>(stream.GetSize()));
     for (const TPropInfo* prop : GetPropList(cls))
-      if (prop->HasDefault && IsDefaultPropValue(fresh, prop))
+      if (prop->HasDefault && IsDefaultPropValue(fresh, prop)) {
         EXPECT_EQ(std::string::npos,
                   bytes.find(std::string(1, static_cast<char>(std::strlen(prop->Name))) + prop->Name))
             << name << "." << prop->Name << " holds its default and is not written";
+      }
 
     // Changed and nameless: read into a new instance, every value comes back.
     TComponent* sample = CreateComponent(cls, &owner);

@@ -59,8 +59,12 @@ std::string WindowText(HWND w) {
 
 TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   const int dpi = Forms::Screen->GetPixelsPerInch();
-  if (const char* want = std::getenv("VELKIN_SCREEN_DPI")) ASSERT_EQ(std::atoi(want), dpi) << "the prefix's density";
-  if (const char* want = std::getenv("VELKIN_ANSI_CP")) ASSERT_EQ(static_cast<UINT>(std::atoi(want)), GetACP());
+  if (const char* want = std::getenv("VELKIN_SCREEN_DPI")) {
+    ASSERT_EQ(std::atoi(want), dpi) << "the prefix's density";
+  }
+  if (const char* want = std::getenv("VELKIN_ANSI_CP")) {
+    ASSERT_EQ(static_cast<UINT>(std::atoi(want)), GetACP());
+  }
 
   TOrderForm form(Forms::Application);
   ASSERT_NE(nullptr, form.OkButton);

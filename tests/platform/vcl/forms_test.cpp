@@ -328,7 +328,7 @@ TEST(TCustomForm, AFormDeletedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
     auto* form = new TForm(nullptr);
     auto* button = new TButton(form);
     button->SetParent(form);
-    Deleter deleter{form};
+    Deleter deleter{form, nullptr, {}};
     form->SetOnDestroy({&deleter, &Deleter::Destroyed});
     TForm other(nullptr);
     auto* otherButton = new TButton(&other);

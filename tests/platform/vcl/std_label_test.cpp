@@ -6,6 +6,7 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/application.h"
+#include "platform/vcl/filer.h"
 #include "platform/vcl/std_edits.h"
 
 using namespace Stdctrls;
@@ -45,6 +46,15 @@ TEST(TCustomLabel, FitsItsTextAndIsPaintedWhereItLies) {
   fixed->SetAlignment(taRightJustify);
   fixed->SetText("right");
   EXPECT_EQ(200, fixed->GetWidth()) << "not fitted when AutoSize is off";
+
+  // Read back, the caption comes before AutoSize = False: still not fitted.
+  Classes::TMemoryStream stream;
+  stream.WriteComponent(fixed);
+  stream.SetPosition(0);
+  TLabel copy(nullptr);
+  stream.ReadComponent(&copy);
+  EXPECT_EQ(200, copy.GetWidth()) << "a fixed label read back keeps its size";
+  EXPECT_EQ(20, copy.GetHeight());
 
   form.Show();
   RedrawWindow(form.GetHandle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);

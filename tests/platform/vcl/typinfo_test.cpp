@@ -65,7 +65,9 @@ TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
     const auto props = GetPropList(cls);
     EXPECT_GE(props.size(), 2u) << cls->Name;
     for (const TPropInfo* p : props) {
-      if (p->HasDefault) EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
+      if (p->HasDefault) {
+        EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
+      }
       // Each name once: a class's own entry replaces its parent's.
       int same = 0;
       for (const TPropInfo* q : props) same += lstrcmpiA(p->Name, q->Name) == 0;
@@ -79,7 +81,9 @@ TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
         : cls == Graphics::TPen::StaticClass() ? static_cast<System::TObject*>(new Graphics::TPen)
                                                : new Graphics::TBrush);
     for (const TPropInfo* p : GetPropList(cls))
-      if (p->HasDefault) EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
+      if (p->HasDefault) {
+        EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
+      }
   }
   // Parents' properties first, in their order.
   const auto button = GetPropList(Stdctrls::TButton::StaticClass());
