@@ -3,34 +3,34 @@
 #include "platform/pellum/mktclass.h"
 
 HClassHolder::HClassHolder(const System::TMetaClass* cls, Controls::TControl* prototype)
-    : Class(cls), Prototype(nullptr) {
+    : class_(cls), prototype_(nullptr) {
   if (!prototype) return;
   const System::AnsiString name = prototype->GetName();
   prototype->SetName("");
   try {
-    Prototype = new Classes::TMemoryStream;
-    Prototype->WriteComponent(prototype);
+    prototype_ = new Classes::TMemoryStream;
+    prototype_->WriteComponent(prototype);
   } catch (...) {
-    delete Prototype;
+    delete prototype_;
     prototype->SetName(name);
     throw;
   }
   prototype->SetName(name);
 }
 
-HClassHolder::~HClassHolder() { delete Prototype; }
+HClassHolder::~HClassHolder() { delete prototype_; }
 
-System::AnsiString HClassHolder::Name() const { return Class ? Class->ClassName() : ""; }
+System::AnsiString HClassHolder::Name() const { return class_ ? class_->ClassName() : ""; }
 
 // A stream error frees the new instance before it passes on: it would
 // otherwise stay half made with its owner, or leak without one.
 Classes::TComponent* HClassHolder::Create(Classes::TComponent* owner, Controls::TWinControl* parent) {
-  Classes::TComponent* object = Mktclass::HCreateClassObject(owner, Class);
+  Classes::TComponent* object = Mktclass::HCreateClassObject(owner, class_);
   if (!object) return nullptr;
   try {
-    if (Prototype) {
-      Prototype->SetPosition(0);
-      Prototype->ReadComponent(object);
+    if (prototype_) {
+      prototype_->SetPosition(0);
+      prototype_->ReadComponent(object);
     }
   } catch (...) {
     delete object;

@@ -25,9 +25,13 @@ class VELKIN_API HClassHolder {
   /// cannot be made. A stream error is raised after the new instance is freed.
   Classes::TComponent* Create(Classes::TComponent* Owner, Controls::TWinControl* Parent);
 
-  const System::TMetaClass* Class;
-  /// Owned; null without a prototype.
-  Classes::TMemoryStream* Prototype;
+  const System::TMetaClass* GetClass() const { return class_; }
+  /// The prototype's values as written by WriteComponent; null without one.
+  Classes::TMemoryStream* GetPrototype() const { return prototype_; }
+
+ private:
+  const System::TMetaClass* class_;
+  Classes::TMemoryStream* prototype_;  // owned
 };
 
 /// An owning array of class holders: destroying it destroys every holder.

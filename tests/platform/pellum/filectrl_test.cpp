@@ -1,7 +1,6 @@
 // The directory dialog driven as a user would: folders opened from the list,
 // paths typed, OK and Cancel pressed, the question about a missing directory
-// answered. Each case is a script run by a thread timer inside the dialog's
-// modal loop, with a bound: a case that goes wrong closes the dialog.
+// answered.
 #include "platform/pellum/filectrl.h"
 
 #include <gtest/gtest.h>
@@ -10,119 +9,15 @@
 #include <string>
 #include <vector>
 
-#include "platform/vcl/application.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_lists.h"
+#include "tests/platform/pellum/select_dir_driver.h"
 
 namespace {
 
 using System::AnsiString;
+using namespace select_dir_driver;
 
-using Step = std::function<bool()>;  // true when done, false to wait a tick
-
-std::vector<Step> script;
-size_t next = 0;
-int ticks = 0;
-bool timedOut = false;
-
-Forms::TCustomForm* Dialog() {
-  for (int i = 0; i < Forms::Screen->GetFormCount(); ++i) {
-    Forms::TCustomForm* f = Forms::Screen->GetForm(i);
-    if (f->ClassName() == AnsiString("TSelectDirForm") && f->HandleAllocated() && IsWindowVisible(f->GetHandle()))
-      return f;
-  }
-  return nullptr;
-}
-
-HWND MessageBoxWindow() {
-  HWND found = nullptr;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND w, LPARAM out) {
-        char cls[16] = {};
-        GetClassNameA(w, cls, sizeof cls);
-        if (std::string(cls) != "#32770" || !IsWindowVisible(w)) return TRUE;
-        *reinterpret_cast<HWND*>(out) = w;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&found));
-  return found;
-}
-
-template <class C>
-C* Part(const char* name) {
-  Forms::TCustomForm* d = Dialog();
-  return d ? dynamic_cast<C*>(d->FindComponent(name)) : nullptr;
-}
-
-std::string EditText() {
-  auto* edit = Part<Stdctrls::TEdit>("DirEdit");
-  return edit ? edit->GetText().c_str() : "";
-}
-
-void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-  if (++ticks > 300) {  // about ten seconds: give up and close whatever is open
-    timedOut = true;
-    if (HWND box = MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
-    if (auto* cancel = Part<Controls::TWinControl>("CancelButton")) PostMessageA(cancel->GetHandle(), BM_CLICK, 0, 0);
-    return;
-  }
-  if (next < script.size() && script[next]()) ++next;
-}
-
-// Steps.
-Step Opened() {
-  return [] { return Dialog() != nullptr && !MessageBoxWindow(); };
-}
-Step Type(std::string text) {
-  return [text] {
-    auto* edit = Part<Stdctrls::TEdit>("DirEdit");
-    if (!edit) return false;
-    SetWindowTextA(edit->GetHandle(), text.c_str());
-    return true;
-  };
-}
-Step Press(const char* button) {
-  return [button] {
-    auto* b = Part<Controls::TWinControl>(button);
-    if (!b || MessageBoxWindow()) return false;
-    PostMessageA(b->GetHandle(), BM_CLICK, 0, 0);
-    return true;
-  };
-}
-Step OpenFolder(std::string name) {
-  return [name] {
-    auto* list = Part<Stdctrls::TListBox>("DirList");
-    if (!list) return false;
-    const int index = list->GetItems()->IndexOf(name.c_str());
-    if (index < 0) return false;
-    list->SetItemIndex(index);
-    RECT r;
-    SendMessageA(list->GetHandle(), LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&r));
-    SendMessageA(list->GetHandle(), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(r.left + 2, r.top + 2));
-    return true;
-  };
-}
-Step Answer(int button) {
-  return [button] {
-    HWND box = MessageBoxWindow();
-    if (!box) return false;
-    PostMessageA(box, WM_COMMAND, button, 0);
-    return true;
-  };
-}
-
-// Runs the dialog with a script; the steps' log of what the edit showed.
 bool RunDialog(AnsiString& dir, Filectrl::TSelectDirOpts options, std::vector<Step> steps) {
-  script = std::move(steps);
-  next = 0;
-  ticks = 0;
-  timedOut = false;
-  const UINT_PTR timer = SetTimer(nullptr, 0, 30, &Tick);
-  const bool result = Filectrl::SelectDirectory(dir, options, 17);
-  KillTimer(nullptr, timer);
-  return result;
+  return RunScript(std::move(steps), [&] { return Filectrl::SelectDirectory(dir, options, 17); });
 }
 
 std::string Temp(const std::string& name) {
@@ -206,8 +101,12 @@ TEST(Filectrl, SelectDirectoryAsAUserDrivesIt) {
     EXPECT_FALSE(timedOut) << c.what << ": the script stopped at step " << next;
     EXPECT_EQ(c.result, result) << c.what;
     EXPECT_EQ(c.dir, std::string(dir.c_str())) << c.what;
-    if (!c.made.empty()) EXPECT_TRUE(Exists(c.made)) << c.what;
-    if (&c == &cases.front()) EXPECT_EQ(alpha, shown) << "opening a folder shows its path";
+    if (!c.made.empty()) {
+      EXPECT_TRUE(Exists(c.made)) << c.what;
+    }
+    if (&c == &cases.front()) {
+      EXPECT_EQ(alpha, shown) << "opening a folder shows its path";
+    }
     EXPECT_EQ(nullptr, Dialog()) << c.what << ": the dialog is gone";
   }
   EXPECT_FALSE(Exists(base + "\\elsewhere")) << "allowed but not asked to make it";

@@ -103,7 +103,7 @@ TEST(HClassArray, BareClassesMakeDefaultObjectsAndUnmakeableOnesGiveNull) {
   classes.Register(bare, 3);
   ASSERT_EQ(3, classes.Count());
   EXPECT_EQ(std::string("TLabel"), classes[1]->Name().c_str());
-  EXPECT_EQ(nullptr, classes[0]->Prototype);
+  EXPECT_EQ(nullptr, classes[0]->GetPrototype());
 
   Stdctrls::TButton reference(nullptr);
   auto* button = dynamic_cast<Stdctrls::TButton*>(classes[0]->Create(&owner, nullptr));
@@ -123,7 +123,7 @@ TEST(HClassHolder, AStreamThatDoesNotFitTheClassFailsWithoutLeavingACopyBehind) 
   // A button's values read into an edit: the button's TabOrder fits, its
   // caption does not exist on an edit.
   HClassHolder mismatched(Stdctrls::TEdit::StaticClass(), form.Samples->GetControl(0));
-  ASSERT_NE(nullptr, mismatched.Prototype);
+  ASSERT_NE(nullptr, mismatched.GetPrototype());
   const int before = form.GetComponentCount();
   EXPECT_THROW(mismatched.Create(&form, form.Empty), Classes::EReadError);
   EXPECT_EQ(before, form.GetComponentCount());

@@ -1,0 +1,126 @@
+#pragma once
+// Drives the directory dialog as a user would, from a script of steps run
+// by a thread timer inside the dialog's modal loop, with a bound: a script
+// that goes wrong closes what is open.
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/vcl/application.h"
+#include "platform/vcl/forms.h"
+#include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_lists.h"
+
+namespace select_dir_driver {
+
+using System::AnsiString;
+
+using Step = std::function<bool()>;  // true when done, false to wait a tick
+
+inline std::vector<Step> script;
+inline size_t next = 0;
+inline int ticks = 0;
+inline bool timedOut = false;
+
+inline Forms::TCustomForm* Dialog() {
+  for (int i = 0; i < Forms::Screen->GetFormCount(); ++i) {
+    Forms::TCustomForm* f = Forms::Screen->GetForm(i);
+    if (f->ClassName() == AnsiString("TSelectDirForm") && f->HandleAllocated() && IsWindowVisible(f->GetHandle()))
+      return f;
+  }
+  return nullptr;
+}
+
+inline HWND MessageBoxWindow() {
+  HWND found = nullptr;
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND w, LPARAM out) {
+        char cls[16] = {};
+        GetClassNameA(w, cls, sizeof cls);
+        if (std::string(cls) != "#32770" || !IsWindowVisible(w)) return TRUE;
+        *reinterpret_cast<HWND*>(out) = w;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+template <class C>
+inline C* Part(const char* name) {
+  Forms::TCustomForm* d = Dialog();
+  return d ? dynamic_cast<C*>(d->FindComponent(name)) : nullptr;
+}
+
+inline std::string EditText() {
+  auto* edit = Part<Stdctrls::TEdit>("DirEdit");
+  return edit ? edit->GetText().c_str() : "";
+}
+
+inline void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+  if (++ticks > 300) {  // about ten seconds: give up and close whatever is open
+    timedOut = true;
+    if (HWND box = MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
+    if (auto* cancel = Part<Controls::TWinControl>("CancelButton")) PostMessageA(cancel->GetHandle(), BM_CLICK, 0, 0);
+    return;
+  }
+  if (next < script.size() && script[next]()) ++next;
+}
+
+// Steps.
+inline Step Opened() {
+  return [] { return Dialog() != nullptr && !MessageBoxWindow(); };
+}
+inline Step Type(std::string text) {
+  return [text] {
+    auto* edit = Part<Stdctrls::TEdit>("DirEdit");
+    if (!edit) return false;
+    SetWindowTextA(edit->GetHandle(), text.c_str());
+    return true;
+  };
+}
+inline Step Press(const char* button) {
+  return [button] {
+    auto* b = Part<Controls::TWinControl>(button);
+    if (!b || MessageBoxWindow()) return false;
+    PostMessageA(b->GetHandle(), BM_CLICK, 0, 0);
+    return true;
+  };
+}
+inline Step OpenFolder(std::string name) {
+  return [name] {
+    auto* list = Part<Stdctrls::TListBox>("DirList");
+    if (!list) return false;
+    const int index = list->GetItems()->IndexOf(name.c_str());
+    if (index < 0) return false;
+    list->SetItemIndex(index);
+    RECT r;
+    SendMessageA(list->GetHandle(), LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&r));
+    SendMessageA(list->GetHandle(), WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(r.left + 2, r.top + 2));
+    return true;
+  };
+}
+inline Step Answer(int button) {
+  return [button] {
+    HWND box = MessageBoxWindow();
+    if (!box) return false;
+    PostMessageA(box, WM_COMMAND, button, 0);
+    return true;
+  };
+}
+
+// Runs call (which opens the dialog) with a script; call's result.
+inline bool RunScript(std::vector<Step> steps, const std::function<bool()>& call) {
+  script = std::move(steps);
+  next = 0;
+  ticks = 0;
+  timedOut = false;
+  const UINT_PTR timer = SetTimer(nullptr, 0, 30, &Tick);
+  const bool result = call();
+  KillTimer(nullptr, timer);
+  return result;
+}
+
+}  // namespace select_dir_driver
