@@ -145,12 +145,18 @@ void TApplication::HintTimer() {
     (void)ready;
     hintWindow_.reset(CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
                                       0, 0, 0, 0, GetHandle(), nullptr, nullptr, nullptr));
-    TTTOOLINFOA tool{TTTOOLINFOA_V2_SIZE, TTF_TRACK | TTF_ABSOLUTE, GetHandle()};
+    TTTOOLINFOA tool{};
+    tool.cbSize = TTTOOLINFOA_V2_SIZE;
+    tool.uFlags = TTF_TRACK | TTF_ABSOLUTE;
+    tool.hwnd = GetHandle();
     tool.lpszText = const_cast<char*>("");
     SendMessageA(hintWindow_.get(), TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
     SendMessageA(hintWindow_.get(), TTM_SETMAXTIPWIDTH, 0, 400);
   }
-  TTTOOLINFOA tool{TTTOOLINFOA_V2_SIZE, TTF_TRACK | TTF_ABSOLUTE, GetHandle()};
+  TTTOOLINFOA tool{};
+  tool.cbSize = TTTOOLINFOA_V2_SIZE;
+  tool.uFlags = TTF_TRACK | TTF_ABSOLUTE;
+  tool.hwnd = GetHandle();
   tool.lpszText = const_cast<char*>(shownHint_.c_str());
   SendMessageA(hintWindow_.get(), TTM_UPDATETIPTEXTA, 0, reinterpret_cast<LPARAM>(&tool));
   POINT p;
@@ -166,7 +172,10 @@ void TApplication::HideHint() {
   hintTimer_ = 0;
   if (shownHint_.IsEmpty()) return;
   shownHint_ = "";
-  TTTOOLINFOA tool{TTTOOLINFOA_V2_SIZE, TTF_TRACK | TTF_ABSOLUTE, GetHandle()};
+  TTTOOLINFOA tool{};
+  tool.cbSize = TTTOOLINFOA_V2_SIZE;
+  tool.uFlags = TTF_TRACK | TTF_ABSOLUTE;
+  tool.hwnd = GetHandle();
   SendMessageA(hintWindow_.get(), TTM_TRACKACTIVATE, FALSE, reinterpret_cast<LPARAM>(&tool));
 }
 

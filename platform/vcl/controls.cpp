@@ -900,10 +900,10 @@ void TWinControl::WndProc(TMessage& message) {
       if (HandleKey(message)) return;
       break;
     case WM_SETFOCUS:
-      onEnter_(this);
+      if (!IsInnerWindow(reinterpret_cast<HWND>(message.WParam))) onEnter_(this);
       break;
     case WM_KILLFOCUS:
-      onExit_(this);
+      if (!IsInnerWindow(reinterpret_cast<HWND>(message.WParam))) onExit_(this);
       break;
     case CM_DIALOGKEY:
     case CM_DIALOGCHAR:
@@ -1001,6 +1001,60 @@ void TGraphicControl::SetText(const AnsiString& value) {
   if (value == GetText()) return;
   TControl::SetText(value);
   Invalidate();
+}
+
+// ---- Inner windows ----
+
+namespace {
+
+const char kInnerOwner[] = "VelkinInnerOwner";
+const char kInnerProc[] = "VelkinInnerProc";
+
+}  // namespace
+
+bool TWinControl::IsInnerWindow(HWND window) const {
+  return handle_ && window && IsChild(handle_, window) && !FindControl(window);
+}
+
+void TWinControl::RouteInnerWindow(HWND inner) {
+  if (!inner || GetPropA(inner, kInnerOwner)) return;
+  SetPropA(inner, kInnerOwner, this);
+  SetPropA(inner, kInnerProc,
+           reinterpret_cast<HANDLE>(SetWindowLongPtrA(inner, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&InnerWndProc))));
+}
+
+// Focus moving between the control and its inner windows stays inside it:
+// only focus coming from or going to elsewhere is an enter or an exit.
+LRESULT CALLBACK TWinControl::InnerWndProc(HWND window, UINT msg, WPARAM wParam, LPARAM lParam) {
+  auto* owner = static_cast<TWinControl*>(GetPropA(window, kInnerOwner));
+  const auto proc = reinterpret_cast<WNDPROC>(GetPropA(window, kInnerProc));
+  const auto other = reinterpret_cast<HWND>(wParam);
+  const bool outside = other != owner->handle_ && !owner->IsInnerWindow(other);
+  switch (msg) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+    case WM_KEYUP:
+    case WM_SYSKEYUP:
+    case WM_CHAR:
+    case WM_SYSCHAR: {
+      TMessage message{msg, wParam, lParam, 0};
+      if (owner->HandleKey(message)) return 0;
+      wParam = message.WParam;
+      break;
+    }
+    case WM_SETFOCUS:
+      if (outside) owner->onEnter_(owner);
+      break;
+    case WM_KILLFOCUS:
+      if (outside) owner->onExit_(owner);
+      break;
+    case WM_NCDESTROY:
+      SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(proc));
+      RemovePropA(window, kInnerOwner);
+      RemovePropA(window, kInnerProc);
+      break;
+  }
+  return CallWindowProcA(proc, window, msg, wParam, lParam);
 }
 
 TWinControl* TWinControl::FindControl(HWND window) {

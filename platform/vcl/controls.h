@@ -411,6 +411,13 @@ class VCL_API TWinControl : public TControl {
   /// meanwhile with the control's font and colour; then the windowless
   /// children are painted over it.
   void PaintOnCanvas(TMessage& message, Graphics::TCanvas& canvas, System::TClosure<void()> paint);
+  /// Makes a window the system created inside this control's window (a
+  /// combo box's edit) part of the control: its keys run the control's key
+  /// events and dialog keys, and focus arriving there from elsewhere is the
+  /// control's OnEnter, leaving it for elsewhere its OnExit.
+  void RouteInnerWindow(HWND inner);
+  /// A window inside this control's window that no control owns.
+  bool IsInnerWindow(HWND window) const;
 
  private:
   friend class TControl;
@@ -421,6 +428,7 @@ class VCL_API TWinControl : public TControl {
   void ReadBoundsFromWindow();
   TWinControl* TopLevel();
   bool HandleKey(TMessage& message);
+  static LRESULT CALLBACK InnerWndProc(HWND window, UINT msg, WPARAM wParam, LPARAM lParam);
   template <class Event, class Key, class... Rest>
   bool RunKeyEvent(Event TWinControl::*event, Key& key, Rest... rest);
   bool Broadcast(TMessage& message);

@@ -76,7 +76,9 @@ void TControlScrollBar::Scroll(WORD code) {
       break;
     case SB_THUMBTRACK:
     case SB_THUMBPOSITION: {
-      SCROLLINFO si{sizeof si, SIF_TRACKPOS};
+      SCROLLINFO si{};
+      si.cbSize = sizeof si;
+      si.fMask = SIF_TRACKPOS;
       GetScrollInfo(control_->GetHandle(), BarOf(kind_), &si);
       SetPosition(si.nTrackPos);
       break;
@@ -136,7 +138,9 @@ void TScrollingWinControl::UpdateScrollBars() {
           ScrollBy(0, delta);
         ++scrolling_;
       }
-      SCROLLINFO si{sizeof si, SIF_RANGE | SIF_PAGE | SIF_POS};
+      SCROLLINFO si{};
+      si.cbSize = sizeof si;
+      si.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
       si.nMax = bar->IsScrollBarVisible() ? bar->GetRange() - 1 : 0;
       si.nPage = bar->IsScrollBarVisible() ? static_cast<UINT>(bar->ClientSize()) : 0;
       si.nPos = bar->position_;

@@ -216,6 +216,13 @@ void TCustomComboBox::CreateParams(TCreateParams& params) {
   params.Height = style_ == csSimple ? params.Height : params.Height + 200;
 }
 
+void TCustomComboBox::CreateWnd() {
+  TCustomListControl::CreateWnd();
+  COMBOBOXINFO info{};
+  info.cbSize = sizeof info;
+  if (style_ != csDropDownList && GetComboBoxInfo(GetHandle(), &info)) RouteInnerWindow(info.hwndItem);
+}
+
 int TCustomComboBox::GetItemIndex() {
   return HandleAllocated() ? static_cast<int>(SendMessageA(GetHandle(), CB_GETCURSEL, 0, 0)) : itemIndex_;
 }

@@ -133,6 +133,8 @@ class VCL_API TCustomComboBox : public TCustomListControl {
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
+  /// Routes the edit of an editable box through the box's key and focus events.
+  void CreateWnd() override;
   void Notified(Controls::TMessage& message) override;
 
  private:

@@ -6,7 +6,9 @@
 
 #include <string>
 
+#include "platform/vcl/application.h"
 #include "platform/vcl/forms.h"
+#include "platform/vcl/std_buttons.h"
 
 using namespace Stdctrls;
 
@@ -83,6 +85,54 @@ TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
   SendMessageA(form.GetHandle(), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(w));
   EXPECT_EQ(0, combo->GetItemIndex());
   EXPECT_EQ(1, changes);
+}
+
+}  // namespace
+
+namespace {
+
+// An editable box's edit is the box's own: its keys run the box's key events
+// and focus moving between the box and its edit is no enter or exit.
+TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
+  Forms::TForm form(nullptr);
+  auto* combo = new Stdctrls::TComboBox(&form);
+  combo->SetParent(&form);
+  auto* list = new Stdctrls::TComboBox(&form);
+  list->SetParent(&form);
+  list->SetStyle(Stdctrls::csDropDownList);
+  list->SetTop(40);
+  auto* other = new Stdctrls::TButton(&form);
+  other->SetParent(&form);
+  other->SetTop(80);
+  form.Show();
+
+  struct Log {
+    std::string text;
+    void Enter(System::TObject*) { text += "enter "; }
+    void Exit(System::TObject*) { text += "exit "; }
+    void Press(System::TObject*, char& key) {
+      text += std::string(1, key) + " ";
+      if (key == 'x') key = 0;
+    }
+  } log;
+  other->SetFocus();
+  combo->SetOnEnter({&log, &Log::Enter});
+  combo->SetOnExit({&log, &Log::Exit});
+  combo->SetOnKeyPress({&log, &Log::Press});
+  combo->SetFocus();
+  HWND edit = GetFocus();
+  ASSERT_NE(combo->GetHandle(), edit) << "the focus went on to the edit";
+  ASSERT_TRUE(IsChild(combo->GetHandle(), edit));
+  for (char c : std::string("axb")) {
+    PostMessageA(edit, WM_KEYDOWN, VkKeyScanA(c) & 0xFF, 1);
+    PostMessageA(edit, WM_KEYUP, VkKeyScanA(c) & 0xFF, 0xC0000001);
+  }
+  Forms::Application->ProcessMessages();
+  other->SetFocus();
+  EXPECT_EQ("enter a x b exit ", log.text);
+  EXPECT_EQ("ab", std::string(combo->GetText().c_str())) << "x swallowed before the edit saw it";
+  list->SetFocus();
+  EXPECT_EQ(list->GetHandle(), GetFocus()) << "a drop-down list has no edit";
 }
 
 }  // namespace

@@ -1,0 +1,417 @@
+// The control field: binding by accept list and class chain with its two
+// error texts, the property matrix over every kind of control it serves, and
+// the edit-and-confirm protocol driven by keystrokes on a shown form.
+#include "velkin/controls/h_cfield.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/vcl/application.h"
+#include "platform/vcl/forms.h"
+#include "platform/vcl/sysutils.h"
+
+namespace {
+
+using System::AnsiString;
+
+std::string Ansi(const wchar_t* text) {
+  char out[512] = {};
+  WideCharToMultiByte(CP_ACP, 0, text, -1, out, sizeof out, nullptr, nullptr);
+  return out;
+}
+
+// The three texts in the user's language, as the string tables hold them.
+struct Texts {
+  std::string unsupportedAccept, supportedOnly, unsupportedClass;
+};
+Texts Expected() {
+  if (PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_RUSSIAN)
+    return {Ansi(L"Попытка установить неизвестный тип как допустимый"), Ansi(L"Только поддерживаемые типы"),
+            Ansi(L"Нельзя присвоить обьекту обьект другого типа")};
+  return {"Trying to set as acceptable unsupported type", "Supported types only",
+          "Can not assign object of non supported class type"};
+}
+
+std::string Raised(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const Sysutils::Exception& e) {
+    return e.Message.c_str();
+  }
+  return "(nothing raised)";
+}
+
+const char* const kSupported =
+    "TCustomLabel;TCustomEdit;TCustomComboBox;TCustomListBox;TCustomMemo;TButtonControl;TSpeedButton;TMenu;"
+    "TScrollBar;TTrackBar;TProgressBar;TCustomUpDown";
+
+TEST(HControlField, BindsByAcceptListAndClassChainAndNamesBothInItsErrors) {
+  if (const char* lcAll = std::getenv("LC_ALL"); lcAll && std::string(lcAll).rfind("ru", 0) == 0) {
+    ASSERT_EQ(LANG_RUSSIAN, PRIMARYLANGID(GetUserDefaultUILanguage())) << "LC_ALL=" << lcAll;
+  }
+  const Texts t = Expected();
+  Forms::TForm form(nullptr);
+  auto* edit = new Stdctrls::TEdit(&form);
+  edit->SetParent(&form);
+  edit->SetText("typed");
+  auto* memo = new Stdctrls::TMemo(&form);
+  memo->SetParent(&form);
+  memo->SetText("memo text");
+
+  struct Log {
+    std::string text;
+    void Changed(System::TObject*, Classes::TComponent* o, Classes::TComponent* n) {
+      const auto name = [](Classes::TComponent* c) { return c ? std::string(c->ClassName().c_str()) : "-"; };
+      text += name(o) + ">" + name(n) + " ";
+    }
+  } log;
+  HControlField field;
+  field.SetOnControlChange({&log, &Log::Changed});
+  EXPECT_EQ(kSupported, std::string(field.GetSupportedTypes().c_str()));
+  EXPECT_EQ(t.unsupportedClass + "[TEdit].\n" + t.supportedOnly + ": []", Raised([&] { field.SetControl(edit); }))
+      << "nothing binds before an accept list";
+  EXPECT_EQ(nullptr, field.GetControl());
+
+  field.SetAccept("TCustomEdit");
+  EXPECT_EQ(t.unsupportedAccept + " [TEdit].\n" + t.supportedOnly + ": [" + kSupported + "]",
+            Raised([&] { field.SetAccept("TCustomListBox;TEdit"); }))
+      << "a concrete class is not a supported name";
+  EXPECT_EQ("TCustomEdit", std::string(field.GetAccept().c_str())) << "the old list stays";
+  EXPECT_EQ(t.unsupportedAccept + " [tcustomedit].\n" + t.supportedOnly + ": [" + kSupported + "]",
+            Raised([&] { field.SetAccept("tcustomedit"); }));
+
+  // A memo's chain holds TCustomEdit; its text comes through that branch.
+  field.SetControl(memo);
+  EXPECT_EQ(memo, field.GetControl());
+  EXPECT_TRUE(field.GetTracksText());
+  EXPECT_EQ("memo text", std::string(field.GetSavedText().c_str()));
+  EXPECT_EQ("memo text", std::string(field.GetText().c_str()));
+  EXPECT_TRUE(memo->GetOnKeyPress().IsSet());
+
+  // Binding the edit releases the memo's events; releasing keeps the control.
+  field.SetControl(edit);
+  EXPECT_FALSE(memo->GetOnKeyPress().IsSet());
+  EXPECT_TRUE(edit->GetOnKeyPress().IsSet());
+  EXPECT_TRUE(edit->GetOnClick().IsSet());
+  field.SetControl(nullptr);
+  EXPECT_FALSE(edit->GetOnKeyPress().IsSet());
+  EXPECT_FALSE(edit->GetOnEnter().IsSet());
+  EXPECT_FALSE(edit->GetOnClick().IsSet());
+  EXPECT_EQ(edit, field.GetControl()) << "kept after release";
+  EXPECT_EQ("typed", std::string(field.GetText().c_str()));
+  EXPECT_FALSE(field.GetTracksText());
+  EXPECT_EQ("", std::string(field.GetSavedText().c_str()));
+  EXPECT_EQ("->- ->- ->TMemo TMemo>- TMemo>TEdit TEdit>- ", log.text)
+      << "a release is announced even with nothing held (the refused bind, then the first bind)";
+
+  // A refused class releases what was bound and names the accept list.
+  field.SetAccept("TMenu;TCustomLabel");
+  field.SetAccept("TCustomEdit");
+  field.SetControl(memo);
+  Menus::TMenuItem item(nullptr);
+  field.SetAccept("TMenu");
+  EXPECT_EQ(t.unsupportedClass + "[TMenuItem].\n" + t.supportedOnly + ": [TMenu]",
+            Raised([&] { field.SetControl(&item); }));
+  EXPECT_FALSE(memo->GetOnKeyPress().IsSet()) << "released by the refused bind";
+  EXPECT_EQ(memo, field.GetControl());
+
+  // A bound TMenu matches no kind: every property is the default.
+  Menus::TMainMenu menu(nullptr);
+  field.SetControl(&menu);
+  EXPECT_EQ(&menu, field.GetControl());
+  EXPECT_TRUE(field.GetChecked());
+  EXPECT_EQ(-1, field.GetItemIndex());
+
+  // A control freed while held is forgotten rather than left dangling.
+  field.SetAccept("TCustomEdit");
+  field.SetControl(edit);
+  delete edit;
+  EXPECT_EQ(nullptr, field.GetControl());
+  EXPECT_EQ("", std::string(field.GetText().c_str()));
+}
+
+// Counts the messages a control's window receives, to show that writing
+// the value a control already has reaches no platform setter.
+template <class Base>
+class Counting : public Base {
+ public:
+  using Base::Base;
+  void WndProc(Controls::TMessage& message) override {
+    ++messages;
+    Base::WndProc(message);
+  }
+  int messages = 0;
+};
+
+struct Kind {
+  const char* name;
+  std::function<Controls::TControl*(Forms::TForm*)> make;
+  const char* served;  // T ext, H int, P osition, X max, N min, C hecked, S trings, I temIndex
+};
+
+template <class C>
+std::function<Controls::TControl*(Forms::TForm*)> Make(std::function<void(C*)> setUp = nullptr) {
+  return [setUp](Forms::TForm* form) {
+    auto* c = new Counting<C>(form);
+    c->SetParent(form);
+    if (setUp) setUp(c);
+    return c;
+  };
+}
+
+int Messages(Controls::TControl* c) {
+#define VELKIN_COUNT(T) \
+  if (auto* x = dynamic_cast<Counting<T>*>(c)) return x->messages;
+  VELKIN_COUNT(Stdctrls::TEdit)
+  VELKIN_COUNT(Stdctrls::TMemo)
+  VELKIN_COUNT(Stdctrls::TComboBox)
+  VELKIN_COUNT(Stdctrls::TListBox)
+  VELKIN_COUNT(Stdctrls::TCheckBox)
+  VELKIN_COUNT(Stdctrls::TRadioButton)
+  VELKIN_COUNT(Stdctrls::TButton)
+  VELKIN_COUNT(Stdctrls::TScrollBar)
+  VELKIN_COUNT(Comctrls::TTrackBar)
+  VELKIN_COUNT(Comctrls::TProgressBar)
+  VELKIN_COUNT(Comctrls::TUpDown)
+#undef VELKIN_COUNT
+  return -1;  // not a window: nothing to count
+}
+
+TEST(HControlField, EachPropertyServesItsKindsAndGivesDefaultsElsewhere) {
+  const std::vector<Kind> kinds = {
+      {"label", Make<Stdctrls::TLabel>(), "TH"},
+      {"edit", Make<Stdctrls::TEdit>(), "TH"},
+      {"memo", Make<Stdctrls::TMemo>(), "TH"},
+      {"combo box", Make<Stdctrls::TComboBox>([](auto* c) {
+         c->GetItems()->Add("one");
+         c->GetItems()->Add("two");
+       }),
+       "THSI"},
+      {"list box", Make<Stdctrls::TListBox>([](auto* c) {
+         c->GetItems()->Add("one");
+         c->GetItems()->Add("two");
+       }),
+       "HSI"},
+      {"check box", Make<Stdctrls::TCheckBox>(), "THC"},
+      {"radio button", Make<Stdctrls::TRadioButton>(), "THC"},
+      {"button", Make<Stdctrls::TButton>(), "TH"},
+      {"speed button", Make<Buttons::TSpeedButton>([](auto* c) {
+         c->SetGroupIndex(1);  // so that it can stay down
+         c->SetAllowAllUp(true);
+       }),
+       "THC"},
+      {"scroll bar", Make<Stdctrls::TScrollBar>(), "HPXN"},
+      {"track bar", Make<Comctrls::TTrackBar>(), "HPXN"},
+      {"progress bar", Make<Comctrls::TProgressBar>(), "HPXN"},
+      {"up-down", Make<Comctrls::TUpDown>(), "HPXN"},
+  };
+  Forms::TForm form(nullptr);
+  form.Show();
+  HControlField field;
+  field.SetAccept(
+      "TCustomLabel;TCustomEdit;TCustomComboBox;TCustomListBox;TButtonControl;TSpeedButton;TScrollBar;TTrackBar;"
+      "TProgressBar;TCustomUpDown");
+
+  // Unbound: the defaults.
+  EXPECT_EQ("", std::string(field.GetText().c_str()));
+  EXPECT_TRUE(field.GetChecked());
+  EXPECT_TRUE(field.GetDown());
+  EXPECT_EQ(-1, field.GetItemIndex());
+  EXPECT_TRUE(field.GetEnabled());
+  EXPECT_TRUE(field.GetVisible());
+  EXPECT_EQ(nullptr, field.GetStrings());
+
+  for (const Kind& k : kinds) {
+    Controls::TControl* c = k.make(&form);
+    const std::string served = k.served;
+    const auto serves = [&](char p) { return served.find(p) != std::string::npos; };
+    field.SetControl(c);
+    ASSERT_EQ(c, field.GetControl()) << k.name;
+    const int start = Messages(c);
+    // Equal values first: the window hears nothing.
+    field.SetText(field.GetText());
+    field.SetHint(field.GetHint());
+    field.SetPosition(field.GetPosition());
+    field.SetMax(field.GetMax());
+    field.SetMin(field.GetMin());
+    field.SetChecked(field.GetChecked());
+    field.SetItemIndex(field.GetItemIndex());
+    field.SetEnabled(field.GetEnabled());
+    field.SetVisible(field.GetVisible());
+    if (start >= 0) {
+      EXPECT_EQ(start, Messages(c)) << k.name << ": an equal value reached the control";
+    }
+
+    const std::string before = c->GetText().c_str();
+    field.SetText("new text");
+    EXPECT_EQ(serves('T') ? "new text" : before, std::string(c->GetText().c_str())) << k.name;
+    EXPECT_EQ(serves('T') ? "new text" : "", std::string(field.GetText().c_str())) << k.name;
+
+    field.SetHint("a hint");
+    EXPECT_EQ(serves('H') ? "a hint" : "", std::string(c->GetHint().c_str())) << k.name;
+    EXPECT_EQ(serves('H') ? "a hint" : "", std::string(field.GetHint().c_str())) << k.name;
+
+    field.SetMin(5);
+    field.SetMax(60);
+    field.SetPosition(25);
+    EXPECT_EQ(serves('N') ? 5 : 0, field.GetMin()) << k.name;
+    EXPECT_EQ(serves('X') ? 60 : 0, field.GetMax()) << k.name;
+    EXPECT_EQ(serves('P') ? 25 : 0, field.GetPosition()) << k.name;
+
+    const bool checkedBefore = field.GetChecked();
+    field.SetChecked(!checkedBefore);
+    EXPECT_EQ(serves('C') ? !checkedBefore : true, field.GetChecked()) << k.name;
+    EXPECT_EQ(field.GetChecked(), field.GetDown()) << k.name << ": Down is Checked";
+    field.SetDown(checkedBefore);
+    EXPECT_EQ(serves('C') ? checkedBefore : true, field.GetChecked()) << k.name;
+
+    EXPECT_EQ(serves('S'), field.GetStrings() != nullptr) << k.name;
+    if (serves('S')) {
+      Classes::TStrings* items = field.GetStrings();
+      field.SetStrings(nullptr);
+      EXPECT_EQ(items, field.GetStrings()) << k.name << ": lists are not replaced";
+    }
+    field.SetItemIndex(1);
+    EXPECT_EQ(serves('I') ? 1 : -1, field.GetItemIndex()) << k.name;
+
+    field.SetEnabled(false);
+    EXPECT_FALSE(c->GetEnabled()) << k.name;
+    EXPECT_FALSE(field.GetEnabled()) << k.name;
+    field.SetVisible(false);
+    EXPECT_FALSE(c->GetVisible()) << k.name;
+    field.SetEnabled(true);
+    field.SetVisible(true);
+    EXPECT_TRUE(c->GetEnabled() && c->GetVisible()) << k.name;
+    field.SetControl(nullptr);
+  }
+}
+
+TEST(HControlField, RangeValuesKeepTheControlsWidths) {
+  Forms::TForm form(nullptr);
+  auto* upDown = new Comctrls::TUpDown(&form);
+  upDown->SetParent(&form);
+  auto* progress = new Comctrls::TProgressBar(&form);
+  progress->SetParent(&form);
+  HControlField field;
+  field.SetAccept("TCustomUpDown;TProgressBar");
+
+  field.SetControl(upDown);
+  field.SetMin(-70000);  // low 16 bits: 0xEE90
+  field.SetMax(70000);   // low 16 bits: 0x1170
+  EXPECT_EQ(-4464, upDown->GetMin());
+  EXPECT_EQ(4464, upDown->GetMax());
+  EXPECT_EQ(-4464, field.GetMin()) << "read sign-extended";
+  field.SetPosition(-2);
+  EXPECT_EQ(-2, field.GetPosition());
+
+  struct Changes {
+    int n = 0;
+    void Changed(System::TObject*) { ++n; }
+  } changes;
+  field.SetControl(progress);
+  field.SetMax(70000);
+  EXPECT_EQ(4464, progress->GetMax()) << "written as the low 16 bits, sign-extended";
+  field.SetMax(4464);
+  EXPECT_EQ(4464, field.GetMax());
+  field.SetMax(40000);
+  EXPECT_EQ(40000 - 65536, progress->GetMax()) << "sign-extended";
+  field.SetControl(nullptr);
+  (void)changes;
+}
+
+// Keystrokes as the keyboard delivers them to the focused window: key down
+// and key up through the application's message loop, which makes the
+// characters.
+void Press(WORD key) {
+  HWND w = GetFocus();
+  PostMessageA(w, WM_KEYDOWN, key, 1);
+  PostMessageA(w, WM_KEYUP, key, 0xC0000001);
+  Forms::Application->ProcessMessages();
+}
+
+void Type(const std::string& text) {
+  for (char c : text) Press(static_cast<WORD>(VkKeyScanA(c) & 0xFF));
+}
+
+TEST(HControlField, TypedTextIsVettedConfirmedByEnterAndRevertedByEscape) {
+  Forms::TForm form(nullptr);
+  form.SetBounds(100, 100, 300, 140);
+  auto* edit = new Stdctrls::TEdit(&form);
+  edit->SetParent(&form);
+  edit->SetBounds(10, 10, 200, 23);
+  auto* combo = new Stdctrls::TComboBox(&form);
+  combo->SetParent(&form);
+  combo->SetBounds(10, 50, 200, 23);
+  auto* other = new Stdctrls::TButton(&form);
+  other->SetParent(&form);
+  other->SetBounds(10, 80, 75, 25);
+  form.Show();
+  SetForegroundWindow(form.GetHandle());
+
+  struct Watcher {
+    std::string log;
+    bool refuseText = false;
+    bool Accept(System::TObject*, Classes::TComponent*, const AnsiString& text) {
+      if (text.Length() == 1) return !(text[1] >= '0' && text[1] <= '9');  // no digits
+      log += "accept(" + std::string(text.c_str()) + ") ";
+      return !refuseText;
+    }
+    void Changed(System::TObject* sender) { log += sender == field ? "change " : "change(control) "; }
+    void KeyPress(System::TObject* sender, char& key) {
+      if (sender == field && key < ' ') log += "key" + std::to_string(static_cast<int>(key)) + " ";
+    }
+    void Entered(System::TObject* sender) { log += sender == field ? "enter " : "enter(control) "; }
+    HControlField* field = nullptr;
+  };
+
+  for (Controls::TWinControl* target : std::vector<Controls::TWinControl*>{edit, combo}) {
+    const std::string what = target == edit ? "edit" : "combo box";
+    HControlField field;
+    Watcher w;
+    w.field = &field;
+    field.SetAccept("TCustomEdit;TCustomComboBox");
+    target->SetText("start");
+    field.SetControl(target);
+    field.SetOnAccept({&w, &Watcher::Accept});
+    field.SetOnChange({&w, &Watcher::Changed});
+    field.SetOnKeyPress({&w, &Watcher::KeyPress});
+    field.SetOnEnter({&w, &Watcher::Entered});
+    other->SetFocus();
+    target->SetFocus();
+    Forms::Application->ProcessMessages();
+    EXPECT_EQ("enter ", w.log) << what;
+    EXPECT_EQ("start", std::string(field.GetSavedText().c_str())) << what;
+
+    SendMessageA(GetFocus(), EM_SETSEL, 0, -1);
+    Type("a1b2");
+    EXPECT_EQ("ab", std::string(target->GetText().c_str())) << what << ": digits dropped";
+    Press(VK_RETURN);
+    EXPECT_EQ("enter key0 key0 accept(ab) change key0 ", w.log) << what << ": Enter swallowed";
+    EXPECT_EQ("ab", std::string(field.GetSavedText().c_str())) << what;
+
+    w.log.clear();
+    Type("cd");
+    w.refuseText = true;
+    Press(VK_RETURN);
+    EXPECT_EQ("accept(abcd) key0 ", w.log) << what;
+    EXPECT_EQ("ab", std::string(target->GetText().c_str())) << what << ": refused text reverted";
+
+    w.log.clear();
+    Type("zz");
+    Press(VK_ESCAPE);
+    EXPECT_EQ("ab", std::string(target->GetText().c_str())) << what << ": Escape reverted";
+    EXPECT_EQ("key27 ", w.log) << what << ": Escape passed on";
+    EXPECT_FALSE(field.GetModified());
+    field.SetControl(nullptr);
+  }
+}
+
+}  // namespace
