@@ -23,5 +23,8 @@ bool ShowPictures(ShowcaseContext& context) {
   auto form =
       reinterpret_cast<RenderFormPageProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderFormPage")));
   const bool formOk = form && form(context.OutDir.c_str()) != 0;
-  return ok && formOk;
+  auto controls = reinterpret_cast<RenderControlsPageProc>(
+      reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderControlsPage")));
+  const bool controlsOk = controls && controls(context.OutDir.c_str()) != 0;
+  return ok && formOk && controlsOk;
 }

@@ -264,11 +264,13 @@ void TCustomUpDown::CreateParams(TCreateParams& params) {
   if (wrap_) params.Style |= UDS_WRAP;
 }
 
+// The buddy first: the position set after it is shown in the buddy, while a
+// buddy set later would be read back as the position.
 void TCustomUpDown::CreateWnd() {
   TWinControl::CreateWnd();
-  UpdateWindow();
   if (HandleAllocated() && associate_)
     SendMessageA(GetHandle(), UDM_SETBUDDY, reinterpret_cast<WPARAM>(associate_->GetHandle()), 0);
+  UpdateWindow();
 }
 
 void TCustomUpDown::DestroyWnd() {
@@ -329,11 +331,12 @@ void TCustomUpDown::SetOrientation(TUDOrientation value) {
 
 void TCustomUpDown::SetAssociate(Controls::TWinControl* value) {
   if (value == this) value = nullptr;
+  const short position = GetPosition();  // before the new buddy's text could be taken for it
   associate_ = value;
   if (value) value->FreeNotification(this);
   if (HandleAllocated())
     SendMessageA(GetHandle(), UDM_SETBUDDY, value ? reinterpret_cast<WPARAM>(value->GetHandle()) : 0, 0);
-  if (value) SetPosition(GetPosition());  // shown in the new buddy
+  if (value) SetPosition(position);  // shown in the new buddy
 }
 
 void TCustomUpDown::Notification(Classes::TComponent* component, Classes::TOperation operation) {

@@ -19,3 +19,9 @@ using RenderPicturesProc = int (*)(const char* folder);
 // window as form.png into folder. 1 when written, else 0.
 GALLERY_PICTURES_API int RenderFormPage(const char* folder);
 using RenderFormPageProc = int (*)(const char* folder);
+
+// Makes a window of order rows placed from a template form and of controls
+// filled through one control field, and writes it as controls.png into
+// folder. 1 when written, else 0.
+GALLERY_PICTURES_API int RenderControlsPage(const char* folder);
+using RenderControlsPageProc = int (*)(const char* folder);

@@ -127,6 +127,26 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   delete edit;  // the up-down forgets its buddy
   EXPECT_EQ(nullptr, updown->GetAssociate());
   EXPECT_EQ(nullptr, reinterpret_cast<HWND>(SendMessageA(w, UDM_GETBUDDY, 0, 0)));
+
+  // The position wins over a buddy's own text, whether the buddy comes
+  // before the windows are made or after.
+  for (bool windowFirst : {false, true}) {
+    Forms::TForm other(nullptr);
+    auto* buddy = new Stdctrls::TEdit(&other);
+    buddy->SetParent(&other);
+    buddy->SetText("1");
+    auto* arrows = new TUpDown(&other);
+    arrows->SetParent(&other);
+    arrows->SetPosition(12);
+    if (windowFirst) {
+      arrows->GetHandle();
+      buddy->GetHandle();
+    }
+    arrows->SetAssociate(buddy);
+    other.Show();
+    EXPECT_EQ(12, arrows->GetPosition()) << (windowFirst ? "windows first" : "buddy first");
+    EXPECT_EQ("12", std::string(buddy->GetText().c_str())) << (windowFirst ? "windows first" : "buddy first");
+  }
 }
 
 TEST(TScrollBar, AndTrackBarFollowTheirWindowsKeys) {

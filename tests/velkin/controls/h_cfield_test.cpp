@@ -327,11 +327,13 @@ TEST(HControlField, RangeValuesKeepTheControlsWidths) {
   (void)changes;
 }
 
-// Keystrokes as the keyboard delivers them to the focused window: key down
-// and key up through the application's message loop, which makes the
-// characters.
+// Keystrokes as the keyboard delivers them to the window that had the focus
+// when typing began: key down and key up through the application's message
+// loop, which makes the characters. (Another program may take the focus
+// meanwhile; the keys still reach the same window.)
+HWND typingTo = nullptr;
 void Press(WORD key) {
-  HWND w = GetFocus();
+  HWND w = typingTo;
   PostMessageA(w, WM_KEYDOWN, key, 1);
   PostMessageA(w, WM_KEYUP, key, 0xC0000001);
   Forms::Application->ProcessMessages();
@@ -390,7 +392,9 @@ TEST(HControlField, TypedTextIsVettedConfirmedByEnterAndRevertedByEscape) {
     EXPECT_EQ("enter ", w.log) << what;
     EXPECT_EQ("start", std::string(field.GetSavedText().c_str())) << what;
 
-    SendMessageA(GetFocus(), EM_SETSEL, 0, -1);
+    typingTo = GetFocus();
+    ASSERT_TRUE(typingTo == target->GetHandle() || IsChild(target->GetHandle(), typingTo)) << what;
+    SendMessageA(typingTo, EM_SETSEL, 0, -1);
     Type("a1b2");
     EXPECT_EQ("ab", std::string(target->GetText().c_str())) << what << ": digits dropped";
     Press(VK_RETURN);

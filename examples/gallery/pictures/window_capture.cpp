@@ -1,0 +1,52 @@
+#include "examples/gallery/pictures/window_capture.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "examples/gallery/pictures/picture_sheet.h"
+#include "platform/vcl/application.h"
+
+namespace {
+
+// The window as it is on the screen, into a top-down 32-bit buffer.
+bool Capture(HWND window, std::vector<uint32_t>& bits, int& width, int& height) {
+  RECT r;
+  GetWindowRect(window, &r);
+  width = r.right - r.left;
+  height = r.bottom - r.top;
+  BITMAPINFO info{};
+  info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* pixels = nullptr;
+  const OwnedBitmap dib(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+  const OwnedMemoryDC dc(CreateCompatibleDC(nullptr));
+  if (!dib || !dc) return false;
+  DCChanger selected(dc.get());
+  selected.Select(dib.get());
+  // From the screen: the window system has drawn frame and controls there.
+  const OwnedWindowDC screen(nullptr);
+  if (!BitBlt(dc.get(), 0, 0, width, height, screen.get(), r.left, r.top, SRCCOPY)) return false;
+  GdiFlush();
+  bits.assign(static_cast<uint32_t*>(pixels), static_cast<uint32_t*>(pixels) + width * height);
+  return true;
+}
+
+}  // namespace
+
+bool WriteWindow(HWND window, const std::string& path) {
+  std::vector<uint32_t> bits;
+  int width = 0, height = 0;
+  const bool written = Capture(window, bits, width, height) && WritePng(path, bits.data(), width, height);
+  if (!written) std::fprintf(stderr, "gallery: cannot write %s\n", path.c_str());
+  std::printf("   %s %dx%d %s\n", path.substr(path.rfind('\\') + 1).c_str(), width, height,
+              written ? "written" : "FAILED");
+  return written;
+}
+
+void LetPaint(HWND window) {
+  RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  for (int i = 0; i < 20; ++i) {
+    Forms::Application->ProcessMessages();
+    Sleep(10);
+  }
+}
