@@ -26,5 +26,8 @@ bool ShowPictures(ShowcaseContext& context) {
   auto controls = reinterpret_cast<RenderControlsPageProc>(
       reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderControlsPage")));
   const bool controlsOk = controls && controls(context.OutDir.c_str()) != 0;
-  return ok && formOk && controlsOk;
+  auto dialogs = reinterpret_cast<RenderDialogsPageProc>(
+      reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderDialogsPage")));
+  const bool dialogsOk = dialogs && dialogs(context.OutDir.c_str()) != 0;
+  return ok && formOk && controlsOk && dialogsOk;
 }

@@ -28,6 +28,7 @@ enum OwnedKind_Types : int {
   OK_File,  // files, and FindFirstFile searches
   OK_View,  // mapped views of files
   OK_Module,
+  OK_Memory,  // LocalAlloc blocks
   OK_Count
 };
 
@@ -112,6 +113,7 @@ struct Find : ClosedBy<HANDLE, OK_File, &FindClose> {
 };
 struct View : ClosedBy<void*, OK_View, &UnmapViewOfFile> {};
 struct Module : ClosedBy<HMODULE, OK_Module, &FreeLibrary> {};
+struct Local : ClosedBy<HLOCAL, OK_Memory, &LocalFree> {};
 
 }  // namespace owned_kinds
 
@@ -130,6 +132,7 @@ using OwnedFile = OwnedHandle<owned_kinds::File>;
 using OwnedFind = OwnedHandle<owned_kinds::Find>;
 using OwnedView = OwnedHandle<owned_kinds::View>;
 using OwnedModule = OwnedHandle<owned_kinds::Module>;
+using OwnedLocal = OwnedHandle<owned_kinds::Local>;
 
 /// A device context borrowed from a window (or from the screen, window null)
 /// with GetDC, given back to that same window with ReleaseDC.

@@ -25,3 +25,9 @@ using RenderFormPageProc = int (*)(const char* folder);
 // folder. 1 when written, else 0.
 GALLERY_PICTURES_API int RenderControlsPage(const char* folder);
 using RenderControlsPageProc = int (*)(const char* folder);
+
+// Opens the library's dialogs (message box, progress window, input dialog,
+// text editor) as an application would and writes each window, captured while
+// it runs modal, into folder. 1 when every picture was written, else 0.
+GALLERY_PICTURES_API int RenderDialogsPage(const char* folder);
+using RenderDialogsPageProc = int (*)(const char* folder);

@@ -1,0 +1,130 @@
+#pragma once
+// Drives a modal dialog as a user would: a watcher thread waits, with a bound,
+// for a visible dialog window of the test's thread, reads it and acts on it
+// while the test's thread is inside the modal call. When the script gives up
+// or the time is over, whatever is open is closed so that the call returns.
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace dialog_watcher {
+
+// Visible top-level windows of thread that pass the filter, newest first.
+inline std::vector<HWND> Windows(DWORD thread, const std::function<bool(HWND)>& filter) {
+  struct Search {
+    const std::function<bool(HWND)>* filter;
+    std::vector<HWND> found;
+  } search{&filter, {}};
+  EnumThreadWindows(
+      thread,
+      [](HWND w, LPARAM p) {
+        auto* s = reinterpret_cast<Search*>(p);
+        if (IsWindowVisible(w) && (*s->filter)(w)) s->found.push_back(w);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+inline std::string ClassOf(HWND w) {
+  char name[64] = {};
+  GetClassNameA(w, name, sizeof name);
+  return name;
+}
+
+inline bool IsDialogBox(HWND w) { return ClassOf(w) == "#32770"; }
+
+inline std::wstring Text(HWND w) {
+  wchar_t text[1024] = {};
+  GetWindowTextW(w, text, 1024);
+  return text;
+}
+
+// A control's rectangle in its parent's client coordinates.
+inline RECT RectIn(HWND control) {
+  RECT r;
+  GetWindowRect(control, &r);
+  MapWindowPoints(nullptr, GetParent(control), reinterpret_cast<POINT*>(&r), 2);
+  return r;
+}
+
+// Sends a key press to the window focused in thread, as the keyboard would.
+inline void Key(DWORD thread, WORD key) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(thread, &info);
+  HWND target = info.hwndFocus ? info.hwndFocus : info.hwndActive;
+  PostMessageA(target, WM_KEYDOWN, key, 1);
+  PostMessageA(target, WM_KEYUP, key, 0xC0000001);
+}
+
+// Posts a click to a button of a dialog (by control id).
+inline void Click(HWND dialog, int id) { PostMessageA(GetDlgItem(dialog, id), BM_CLICK, 0, 0); }
+
+// Runs act(window) on a thread of its own once a window that passes filter is
+// shown by the constructing thread; act returns whether it closed what it
+// opened (true) or gave up (false). Waits at most timeoutMs in all. The
+// destructor waits for the thread; whatever is still open then is closed.
+class Watcher {
+ public:
+  Watcher(std::function<bool(HWND)> filter, std::function<bool(HWND)> act, DWORD timeoutMs = 10000)
+      : thread_(GetCurrentThreadId()), filter_(std::move(filter)), act_(std::move(act)), timeoutMs_(timeoutMs) {
+    worker_ = std::thread([this] { Run(); });
+  }
+  explicit Watcher(std::function<bool(HWND)> act, DWORD timeoutMs = 10000)
+      : Watcher(IsDialogBox, std::move(act), timeoutMs) {}
+  ~Watcher() { Join(); }
+
+  // Waits for the watcher; true when it found the window and its act succeeded.
+  bool Join() {
+    if (worker_.joinable()) worker_.join();
+    return done_;
+  }
+  bool Found() const { return found_; }
+
+  // Waits (bounded) for the window matching filter in the constructing thread.
+  HWND WaitFor(const std::function<bool(HWND)>& filter) const {
+    for (DWORD waited = 0; waited < timeoutMs_; waited += 10) {
+      std::vector<HWND> found = Windows(thread_, filter);
+      if (!found.empty()) return found.front();
+      Sleep(10);
+    }
+    return nullptr;
+  }
+
+  DWORD Thread() const { return thread_; }
+
+ private:
+  void Run() {
+    HWND window = WaitFor(filter_);
+    found_ = window != nullptr;
+    done_ = found_ && act_(window);
+    if (!done_) CloseAll();
+  }
+
+  // Ends every dialog still shown by the thread: Escape for forms and boxes
+  // that take it, and a command for those that do not.
+  void CloseAll() const {
+    for (int round = 0; round < 50; ++round) {
+      std::vector<HWND> open = Windows(thread_, [this](HWND w) { return filter_(w) || IsDialogBox(w); });
+      if (open.empty()) return;
+      for (HWND w : open) {
+        PostMessageA(w, WM_CLOSE, 0, 0);
+        if (IsDialogBox(w)) PostMessageA(w, WM_COMMAND, IDOK, 0);
+      }
+      Sleep(100);
+    }
+  }
+
+  DWORD thread_;
+  std::function<bool(HWND)> filter_;
+  std::function<bool(HWND)> act_;
+  DWORD timeoutMs_;
+  bool found_ = false, done_ = false;
+  std::thread worker_;
+};
+
+}  // namespace dialog_watcher
