@@ -177,3 +177,30 @@ class OwnedWindowDC {
   HWND window_ = nullptr;
   HDC dc_ = nullptr;
 };
+
+/// The paint context of a window's WM_PAINT: BeginPaint when made, EndPaint
+/// when it goes, so the window is validated and the context given back however
+/// the painting ends. Counted with the window contexts.
+class OwnedPaintDC {
+ public:
+  explicit OwnedPaintDC(HWND window) : window_(window), dc_(BeginPaint(window, &paint_)) {
+    if (dc_) OwnedHandleTally(OK_WindowDC, +1);
+  }
+  OwnedPaintDC(const OwnedPaintDC&) = delete;
+  OwnedPaintDC& operator=(const OwnedPaintDC&) = delete;
+  ~OwnedPaintDC() {
+    if (!dc_) return;
+    OwnedHandleTally(OK_WindowDC, -1);
+    EndPaint(window_, &paint_);
+  }
+
+  HDC get() const { return dc_; }
+  /// The part of the window to paint.
+  const RECT& area() const { return paint_.rcPaint; }
+  explicit operator bool() const { return dc_ != nullptr; }
+
+ private:
+  HWND window_;
+  PAINTSTRUCT paint_{};
+  HDC dc_;
+};

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "platform/ostrel/dc_changer.h"
@@ -815,14 +816,12 @@ void TWinControl::WndProc(TMessage& message) {
       // Windowless children are painted over the window's own painting; a
       // system class paints on the context it is handed.
       if (!message.WParam && (defWndProc_ == &DefWindowProcA || HasGraphicControls())) {
-        PAINTSTRUCT ps;
-        HDC dc = BeginPaint(handle_, &ps);
+        const OwnedPaintDC dc(handle_);
         if (defWndProc_ != &DefWindowProcA) {
-          message.WParam = reinterpret_cast<WPARAM>(dc);
+          message.WParam = reinterpret_cast<WPARAM>(dc.get());
           DefaultHandler(message);
         }
-        PaintControls(dc, ps.rcPaint);
-        EndPaint(handle_, &ps);
+        PaintControls(dc.get(), dc.area());
         return;
       }
       break;
@@ -1227,25 +1226,20 @@ void TWinControl::Notified(TMessage&) {}
 // The paint context goes back to the system and the canvas lets go of it
 // however paint ends.
 void TWinControl::PaintOnCanvas(TMessage& message, Graphics::TCanvas& canvas, System::TClosure<void()> paint) {
-  struct PaintContext {
-    HWND wnd;
-    HDC given;
-    PAINTSTRUCT ps{};
-    HDC dc;
+  const HDC given = reinterpret_cast<HDC>(message.WParam);
+  std::optional<OwnedPaintDC> painting;
+  if (!given) painting.emplace(GetHandle());
+  const HDC dc = given ? given : painting->get();
+  struct Holding {
     Graphics::TCanvas& canvas;
-    PaintContext(HWND w, HDC g, Graphics::TCanvas& c) : wnd(w), given(g), dc(g ? g : BeginPaint(w, &ps)), canvas(c) {
-      canvas.SetHandle(dc);
-    }
-    ~PaintContext() {
-      canvas.SetHandle(nullptr);  // puts back what the canvas selected
-      if (!given) EndPaint(wnd, &ps);
-    }
-  } context(GetHandle(), reinterpret_cast<HDC>(message.WParam), canvas);
+    ~Holding() { canvas.SetHandle(nullptr); }  // puts back what the canvas selected
+  } holding{canvas};
+  canvas.SetHandle(dc);
   canvas.GetFont()->Assign(GetFont());
   canvas.GetBrush()->SetColor(GetColor());
   paint();
   canvas.SetHandle(nullptr);
-  PaintControls(context.dc, context.given ? RECT{0, 0, GetWidth(), GetHeight()} : context.ps.rcPaint);
+  PaintControls(dc, given ? RECT{0, 0, GetWidth(), GetHeight()} : painting->area());
 }
 
 // ---- TCustomControl ----

@@ -1,6 +1,7 @@
 #include "platform/vcl/ext_panels.h"
 
 #include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/typinfo.h"
 
 namespace Extctrls {
@@ -42,11 +43,9 @@ void TCustomPanel::Paint(HDC dc) {
 void TCustomPanel::WndProc(Controls::TMessage& message) {
   switch (message.Msg) {
     case WM_PAINT: {
-      PAINTSTRUCT ps;
-      HDC dc = BeginPaint(GetHandle(), &ps);
-      Paint(dc);
-      PaintControls(dc, ps.rcPaint);
-      EndPaint(GetHandle(), &ps);
+      const OwnedPaintDC dc(GetHandle());
+      Paint(dc.get());
+      PaintControls(dc.get(), dc.area());
       return;
     }
     case WM_ERASEBKGND:

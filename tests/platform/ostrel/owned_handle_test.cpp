@@ -154,7 +154,7 @@ TEST(OwnedHandle, NullValuesAreNotHandles) {
   EXPECT_EQ(12345u, GetLastError()) << "a null value reached CloseHandle";
 }
 
-TEST(OwnedHandle, WindowDCGoesBackToItsWindow) {
+TEST(OwnedHandle, WindowAndPaintDCsGoBackToTheirWindow) {
   OwnedWindow window(CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
   ASSERT_TRUE(window);
   const long before = OwnedHandleCount(OK_WindowDC);
@@ -172,6 +172,25 @@ TEST(OwnedHandle, WindowDCGoesBackToItsWindow) {
   }
   EXPECT_EQ(nullptr, WindowFromDC(dc)) << "given back";
   EXPECT_EQ(0, ReleaseDC(window.get(), dc)) << "given back once only, by the owner";
+  EXPECT_EQ(before, OwnedHandleCount(OK_WindowDC));
+
+  // A paint context validates the window and goes back even when painting fails.
+  OwnedWindow shown(
+      CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr));
+  InvalidateRect(shown.get(), nullptr, FALSE);
+  ASSERT_TRUE(GetUpdateRect(shown.get(), nullptr, FALSE));
+  HDC painted = nullptr;
+  try {
+    const OwnedPaintDC paint(shown.get());
+    painted = paint.get();
+    EXPECT_EQ(WindowFromDC(painted), shown.get());
+    EXPECT_EQ(9, paint.area().right);
+    EXPECT_EQ(before + 1, OwnedHandleCount(OK_WindowDC));
+    throw 1;
+  } catch (int) {
+  }
+  EXPECT_FALSE(GetUpdateRect(shown.get(), nullptr, FALSE)) << "validated";
+  EXPECT_EQ(nullptr, WindowFromDC(painted)) << "paint context given back";
   EXPECT_EQ(before, OwnedHandleCount(OK_WindowDC));
 
   OwnedWindowDC screen(nullptr);
