@@ -70,6 +70,35 @@ TEST(TSpeedButton, GroupsKeepOneDownAndAllowAllUpLetsItGo) {
   SendMessageA(wnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 10));
   SendMessageA(wnd, WM_LBUTTONUP, 0, MAKELPARAM(150, 10));
   EXPECT_EQ("uuu", state()) << "released elsewhere: no click";
+
+  // A flat button shows its edge only while down: sunken then.
+  const OwnedWindowDC screen(nullptr);
+  const OwnedMemoryDC dc(CreateCompatibleDC(screen.get()));
+  const OwnedBitmap bitmap(CreateCompatibleBitmap(screen.get(), 25, 25));
+  const HGDIOBJ old = SelectObject(dc.get(), bitmap.get());
+  const COLORREF mark = RGB(1, 2, 3);
+  const struct {
+    const char* what;
+    bool flat, down;
+    COLORREF topLeft, bottomRight;  // mark: nothing drawn there
+  } looks[] = {
+      {"flat, up", true, false, mark, mark},
+      {"flat, down", true, true, GetSysColor(COLOR_BTNSHADOW), GetSysColor(COLOR_BTNHIGHLIGHT)},
+      {"raised, up", false, false, GetSysColor(COLOR_BTNHIGHLIGHT), GetSysColor(COLOR_3DDKSHADOW)},
+  };
+  b[0]->SetAllowAllUp(true);
+  for (const auto& l : looks) {
+    b[0]->SetFlat(l.flat);
+    b[0]->SetDown(l.down);
+    ASSERT_EQ(l.down, b[0]->GetDown()) << l.what;
+    const OwnedBrush fill(CreateSolidBrush(mark));
+    const RECT all{0, 0, 25, 25};
+    FillRect(dc.get(), &all, fill.get());
+    b[0]->Paint(dc.get());
+    EXPECT_EQ(l.topLeft, GetPixel(dc.get(), 0, 0)) << l.what;
+    EXPECT_EQ(l.bottomRight, GetPixel(dc.get(), 24, 24)) << l.what;
+  }
+  SelectObject(dc.get(), old);
 }
 
 // A 4x4 green glyph whose corner colour, white, is transparent.

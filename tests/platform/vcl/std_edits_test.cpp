@@ -3,10 +3,12 @@
 // over the window's text.
 #include "platform/vcl/std_edits.h"
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "platform/vcl/com_ranges.h"
 #include "platform/vcl/forms.h"
 #include "platform/vcl/std_buttons.h"
 
@@ -99,7 +101,67 @@ TEST(TCustomMemo, LinesAreTheWindowsText) {
   memo->GetLines()->Delete(0);
   memo->GetLines()->Add("end");
   EXPECT_EQ("mid\r\ny\r\nend", WindowText(w));
-  EXPECT_THROW(memo->GetLines()->Get(3), Classes::EStringListError);
+  try {
+    memo->GetLines()->Get(3);
+    ADD_FAILURE() << "line 3 was read";
+  } catch (const Classes::EStringListError& e) {
+    EXPECT_EQ("List index out of bounds (3)", std::string(e.Message.c_str()));
+  }
+}
+
+// What the properties make of the window, read back from its style, set
+// before the window is made and after (the window is made again where the
+// system reads the style only at creation).
+TEST(TCustomEdit, PropertiesAreTheWindowsStyle) {
+  using Make = Controls::TWinControl* (*)(Forms::TForm*);
+  const Make edit = [](Forms::TForm* f) -> Controls::TWinControl* { return new TEdit(f); };
+  const Make memo = [](Forms::TForm* f) -> Controls::TWinControl* { return new TMemo(f); };
+  const Make bar = [](Forms::TForm* f) -> Controls::TWinControl* { return new Comctrls::TProgressBar(f); };
+  const struct {
+    const char* what;
+    Make make;
+    void (*set)(Controls::TWinControl*);
+    DWORD mask, expected;
+    int passwordChar;  // what EM_GETPASSWORDCHAR gives, or -1
+  } rows[] = {
+      {"password character", edit, [](Controls::TWinControl* c) { static_cast<TEdit*>(c)->SetPasswordChar('*'); },
+       ES_PASSWORD, ES_PASSWORD, '*'},
+      {"password character taken away", edit,
+       [](Controls::TWinControl* c) {
+         static_cast<TEdit*>(c)->SetPasswordChar('*');
+         static_cast<TEdit*>(c)->SetPasswordChar(0);
+       },
+       ES_PASSWORD, 0, 0},
+      {"memo, both scroll bars", memo, [](Controls::TWinControl* c) { static_cast<TMemo*>(c)->SetScrollBars(ssBoth); },
+       WS_HSCROLL | WS_VSCROLL, WS_HSCROLL | WS_VSCROLL, -1},
+      {"memo, vertical scroll bar", memo,
+       [](Controls::TWinControl* c) { static_cast<TMemo*>(c)->SetScrollBars(ssVertical); }, WS_HSCROLL | WS_VSCROLL,
+       WS_VSCROLL, -1},
+      {"memo, no scroll bars", memo, [](Controls::TWinControl*) {}, WS_HSCROLL | WS_VSCROLL, 0, -1},
+      {"memo, word wrap (the default)", memo, [](Controls::TWinControl*) {}, ES_AUTOHSCROLL, 0, -1},
+      {"memo, no word wrap", memo, [](Controls::TWinControl* c) { static_cast<TMemo*>(c)->SetWordWrap(false); },
+       ES_AUTOHSCROLL, ES_AUTOHSCROLL, -1},
+      {"progress bar, smooth", bar,
+       [](Controls::TWinControl* c) { static_cast<Comctrls::TProgressBar*>(c)->SetSmooth(true); }, PBS_SMOOTH,
+       PBS_SMOOTH, -1},
+      {"progress bar, in blocks", bar, [](Controls::TWinControl*) {}, PBS_SMOOTH, 0, -1},
+  };
+  for (const auto& r : rows)
+    for (bool windowFirst : {false, true}) {
+      Forms::TForm form(nullptr);
+      Controls::TWinControl* control = r.make(&form);
+      control->SetParent(&form);
+      if (windowFirst) control->GetHandle();
+      r.set(control);
+      const HWND w = control->GetHandle();
+      const auto style = static_cast<DWORD>(GetWindowLongA(w, GWL_STYLE));
+      EXPECT_EQ(r.expected, style & r.mask)
+          << r.what << (windowFirst ? ", set on the window" : "") << std::hex << ", style " << style;
+      if (r.passwordChar >= 0) {
+        EXPECT_EQ(r.passwordChar, SendMessageA(w, EM_GETPASSWORDCHAR, 0, 0))
+            << r.what << (windowFirst ? ", set on the window" : "");
+      }
+    }
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/application.h"
 #include "platform/vcl/filer.h"
@@ -22,6 +24,21 @@ std::pair<int, int> DarkSpan(HDC dc, const RECT& r) {
       if (c != CLR_INVALID && GetRValue(c) < 100 && GetGValue(c) < 100 && GetBValue(c) < 100) {
         if (first < 0) first = x;
         last = x;
+        break;
+      }
+    }
+  return {first, last};
+}
+
+// Rows (y) of dark pixels found in the rectangle of dc.
+std::pair<int, int> DarkRows(HDC dc, const RECT& r) {
+  int first = -1, last = -1;
+  for (int y = r.top; y < r.bottom; ++y)
+    for (int x = r.left; x < r.right; ++x) {
+      const COLORREF c = GetPixel(dc, x, y);
+      if (c != CLR_INVALID && GetRValue(c) < 100 && GetGValue(c) < 100 && GetBValue(c) < 100) {
+        if (first < 0) first = y;
+        last = y;
         break;
       }
     }
@@ -72,6 +89,65 @@ TEST(TCustomLabel, FitsItsTextAndIsPaintedWhereItLies) {
   label->SetFocusControl(edit);
   delete edit;
   EXPECT_EQ(nullptr, label->GetFocusControl()) << "a freed focus control is forgotten";
+}
+
+// Layout puts the text down the label, Transparent lets the parent show
+// through, WordWrap breaks the text into lines that fit the width.
+TEST(TCustomLabel, LayoutTransparentAndWordWrapAsPainted) {
+  Forms::TForm form(nullptr);
+  form.SetBorderStyle(Forms::bsNone);
+  form.SetBounds(0, 0, 300, 200);
+  form.SetColor(Graphics::clWhite);
+  auto* label = new TLabel(&form);
+  label->SetParent(&form);
+  label->SetAutoSize(false);
+  label->SetBounds(20, 10, 200, 60);
+  label->SetText("Mid");
+  form.Show();
+  const OwnedWindowDC dc(form.GetHandle());
+  const auto paint = [&] {
+    RedrawWindow(form.GetHandle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+    Forms::Application->ProcessMessages();
+  };
+  const RECT area{20, 10, 220, 70};
+  const struct {
+    const char* what;
+    TTextLayout layout;
+    int centre;  // where the middle of the text is expected, down the label
+  } rows[] = {{"top", tlTop, 10}, {"centre", tlCenter, 40}, {"bottom", tlBottom, 70}};
+  for (const auto& r : rows) {
+    label->SetLayout(r.layout);
+    paint();
+    const auto [first, last] = DarkRows(dc.get(), area);
+    ASSERT_GE(first, 0) << r.what << ": no text";
+    EXPECT_LE(std::abs((first + last) / 2 - r.centre), 12) << r.what << ": text from " << first << " to " << last;
+  }
+
+  label->SetColor(Graphics::clYellow);
+  paint();
+  EXPECT_EQ(RGB(255, 255, 0), GetPixel(dc.get(), 22, 12)) << "opaque: the label's colour";
+  label->SetTransparent(true);
+  paint();
+  EXPECT_EQ(RGB(255, 255, 255), GetPixel(dc.get(), 22, 12)) << "transparent: the form's";
+
+  label->SetTransparent(false);
+  label->SetColor(Graphics::clWhite);
+  label->SetAutoSize(true);
+  label->SetText("Word");
+  const int lineHeight = label->GetHeight();
+  label->SetAutoSize(false);
+  label->SetBounds(20, 10, 60, lineHeight);
+  label->SetText("one two three four");
+  label->SetWordWrap(true);
+  label->SetAutoSize(true);
+  EXPECT_GE(label->GetHeight(), 2 * lineHeight) << "fitted to the lines";
+  EXPECT_LE(label->GetWidth(), 60) << "no wider than it was";
+  paint();
+  const auto [top, bottom] = DarkRows(dc.get(), RECT{0, 0, 300, 200});
+  EXPECT_GT(bottom - top, lineHeight) << "painted on several lines";
+  const auto [left, right] = DarkSpan(dc.get(), RECT{0, 0, 300, 200});
+  EXPECT_GE(left, 20);
+  EXPECT_LT(right, 80) << "inside the width";
 }
 
 }  // namespace

@@ -24,6 +24,17 @@ std::string WindowItems(HWND w, UINT count, UINT getText) {
   return out;
 }
 
+// The message of the error call raises ("" for none).
+template <class E, class Call>
+std::string ErrorOf(Call call) {
+  try {
+    call();
+  } catch (const E& e) {
+    return e.Message.c_str();
+  }
+  return "";
+}
+
 TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
   Forms::TForm form(nullptr);
   auto* list = new TListBox(&form);
@@ -42,7 +53,9 @@ TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
   list->GetItems()->Delete(0);
   list->GetItems()->Insert(0, "kiwi");
   EXPECT_EQ("kiwi|apple|fig|plum", WindowItems(w, LB_GETCOUNT, LB_GETTEXT));
-  EXPECT_THROW(list->GetItems()->Get(4), Classes::EStringListError);
+  EXPECT_EQ("List index out of bounds (4)", ErrorOf<Classes::EStringListError>([&] { list->GetItems()->Get(4); }));
+  EXPECT_EQ("List index out of bounds (-1)",
+            ErrorOf<Classes::EStringListError>([&] { list->GetItems()->Insert(-1, "x"); }));
 
   list->SetSorted(true);  // the window is made again, sorted, with the same items
   EXPECT_EQ("apple|fig|kiwi|plum", WindowItems(list->GetHandle(), LB_GETCOUNT, LB_GETTEXT));
@@ -54,7 +67,7 @@ TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
   EXPECT_EQ(2, SendMessageA(list->GetHandle(), LB_GETSELCOUNT, 0, 0));
   EXPECT_TRUE(list->GetSelected(3));
   EXPECT_FALSE(list->GetSelected(1));
-  EXPECT_THROW(list->GetSelected(9), Classes::EListError);
+  EXPECT_EQ("List index out of bounds (9)", ErrorOf<Classes::EListError>([&] { list->GetSelected(9); }));
 }
 
 TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
@@ -85,6 +98,9 @@ TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
   SendMessageA(form.GetHandle(), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(w));
   EXPECT_EQ(0, combo->GetItemIndex());
   EXPECT_EQ(1, changes);
+  EXPECT_EQ("List index out of bounds (3)", ErrorOf<Classes::EStringListError>([&] { combo->GetItems()->Get(3); }));
+  EXPECT_EQ("List index out of bounds (5)", ErrorOf<Classes::EStringListError>([&] { combo->GetItems()->Delete(5); }));
+  EXPECT_EQ(3, combo->GetItems()->GetCount()) << "nothing changed";
 }
 
 }  // namespace
