@@ -301,34 +301,68 @@ void TCustomForm::Release() {
     delete this;
 }
 
+namespace {
+
+// What a modal run changed, put back however its loop ends (a result, or an
+// exception out of it): the windows it disabled come back before the form
+// goes, so that the activation passes to them and not to another
+// application; then the activation and the focus go back.
+class ModalRun {
+ public:
+  ModalRun(TCustomForm* form, bool& modal)
+      : form_(form),
+        modal_(modal),
+        activeBefore_(GetActiveWindow()),
+        focusBefore_(GetFocus()),
+        disabled_(DisableTaskWindows(form->GetHandle())) {
+    modal_ = true;
+  }
+  ModalRun(const ModalRun&) = delete;
+  ModalRun& operator=(const ModalRun&) = delete;
+  ~ModalRun() {
+    try {
+      End();
+    } catch (...) {
+      Application->HandleException(std::current_exception());  // an OnHide failing while another unwinds
+    }
+  }
+  void End() {
+    if (ended_) return;
+    ended_ = true;
+    modal_ = false;
+    EnableTaskWindows(std::exchange(disabled_, nullptr));
+    struct Back {
+      HWND active, focus;
+      ~Back() {
+        if (active && IsWindow(active)) SetActiveWindow(active);
+        if (focus && IsWindow(focus)) ::SetFocus(focus);
+      }
+    } back{activeBefore_, focusBefore_};
+    form_->Hide();
+  }
+
+ private:
+  TCustomForm* form_;
+  bool& modal_;
+  HWND activeBefore_, focusBefore_;
+  TTaskWindowList* disabled_;
+  bool ended_ = false;
+};
+
+}  // namespace
+
 TModalResult TCustomForm::ShowModal() {
   if (GetVisible() || !GetEnabled()) throw EInvalidOperation("Cannot make a visible window modal");
-  HWND activeBefore = GetActiveWindow();
-  HWND focusBefore = GetFocus();
-  HWND h = GetHandle();
-  if (!h) throw EInvalidOperation("Cannot create the form's window");
-  TTaskWindowList* disabled = DisableTaskWindows(h);
+  if (!GetHandle()) throw EInvalidOperation("Cannot create the form's window");
+  ModalRun run(this, modal_);
   modalResult_ = Controls::mrNone;
-  modal_ = true;
   Show();
-  try {
-    while (modalResult_ == Controls::mrNone) {
-      Application->HandleMessage();
-      if (Application->GetTerminated()) modalResult_ = Controls::mrCancel;
-      if (modalResult_ != Controls::mrNone) CloseModal();
-    }
-  } catch (...) {
-    modal_ = false;
-    EnableTaskWindows(disabled);
-    throw;
+  while (modalResult_ == Controls::mrNone) {
+    Application->HandleMessage();
+    if (Application->GetTerminated()) modalResult_ = Controls::mrCancel;
+    if (modalResult_ != Controls::mrNone) CloseModal();
   }
-  modal_ = false;
-  // The windows come back before this one goes, so that the activation
-  // passes to them and not to another application.
-  EnableTaskWindows(disabled);
-  Hide();
-  if (activeBefore && IsWindow(activeBefore)) SetActiveWindow(activeBefore);
-  if (focusBefore && IsWindow(focusBefore)) ::SetFocus(focusBefore);
+  run.End();
   return modalResult_;
 }
 

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,8 @@
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_label.h"
+#include "platform/vcl/thread.h"
+#include "tests/platform/vcl/loop_driver.h"
 
 using namespace Forms;
 using namespace Stdctrls;
@@ -365,6 +368,301 @@ TEST(TCustomForm, AFormDeletedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
   const int before = Screen->GetFormCount();
   SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
   EXPECT_EQ(before - 1, Screen->GetFormCount());
+}
+
+}  // namespace
+
+namespace {
+
+std::string NameOf(System::TObject* sender) { return static_cast<Classes::TComponent*>(sender)->GetName().c_str(); }
+
+// OnKeyDown runs before the window sees the key: zeroed, the key does nothing
+// (Delete deletes nothing) and its character is not typed. OnKeyUp sees the
+// release after the form's preview. Focus moving on runs the one control's
+// OnExit, then the other's OnEnter.
+TEST(TWinControl, KeyDownKeyUpEnterAndExit) {
+  Dialog d;
+  d.form->SetName("form");
+  d.edit->SetName("edit");
+  d.ok->SetName("ok");
+  struct Log {
+    std::string text;
+    bool zero = false;
+    void Key(System::TObject* s, const char* what, WORD& key) {
+      text += NameOf(s) + what + std::to_string(key) + " ";
+      if (zero) key = 0;
+    }
+    void Down(System::TObject* s, WORD& key, Controls::TShiftState) { Key(s, ".down", key); }
+    void Up(System::TObject* s, WORD& key, Controls::TShiftState) { Key(s, ".up", key); }
+    void Enter(System::TObject* s) { text += NameOf(s) + ".enter "; }
+    void Exit(System::TObject* s) { text += NameOf(s) + ".exit "; }
+  } log;
+  d.edit->SetOnKeyDown({&log, &Log::Down});
+  d.edit->SetOnKeyUp({&log, &Log::Up});
+  HWND edit = d.edit->GetHandle();
+  const struct {
+    const char* what;
+    bool zero;
+    WORD key;
+    char ch;  // the character TranslateMessage makes of it, or 0
+    const char* text;
+  } rows[] = {
+      {"Delete reaches the edit", false, VK_DELETE, 0, "bc"},
+      {"Delete zeroed deletes nothing", true, VK_DELETE, 0, "abc"},
+      {"A is typed", false, 'A', 'a', "aabc"},
+      {"A zeroed: its character is swallowed too", true, 'A', 'a', "abc"},
+  };
+  for (const auto& r : rows) {
+    d.edit->SetText("abc");
+    SendMessageA(edit, EM_SETSEL, 0, 0);
+    log.zero = r.zero;
+    log.text.clear();
+    SendMessageA(edit, WM_KEYDOWN, r.key, 1);
+    if (r.ch) SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(r.ch), 1);
+    EXPECT_EQ(r.text, std::string(d.edit->GetText().c_str())) << r.what;
+    EXPECT_EQ("edit.down" + std::to_string(r.key) + " ", log.text) << r.what;
+  }
+  d.form->SetKeyPreview(true);
+  d.form->SetOnKeyUp({&log, &Log::Up});
+  for (bool zero : {false, true}) {
+    log.zero = zero;
+    log.text.clear();
+    SendMessageA(edit, WM_KEYUP, VK_F5, 0xC0000001);
+    EXPECT_EQ(zero ? "form.up116 " : "form.up116 edit.up116 ", log.text) << "preview zeroing: " << zero;
+  }
+
+  log.zero = false;
+  d.edit->SetOnEnter({&log, &Log::Enter});
+  d.edit->SetOnExit({&log, &Log::Exit});
+  d.ok->SetOnEnter({&log, &Log::Enter});
+  d.ok->SetOnExit({&log, &Log::Exit});
+  d.form->Show();
+  ASSERT_TRUE(d.edit->Focused());
+  log.text.clear();
+  d.ok->SetFocus();
+  SendMessageA(d.ok->GetHandle(), WM_KEYDOWN, VK_TAB, 1);
+  d.edit->SetFocus();
+  EXPECT_EQ("edit.exit ok.enter ok.exit edit.enter ", log.text);
+  EXPECT_TRUE(d.edit->Focused());
+}
+
+// Closing asks OnCloseQuery, then OnClose's action decides: hide (the
+// default), free (once the form's messages are done), minimise, or nothing.
+TEST(TCustomForm, CloseAsksOnCloseQueryThenDoesWhatOnCloseSays) {
+  struct Handlers {
+    bool canClose;
+    TCloseAction action;
+    std::string log;
+    void Query(System::TObject*, bool& can) {
+      log += "query ";
+      can = canClose;
+    }
+    void Close(System::TObject*, TCloseAction& a) {
+      log += a == caHide ? "close(hide) " : "close(?) ";
+      a = action;
+    }
+    void Destroyed(System::TObject*) { log += "destroyed"; }
+  };
+  const struct {
+    const char* what;
+    bool canClose;
+    TCloseAction action;
+    bool visible, iconic;
+    const char* log;
+  } rows[] = {
+      {"hidden by default", true, caHide, false, false, "query close(hide) "},
+      {"refused by OnCloseQuery", false, caHide, true, false, "query "},
+      {"caNone keeps it", true, caNone, true, false, "query close(hide) "},
+      {"caMinimize", true, caMinimize, true, true, "query close(hide) "},
+      {"caFree frees it", true, caFree, false, false, "query close(hide) destroyed"},
+  };
+  for (const auto& r : rows) {
+    auto* form = new TForm(nullptr);
+    Handlers h{r.canClose, r.action, {}};
+    form->SetOnCloseQuery({&h, &Handlers::Query});
+    form->SetOnClose({&h, &Handlers::Close});
+    form->SetOnDestroy({&h, &Handlers::Destroyed});
+    form->Show();
+    const HWND window = form->GetHandle();
+    SendMessageA(window, WM_CLOSE, 0, 0);  // the close box
+    Application->ProcessMessages();
+    EXPECT_EQ(r.log, h.log) << r.what;
+    EXPECT_EQ(r.visible, IsWindowVisible(window) != 0) << r.what;
+    EXPECT_EQ(r.iconic, IsIconic(window) != 0) << r.what;
+    if (r.action == caFree) {
+      EXPECT_FALSE(IsWindow(window)) << r.what;
+      continue;
+    }
+    EXPECT_EQ(r.visible, form->GetVisible()) << r.what;
+    delete form;
+  }
+}
+
+// Every border style and set of caption buttons as the window has it, with
+// the client area asked for.
+TEST(TCustomForm, BorderStyleAndIconsMakeTheFrame) {
+  using Icons = TBorderIcons;
+  const Icons all{biSystemMenu, biMinimize, biMaximize};
+  const DWORD buttons = WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
+  const struct {
+    const char* what;
+    TFormBorderStyle style;
+    Icons icons;
+    DWORD has, hasNot, exHas;
+  } rows[] = {
+      {"none", bsNone, all, WS_POPUP, WS_CAPTION | WS_THICKFRAME | buttons, 0},
+      {"single", bsSingle, all, WS_CAPTION | buttons, WS_THICKFRAME, 0},
+      {"sizeable", bsSizeable, all, WS_CAPTION | WS_THICKFRAME | buttons, 0, 0},
+      {"dialog", bsDialog, all, WS_CAPTION | WS_SYSMENU, WS_THICKFRAME | WS_MINIMIZEBOX | WS_MAXIMIZEBOX,
+       WS_EX_DLGMODALFRAME},
+      {"tool window", bsToolWindow, all, WS_CAPTION | WS_SYSMENU, WS_THICKFRAME, WS_EX_TOOLWINDOW},
+      {"sizeable tool window", bsSizeToolWin, all, WS_CAPTION | WS_THICKFRAME, 0, WS_EX_TOOLWINDOW},
+      {"no icons", bsSizeable, Icons{}, WS_CAPTION, buttons, 0},
+      {"minimise only", bsSingle, Icons{biSystemMenu, biMinimize}, WS_SYSMENU | WS_MINIMIZEBOX, WS_MAXIMIZEBOX, 0},
+      {"boxes need the system menu", bsSizeable, Icons{biMinimize, biMaximize}, WS_CAPTION, buttons, 0},
+      {"help on a dialog", bsDialog, Icons{biSystemMenu, biHelp}, WS_SYSMENU, 0,
+       WS_EX_DLGMODALFRAME | WS_EX_CONTEXTHELP},
+  };
+  for (const auto& r : rows) {
+    TForm form(nullptr);
+    form.GetHandle();  // made again with the new frame
+    form.SetBorderStyle(r.style);
+    form.SetBorderIcons(r.icons);
+    form.SetClientWidth(240);
+    form.SetClientHeight(120);
+    const HWND h = form.GetHandle();
+    const auto style = static_cast<DWORD>(GetWindowLongA(h, GWL_STYLE));
+    const auto exStyle = static_cast<DWORD>(GetWindowLongA(h, GWL_EXSTYLE));
+    EXPECT_EQ(r.has, style & r.has) << r.what << std::hex << ", style " << style;
+    EXPECT_EQ(0u, style & r.hasNot) << r.what << std::hex << ", style " << style;
+    EXPECT_EQ(r.exHas, exStyle & r.exHas) << r.what << std::hex << ", extended style " << exStyle;
+    RECT client;
+    GetClientRect(h, &client);
+    EXPECT_EQ(240, client.right) << r.what;
+    EXPECT_EQ(120, client.bottom) << r.what;
+  }
+}
+
+// Where a form appears the first time it is shown.
+TEST(TCustomForm, PositionPlacesTheFormWhenFirstShown) {
+  RECT area;
+  SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
+  TForm* main = nullptr;
+  Application->CreateForm(main);
+  const std::unique_ptr<TForm> mainGoes(main);
+  main->SetBounds(40, 30, 500, 400);
+  main->Show();
+  TForm owner(nullptr);
+  owner.SetBounds(300, 200, 400, 300);
+  owner.Show();
+  const auto centred = [](MyRect around) {
+    return MyPoint{around.left + (around.Width() - 200) / 2, around.top + (around.Height() - 100) / 2};
+  };
+  const MyPoint screen = centred({area.left, area.top, area.right, area.bottom});
+  const struct {
+    const char* what;
+    TPosition position;
+    bool mainShown;
+    MyPoint expected;
+  } rows[] = {
+      {"designed", poDesigned, true, {7, 9}},
+      {"screen centre", poScreenCenter, true, screen},
+      {"main form's centre", poMainFormCenter, true, centred({40, 30, 540, 430})},
+      {"owner form's centre", poOwnerFormCenter, true, centred({300, 200, 700, 500})},
+      {"main form hidden: the screen's centre", poMainFormCenter, false, screen},
+  };
+  for (const auto& r : rows) {
+    main->SetVisible(r.mainShown);
+    auto* form = new TForm(&owner);
+    form->SetBounds(7, 9, 200, 100);
+    form->SetPosition(r.position);
+    form->Show();
+    RECT placed;
+    GetWindowRect(form->GetHandle(), &placed);
+    EXPECT_EQ(r.expected.x, placed.left) << r.what;
+    EXPECT_EQ(r.expected.y, placed.top) << r.what;
+    form->Hide();
+    form->SetBounds(1, 2, 200, 100);
+    form->Show();
+    GetWindowRect(form->GetHandle(), &placed);
+    EXPECT_EQ(1, placed.left) << r.what << ": placed only the first time";
+    delete form;
+  }
+}
+
+// A call queued by a worker that fails: the modal loop lets the failure out.
+struct TQueuer : Classes::TThread {
+  explicit TQueuer(Classes::TThreadMethod m) : TThread(true), method(m) { Start(); }
+  void Execute() override { Queue(method); }
+  Classes::TThreadMethod method;
+};
+struct Failing {
+  void Run() { throw Sysutils::Exception("queued call failed"); }
+};
+
+// However ShowModal ends, by a result or by an exception out of its loop, the
+// windows it disabled come back, the form goes and the focus returns to where
+// it was. While it runs, a close that OnCloseQuery refuses keeps it open.
+TEST(TCustomForm, ShowModalGivesBackTheWindowsAndTheFocusHoweverItEnds) {
+  TForm main(nullptr);
+  auto* mainEdit = new TEdit(&main);
+  mainEdit->SetParent(&main);
+  main.Show();
+  mainEdit->SetFocus();
+  ASSERT_TRUE(mainEdit->Focused());
+  struct Query {
+    bool allow = false;
+    void Ask(System::TObject*, bool& can) { can = allow; }
+  };
+  for (bool failing : {false, true}) {
+    SCOPED_TRACE(failing ? "an exception out of the loop" : "a button's result");
+    Dialog d;
+    Query query;
+    d.form->SetOnCloseQuery({&query, &Query::Ask});
+    bool mainDisabled = false, stayedOpen = false;
+    Failing fail;
+    std::unique_ptr<TQueuer> queuer;
+    if (failing) {
+      queuer = std::make_unique<TQueuer>(Classes::TThreadMethod(&fail, &Failing::Run));
+      ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(queuer->GetHandle(), 10000));
+    }
+    std::string error;
+    TModalResult result = Controls::mrNone;
+    loop_driver::Drive(
+        {[&] {
+           if (!IsWindowVisible(d.form->GetHandle())) return false;
+           mainDisabled = !IsWindowEnabled(main.GetHandle()) && IsWindowEnabled(d.form->GetHandle());
+           PostMessageA(d.form->GetHandle(), WM_CLOSE, 0, 0);
+           return true;
+         },
+         [&] {
+           stayedOpen = d.form->IsModal() && IsWindowVisible(d.form->GetHandle());
+           query.allow = true;
+           PostMessageA(d.ok->GetHandle(), BM_CLICK, 0, 0);
+           return true;
+         }},
+        [&] { d.form->SetModalResult(Controls::mrAbort); },
+        [&] {
+          try {
+            result = d.form->ShowModal();
+          } catch (const Sysutils::Exception& e) {
+            error = e.Message.c_str();
+          }
+          return 0;
+        });
+    if (failing) {
+      EXPECT_EQ("queued call failed", error);
+    } else {
+      EXPECT_TRUE(loop_driver::Finished());
+      EXPECT_EQ(Controls::mrOk, result);
+      EXPECT_TRUE(mainDisabled) << "the other window was disabled while the form was modal";
+      EXPECT_TRUE(stayedOpen) << "the close OnCloseQuery refused";
+    }
+    EXPECT_FALSE(d.form->IsModal());
+    EXPECT_FALSE(IsWindowVisible(d.form->GetHandle()));
+    EXPECT_TRUE(IsWindowEnabled(main.GetHandle()));
+    EXPECT_TRUE(mainEdit->Focused()) << "the focus came back";
+  }
 }
 
 }  // namespace
