@@ -52,6 +52,11 @@ HWND TApplication::GetHandle() {
   return handle_.get();
 }
 
+void TApplication::SetTitle(const AnsiString& value) {
+  title_ = value;
+  if (handle_) SetWindowTextA(handle_.get(), title_.c_str());
+}
+
 void TApplication::Notification(Classes::TComponent* component, Classes::TOperation operation) {
   TComponent::Notification(component, operation);
   if (operation == Classes::opRemove && component == mainForm_) mainForm_ = nullptr;
@@ -239,7 +244,13 @@ void TApplication::HandleMessage() {
 
 void TApplication::Run() {
   if (mainForm_) mainForm_->Show();
-  while (!terminated_) HandleMessage();
+  while (!terminated_) {
+    try {
+      HandleMessage();
+    } catch (...) {
+      HandleException(std::current_exception());
+    }
+  }
 }
 
 void TApplication::Terminate() {

@@ -34,7 +34,8 @@ class VCL_API TApplication : public Classes::TComponent {
     reference->DoCreate();
   }
   /// Shows the main form and runs the message loop until Terminate or until
-  /// the main form is closed.
+  /// the main form is closed. An exception out of the loop (a queued thread
+  /// call's, say) goes to HandleException and the loop goes on.
   void Run();
   /// Handles every message waiting now, then returns.
   void ProcessMessages();
@@ -47,8 +48,10 @@ class VCL_API TApplication : public Classes::TComponent {
   TCustomForm* GetMainForm() const { return mainForm_; }
   /// The hidden window.
   HWND GetHandle();
+  /// The program's name: the hidden window's text, the caption of the
+  /// exception message box.
   AnsiString GetTitle() const { return title_; }
-  void SetTitle(const AnsiString& value) { title_ = value; }
+  void SetTitle(const AnsiString& value);
 
   TExceptionEvent GetOnException() const { return onException_; }
   void SetOnException(TExceptionEvent value) { onException_ = value; }

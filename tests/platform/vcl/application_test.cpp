@@ -1,0 +1,284 @@
+// The application: its hidden window and title, one message at a time or all
+// waiting, idle time, what happens to exceptions that handlers let out, the
+// screen's forms, and a whole program's life from Initialize to the main
+// form's close, driven from inside its loop.
+#include "platform/vcl/application.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "platform/vcl/ext_panels.h"
+#include "platform/vcl/std_buttons.h"
+#include "platform/vcl/std_edits.h"
+#include "platform/vcl/std_lists.h"
+#include "platform/vcl/thread.h"
+#include "tests/platform/vcl/loop_driver.h"
+
+using namespace Forms;
+using Controls::TMessage;
+
+static std::ostream& operator<<(std::ostream& os, const MyRect& r) {
+  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
+}
+
+namespace {
+
+std::string WindowText(HWND w) {
+  char text[256] = {};
+  GetWindowTextA(w, text, sizeof text);
+  return text;
+}
+
+// Counts the WM_APP messages its window gets.
+struct TCounter : Controls::TWinControl {
+  int seen = 0;
+  TCounter() { SetVisible(false); }
+  void WndProc(TMessage& m) override {
+    if (m.Msg == WM_APP) ++seen;
+    TWinControl::WndProc(m);
+  }
+};
+
+void CALLBACK Nothing(HWND, UINT, UINT_PTR, DWORD) {}
+
+TEST(TApplication, WindowTitleMessagesAndIdleTime) {
+  Application->Initialize();
+  const HWND handle = Application->GetHandle();
+  ASSERT_TRUE(IsWindow(handle));
+  EXPECT_FALSE(IsWindowVisible(handle));
+  EXPECT_NE(nullptr, Controls::GetWindowExceptionHandler()) << "the application takes the handlers' exceptions";
+  Application->SetTitle("Orders");
+  EXPECT_EQ("Orders", WindowText(handle)) << "the title is the window's text";
+
+  // One message a call; ProcessMessages handles all that wait.
+  TCounter counter;
+  PostMessageA(counter.GetHandle(), WM_APP, 0, 0);
+  PostMessageA(counter.GetHandle(), WM_APP, 0, 0);
+  for (int i = 0; i < 1000 && counter.seen == 0; ++i) Application->HandleMessage();
+  EXPECT_EQ(1, counter.seen);
+  Application->ProcessMessages();
+  EXPECT_EQ(2, counter.seen);
+
+  // With nothing to do, HandleMessage runs OnIdle; Done = false: no wait for
+  // a message after it (the timer ends a wait that should not happen).
+  struct Idle {
+    int runs = 0;
+    void Run(System::TObject*, bool& done) {
+      ++runs;
+      done = false;
+    }
+  } idle;
+  Application->SetOnIdle({&idle, &Idle::Run});
+  const UINT_PTR bound = SetTimer(nullptr, 0, 2000, &Nothing);
+  for (int i = 0; i < 1000 && idle.runs == 0; ++i) Application->HandleMessage();
+  KillTimer(nullptr, bound);
+  Application->SetOnIdle({});
+  EXPECT_EQ(1, idle.runs);
+}
+
+// A form with a button whose OnClick fails with the exception given.
+struct Failing {
+  TForm form{nullptr};
+  Stdctrls::TButton* button = new Stdctrls::TButton(&form);
+  std::function<void()> fail;
+  Failing() { button->SetParent(&form); }
+  void Click(System::TObject*) { fail(); }
+  void Press() {
+    button->SetOnClick({this, &Failing::Click});
+    SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
+  }
+};
+
+TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
+  Application->Initialize();
+  Application->SetTitle("Orders");
+  struct Catcher {
+    std::string seen;
+    void Caught(System::TObject* sender, const Sysutils::Exception& e) {
+      seen += std::string(sender == Application ? "" : "(another sender) ") + e.Message.c_str() + "|";
+    }
+    void IdleFails(System::TObject*, bool& done) {
+      done = false;
+      throw Sysutils::Exception("idle failed");
+    }
+  } catcher;
+  Application->SetOnException({&catcher, &Catcher::Caught});
+  Failing f;
+  f.fail = [] { throw Sysutils::EConvertError("not a number"); };
+  f.Press();
+  f.fail = [] { throw std::runtime_error("out of range"); };
+  f.Press();
+  Application->SetOnIdle({&catcher, &Catcher::IdleFails});
+  Application->ProcessMessages();
+  for (int i = 0; i < 1000 && catcher.seen.find("idle") == std::string::npos; ++i) Application->HandleMessage();
+  Application->SetOnIdle({});
+  EXPECT_EQ("not a number|out of range|idle failed|", catcher.seen);
+
+  // Without a handler the message is shown, titled with the title; a user
+  // presses OK.
+  Application->SetOnException({});
+  std::string text, caption;
+  f.fail = [] { throw Sysutils::Exception("Disk full"); };
+  loop_driver::Drive(
+      {[&] {
+        HWND box = loop_driver::MessageBoxWindow();
+        if (!box) return false;
+        char buffer[128] = {};
+        GetDlgItemTextA(box, 0xFFFF, buffer, sizeof buffer);
+        text = buffer;
+        caption = WindowText(box);
+        PostMessageA(box, WM_COMMAND, IDOK, 0);
+        return true;
+      }},
+      [] {
+        if (HWND box = loop_driver::MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDOK, 0);
+      },
+      [&] {
+        f.Press();
+        return 0;
+      });
+  EXPECT_TRUE(loop_driver::Finished()) << "no message box came";
+  EXPECT_EQ("Disk full.", text);
+  EXPECT_EQ("Orders", caption);
+}
+
+TEST(TScreen, FormsAndTheActiveForm) {
+  const int before = Screen->GetFormCount();
+  auto first = std::make_unique<TForm>(nullptr);
+  auto second = std::make_unique<TForm>(nullptr);
+  ASSERT_EQ(before + 2, Screen->GetFormCount());
+  EXPECT_EQ(first.get(), Screen->GetForm(before));
+  EXPECT_EQ(second.get(), Screen->GetForm(before + 1));
+  for (int bad : {-1, before + 2}) {
+    try {
+      Screen->GetForm(bad);
+      ADD_FAILURE() << "index " << bad << " was taken";
+    } catch (const Classes::EListError& e) {
+      EXPECT_EQ("List index out of bounds (" + std::to_string(bad) + ")", std::string(e.Message.c_str()));
+    }
+  }
+  first->Show();
+  second->Show();
+  for (TForm* f : {first.get(), second.get()}) {
+    SetActiveWindow(f->GetHandle());
+    EXPECT_EQ(f, Screen->GetActiveForm()) << "form " << (f == first.get() ? 1 : 2);
+  }
+  first.reset();
+  EXPECT_EQ(before + 1, Screen->GetFormCount());
+  EXPECT_EQ(second.get(), Screen->GetForm(before));
+}
+
+// A program's main window: a tool bar at the top, a status line at the
+// bottom, a list on the left and a memo taking the rest.
+class TMainWindow : public TForm {
+ public:
+  explicit TMainWindow(Classes::TComponent* owner) : TForm(owner) {
+    SetCaption("Orders");
+    SetClientWidth(420);
+    SetClientHeight(300);
+    toolbar = Add<Extctrls::TPanel>(this, Controls::alTop);
+    toolbar->SetHeight(36);
+    status = Add<Extctrls::TPanel>(this, Controls::alBottom);
+    status->SetHeight(24);
+    list = Add<Stdctrls::TListBox>(this, Controls::alLeft);
+    list->SetWidth(120);
+    memo = Add<Stdctrls::TMemo>(this, Controls::alClient);
+    add = Add<Stdctrls::TButton>(toolbar, Controls::alNone);
+    add->SetBounds(6, 6, 75, 24);
+    add->SetText("&Add");
+    add->SetOnClick({this, &TMainWindow::AddClick});
+  }
+  Extctrls::TPanel *toolbar, *status;
+  Stdctrls::TListBox* list;
+  Stdctrls::TMemo* memo;
+  Stdctrls::TButton* add;
+
+ private:
+  template <class T>
+  T* Add(Controls::TWinControl* parent, Controls::TAlign align) {
+    auto* control = new T(this);
+    control->SetParent(parent);
+    control->SetAlign(align);
+    return control;
+  }
+  void AddClick(System::TObject*) { list->GetItems()->Add(memo->GetText()); }
+};
+
+struct TQueuer : Classes::TThread {
+  explicit TQueuer(Classes::TThreadMethod m) : TThread(true), method(m) { Start(); }
+  void Execute() override { Queue(method); }
+  Classes::TThreadMethod method;
+};
+
+// Run shows the main form and handles messages until the main form is
+// closed; an exception out of the loop goes to OnException and the loop goes
+// on. (Last: Run ends the application.)
+TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
+  Application->Initialize();
+  TMainWindow* main = nullptr;
+  TForm* second = nullptr;
+  Application->CreateForm(main);
+  Application->CreateForm(second);
+  const std::unique_ptr<TForm> mainGoes(main), secondGoes(second);
+  EXPECT_EQ(main, Application->GetMainForm()) << "the first form made is the main form";
+
+  struct Catcher {
+    std::string seen;
+    void Caught(System::TObject*, const Sysutils::Exception& e) { seen += e.Message.c_str(); }
+    void Fail() { throw Sysutils::Exception("queued call failed"); }
+  } catcher;
+  Application->SetOnException({&catcher, &Catcher::Caught});
+  TQueuer queuer(Classes::TThreadMethod(&catcher, &Catcher::Fail));
+  ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(queuer.GetHandle(), 10000));
+
+  MyRect toolbar, status, list, memo;
+  bool shown = false;
+  std::string failure;
+  loop_driver::Drive(
+      {[&] {
+         if (!IsWindowVisible(main->GetHandle()) || catcher.seen.empty()) return false;
+         shown = !IsWindowVisible(second->GetHandle());
+         toolbar = main->toolbar->GetBoundsRect();
+         status = main->status->GetBoundsRect();
+         list = main->list->GetBoundsRect();
+         memo = main->memo->GetBoundsRect();
+         // A user types a line and presses Add.
+         main->memo->SetFocus();
+         for (char c : std::string("bolts")) PostMessageA(main->memo->GetHandle(), WM_CHAR, c, 1);
+         PostMessageA(main->add->GetHandle(), BM_CLICK, 0, 0);
+         return true;
+       },
+       [&] {
+         if (main->list->GetItems()->GetCount() == 0) return false;
+         PostMessageA(main->GetHandle(), WM_CLOSE, 0, 0);
+         return true;
+       }},
+      [] { Application->Terminate(); },
+      [&] {
+        try {
+          Application->Run();
+        } catch (const Sysutils::Exception& e) {
+          failure = e.Message.c_str();
+        }
+        return 0;
+      });
+  EXPECT_EQ("", failure) << "Run let an exception out";
+  EXPECT_TRUE(loop_driver::Finished());
+  EXPECT_EQ("queued call failed", catcher.seen);
+  EXPECT_TRUE(shown) << "the main form shown, the other not";
+  EXPECT_EQ((MyRect{0, 0, 420, 36}), toolbar);
+  EXPECT_EQ((MyRect{0, 276, 420, 300}), status);
+  EXPECT_EQ((MyRect{0, 36, 120, 276}), list);
+  EXPECT_EQ((MyRect{120, 36, 420, 276}), memo);
+  ASSERT_EQ(1, main->list->GetItems()->GetCount());
+  EXPECT_EQ("bolts", std::string(main->list->GetItems()->Get(0).c_str()));
+  EXPECT_TRUE(Application->GetTerminated());
+  EXPECT_FALSE(IsWindowVisible(main->GetHandle())) << "closed: hidden";
+  Application->SetOnException({});
+}
+
+}  // namespace
