@@ -1,6 +1,7 @@
 // Threads and calls run on the main thread: through CheckSynchronize, through
-// any message loop, at once on the main thread; failures carried back; the
-// thread object's life from suspended to freed.
+// any message loop (a plain one, ProcessMessages, a modal form's), at once on
+// the main thread; failures carried back; the thread object's life from
+// suspended to freed.
 #include "platform/vcl/thread.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,9 @@
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "platform/vcl/application.h"
+#include "tests/platform/vcl/loop_driver.h"
 
 using namespace Classes;
 
@@ -34,17 +38,24 @@ class TWorker : public TThread {
   bool* freed_;
 };
 
-// Runs the main thread's side until done() or 10 s: CheckSynchronize, or a
-// plain message loop that knows nothing of threads.
-bool Serve(const std::function<bool()>& done, bool plainLoop) {
+// How the main thread serves calls: CheckSynchronize, a plain message loop
+// that knows nothing of threads, or the application's ProcessMessages.
+enum Serving { kCheckSynchronize, kPlainLoop, kProcessMessages };
+
+// Runs the main thread's side until done() or 10 s.
+bool Serve(const std::function<bool()>& done, Serving way = kCheckSynchronize) {
   for (int i = 0; i < 1000 && !done(); ++i) {
-    if (plainLoop) {
-      MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-      MSG msg;
-      while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&msg);
-    } else {
+    if (way == kCheckSynchronize) {
       CheckSynchronize(10);
+      continue;
     }
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    if (way == kProcessMessages) {
+      Forms::Application->ProcessMessages();
+      continue;
+    }
+    MSG msg;
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageA(&msg);
   }
   return done();
 }
@@ -58,8 +69,8 @@ struct Call {
 };
 
 TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
-  for (bool plainLoop : {false, true}) {
-    SCOPED_TRACE(plainLoop ? "plain message loop" : "CheckSynchronize");
+  for (Serving way : {kCheckSynchronize, kPlainLoop, kProcessMessages}) {
+    SCOPED_TRACE(way == kCheckSynchronize ? "CheckSynchronize" : way == kPlainLoop ? "plain loop" : "ProcessMessages");
     std::vector<std::string> log;
     DWORD ranOn = 0;
     Call call{[&] {
@@ -73,15 +84,29 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
       log.push_back("worker after");
       done = true;
     });
-    ASSERT_TRUE(Serve([&] { return done.load(); }, plainLoop)) << "Synchronize never came back";
+    ASSERT_TRUE(Serve([&] { return done.load(); }, way)) << "Synchronize never came back";
     EXPECT_EQ(GetMainThreadID(), ranOn);
     EXPECT_EQ(GetCurrentThreadId(), ranOn) << "the test runs on the main thread";
     ASSERT_EQ(2u, log.size());
     EXPECT_EQ("method", log[0]);
     EXPECT_EQ("worker after", log[1]);
   }
-  // On the main thread: at once, nothing queued.
+  // Inside a modal loop: the call ends it.
+  Forms::TForm form(nullptr);
   DWORD ranOn = 0;
+  Call end{[&] {
+    ranOn = GetCurrentThreadId();
+    form.SetModalResult(Controls::mrOk);
+  }};
+  TWorker modal([&](TWorker& self) { self.Synchronize(end.Method()); });
+  const Controls::TModalResult result = loop_driver::Drive(
+      {}, [&] { form.SetModalResult(Controls::mrAbort); }, [&] { return form.ShowModal(); });
+  EXPECT_EQ(Controls::mrOk, result) << "3: the modal loop ran no call";
+  EXPECT_EQ(GetCurrentThreadId(), ranOn);
+  modal.WaitFor();
+
+  // On the main thread: at once, nothing queued.
+  ranOn = 0;
   Call here{[&] { ranOn = GetCurrentThreadId(); }};
   TThread::Synchronize(nullptr, here.Method());
   EXPECT_EQ(GetCurrentThreadId(), ranOn);
@@ -108,13 +133,13 @@ TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
     for (Call& c : queued) self.Queue(c.Method());
     SetEvent(allQueued.get());
   });
-  ASSERT_TRUE(Serve([&] { return synchronized.load(); }, false));
+  ASSERT_TRUE(Serve([&] { return synchronized.load(); }));
   EXPECT_EQ("no such colour", caught) << "the exception, of its own type, in the calling thread";
   // The main thread serves nothing now: the worker queues all three anyway.
   SetEvent(mainIdle.get());
   ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(allQueued.get(), 10000)) << "Queue waited for the main thread";
   EXPECT_TRUE(order.empty());
-  ASSERT_TRUE(Serve([&] { return order.size() == 3; }, false));
+  ASSERT_TRUE(Serve([&] { return order.size() == 3; }));
   EXPECT_EQ((std::vector<int>{0, 1, 2}), order);
 
   std::string notMain;
@@ -139,9 +164,9 @@ TEST(TThread, LifeFromSuspendedToFreed) {
       true);
   Sleep(50);
   EXPECT_EQ(0, runs.load()) << "a suspended thread waits for Start";
-  suspended->Start();
+  suspended->Resume();
   EXPECT_THROW(suspended->Start(), EThread);
-  ASSERT_TRUE(Serve([&] { return runs == 1; }, false));
+  ASSERT_TRUE(Serve([&] { return runs == 1; }));
   EXPECT_FALSE(suspended->GetFinished());
   suspended->Terminate();
   EXPECT_EQ(42, suspended->WaitFor());
@@ -157,7 +182,7 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   selfFreeing->SetOnTerminate(System::TNotifyEvent(&onTerminate, &Call::RunWith));
   EXPECT_THROW(selfFreeing->WaitFor(), EThread) << "a free-on-terminate thread cannot be waited for";
   selfFreeing->Start();
-  ASSERT_TRUE(Serve([&] { return freed; }, false));
+  ASSERT_TRUE(Serve([&] { return freed; }));
   EXPECT_EQ(GetCurrentThreadId(), terminateRanOn);
 
   // What escapes Execute is kept; waiting for oneself is refused; a thread
@@ -190,7 +215,7 @@ TEST(TThread, LifeFromSuspendedToFreed) {
     while (!self.GetTerminated()) Sleep(1);
     ++runs;
   });
-  ASSERT_TRUE(Serve([&] { return inside.load(); }, false));
+  ASSERT_TRUE(Serve([&] { return inside.load(); }));
   delete running;
   EXPECT_EQ(1, runs.load()) << "delete stopped the thread and waited for it";
 }
