@@ -1,7 +1,8 @@
 // A form with one of every control, made, shown and freed a thousand times,
 // leaves the thread's windows and the process's GDI and USER objects as they
 // were. (Wine counts no GDI and USER objects, GetGuiResources gives 0 there:
-// the framework's own count of the GDI objects it owns stands in.)
+// the framework's own counts of the GDI objects, menus and paint contexts it
+// holds stand in, and every menu handle it made must be gone.)
 #include <gtest/gtest.h>
 
 #include "platform/ostrel/owned_handle.h"
@@ -43,16 +44,20 @@ int ThreadWindows() {
 struct Counts {
   int windows;
   DWORD gdi, user;
-  long owned;
+  long owned, menus, windowDCs;
   bool operator==(const Counts&) const = default;
 };
 std::ostream& operator<<(std::ostream& os, const Counts& c) {
   return os << c.windows << " windows, " << c.gdi << " GDI, " << c.user << " USER objects, " << c.owned
-            << " owned GDI objects";
+            << " owned GDI objects, " << c.menus << " menus, " << c.windowDCs << " window and paint contexts";
 }
 Counts Now() {
-  return {ThreadWindows(), GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), OwnedHandleCount(OK_GdiObject)};
+  return {ThreadWindows(),
+          GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+          GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS),
+          OwnedHandleCount(OK_GdiObject),
+          OwnedHandleCount(OK_Menu),
+          OwnedHandleCount(OK_WindowDC)};
 }
 
 template <class T>
@@ -63,7 +68,9 @@ T* Add(Forms::TForm* form, Controls::TControl* parent, int top) {
   return control;
 }
 
-void MakeShowAndFree() {
+// Makes, shows and frees the form; the number of menu handles it made that
+// are still menus afterwards.
+int MakeShowAndFree() {
   auto* form = new Forms::TForm(nullptr);
   form->SetCaption("Every control");
   auto* panel = Add<Extctrls::TPanel>(form, form, 0);
@@ -90,19 +97,32 @@ void MakeShowAndFree() {
   auto* item = new Menus::TMenuItem(form);
   item->SetCaption("&File");
   menu->GetItems()->Add(item);
+  auto* open = new Menus::TMenuItem(form);
+  open->SetCaption("&Open");
+  item->Add(open);
   form->SetMenu(menu);
+  auto* popup = new Menus::TPopupMenu(form);
+  auto* copy = new Menus::TMenuItem(form);
+  copy->SetCaption("&Copy");
+  popup->GetItems()->Add(copy);
   form->Show();
   Forms::Application->ProcessMessages();
+  const HMENU made[] = {menu->GetHandle(), item->GetHandle(), popup->GetHandle()};
   delete form;
+  int alive = 0;
+  for (HMENU m : made) alive += m && IsMenu(m);
+  return alive;
 }
 
 TEST(TCustomForm, ThousandFormsWithEveryControlLeaveNothingBehind) {
   MakeShowAndFree();  // the first makes what lives for the process: classes, the shared font
   Forms::Application->ProcessMessages();
   const Counts before = Now();
-  for (int i = 0; i < 1000; ++i) MakeShowAndFree();
+  int menusLeft = 0;
+  for (int i = 0; i < 1000; ++i) menusLeft += MakeShowAndFree();
   Forms::Application->ProcessMessages();
   EXPECT_EQ(before, Now());
+  EXPECT_EQ(0, menusLeft) << "menu handles still alive after their form went";
 }
 
 }  // namespace
