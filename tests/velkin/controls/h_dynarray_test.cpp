@@ -118,25 +118,49 @@ TEST(HDynamicArray, TemplatePanelsStackInCallOrderAndGoBackAsDesigned) {
   EXPECT_EQ(barDesigned, Bounds(bar->BarPanel));
 }
 
+// A template made in code whose panel notes where the array put it, before
+// the parent's alignment moved it.
+struct TPlacedPanel : Extctrls::TPanel {
+  using TPanel::TPanel;
+  void SetParent(Controls::TWinControl* parent) override {
+    if (parent && parent != GetOwner()) placed = std::to_string(GetLeft()) + "," + std::to_string(GetTop());
+    TPanel::SetParent(parent);
+  }
+  std::string placed;
+};
+struct Template {
+  Template() : form(nullptr), panel(new TPlacedPanel(&form)) {
+    panel->SetParent(&form);
+    panel->SetBounds(8, 6, 220, 41);
+  }
+  Forms::TForm form;
+  TPlacedPanel* panel;
+};
+
 // Each side: two placements, the second one further in; Left/Top ignored.
+// Before alignment runs, a panel is one pixel past the last sibling on the
+// top and left, two pixels before it on the bottom and right (with none, one
+// inside the parent's outer edge).
 TEST(HDynamicArray, EachSideStacksOnePixelPastItsLastSibling) {
   const struct {
     TAlign align;
     const char* first;
     const char* second;
+    const char* placedFirst;
+    const char* placedSecond;
   } cases[] = {
-      {Controls::alTop, "0,0 W x41", "0,41 W x41"},
-      {Controls::alBottom, "0,B1 W x41", "0,B2 W x41"},
-      {Controls::alLeft, "0,0 220xH", "220,0 220xH"},
-      {Controls::alRight, "R1,0 220xH", "R2,0 220xH"},
+      {Controls::alTop, "0,0 W x41", "0,41 W x41", "0,0", "0,42"},
+      {Controls::alBottom, "0,B1 W x41", "0,B2 W x41", "0,p1", "0,p2"},
+      {Controls::alLeft, "0,0 220xH", "220,0 220xH", "0,0", "221,0"},
+      {Controls::alRight, "R1,0 220xH", "R2,0 220xH", "q1,0", "q2,0"},
   };
   for (const auto& c : cases) {
     Host host;
     host.box->SetBounds(0, 0, 500, 300);
-    TRowForm a(nullptr), b(nullptr);
+    Template a, b;
     HDynamicArray array(nullptr, 0);
-    array.NewControl(nullptr, &a, host.box, c.align, 5, 5);
-    array.NewControl(nullptr, &b, host.box, c.align, 5, 5);
+    array.NewControl(nullptr, &a.form, host.box, c.align, 5, 5);
+    array.NewControl(nullptr, &b.form, host.box, c.align, 5, 5);
     const int w = host.box->GetClientWidth(), h = host.box->GetClientHeight();
     auto expand = [&](std::string s) {
       for (auto [from, to] : {std::pair<std::string, std::string>{"W ", std::to_string(w)},
@@ -144,12 +168,18 @@ TEST(HDynamicArray, EachSideStacksOnePixelPastItsLastSibling) {
                               {"B1", std::to_string(h - 41)},
                               {"B2", std::to_string(h - 82)},
                               {"R1", std::to_string(w - 220)},
-                              {"R2", std::to_string(w - 440)}})
+                              {"R2", std::to_string(w - 440)},
+                              {"p1", std::to_string(300 - 1)},
+                              {"p2", std::to_string(h - 41 - 2)},
+                              {"q1", std::to_string(500 - 1)},
+                              {"q2", std::to_string(w - 220 - 2)}})
         if (auto at = s.find(from); at != std::string::npos) s.replace(at, from.size(), to);
       return s;
     };
-    EXPECT_EQ(expand(c.first), Bounds(a.RowPanel)) << "align " << int(c.align);
-    EXPECT_EQ(expand(c.second), Bounds(b.RowPanel)) << "align " << int(c.align);
+    EXPECT_EQ(expand(c.first), Bounds(a.panel)) << "align " << int(c.align);
+    EXPECT_EQ(expand(c.second), Bounds(b.panel)) << "align " << int(c.align);
+    EXPECT_EQ(expand(c.placedFirst), a.panel->placed) << "align " << int(c.align) << ": placed";
+    EXPECT_EQ(expand(c.placedSecond), b.panel->placed) << "align " << int(c.align) << ": placed";
     array.DeleteAll();
   }
 
