@@ -5,7 +5,6 @@
 // and on a 144-DPI screen.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -129,22 +128,44 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
     const std::string name = c->GetName().c_str();
     const int want[] = {d->GetLeft(), d->GetTop(), d->GetWidth(), d->GetHeight()};
     const int got[] = {c->GetLeft(), c->GetTop(), c->GetWidth(), c->GetHeight()};
-    // Sizes the text decides are the exception: a label that sizes itself to
-    // its caption, the height the system gives a combo box for its font.
+    // A label that sizes itself to its caption is as large as the caption
+    // in its scaled font; a combo box is as high as the system makes it for
+    // that font, which the caption must fit like any other text.
     auto* label = dynamic_cast<Stdctrls::TCustomLabel*>(c);
-    const int checked = label && label->GetAutoSize() ? 2 : dynamic_cast<Stdctrls::TCustomComboBox*>(c) ? 3 : 4;
+    auto* edit = dynamic_cast<Stdctrls::TCustomEdit*>(c);
+    auto* combo = dynamic_cast<Stdctrls::TCustomComboBox*>(c);
+    const bool autoSized = label && label->GetAutoSize();
+    const int checked = autoSized ? 2 : combo ? 3 : 4;
     for (int k = 0; k < checked; ++k)
       EXPECT_NEAR(MulDiv(want[k], dpi, 96), got[k], 1) << name << " bound " << k << " designed " << want[k];
-    std::string text = c->GetText().c_str();
-    text.erase(std::remove(text.begin(), text.end(), '&'), text.end());
-    if (text.empty() || dynamic_cast<Stdctrls::TCustomEdit*>(c) || dynamic_cast<Stdctrls::TCustomComboBox*>(c))
-      continue;
-    DCChanger use(screen.get());
-    use.Select(c->GetFont()->GetHandle());
-    SIZE extent{};
-    GetTextExtentPoint32A(screen.get(), text.c_str(), static_cast<int>(text.size()), &extent);
-    EXPECT_LE(extent.cx, c->GetWidth()) << name << ": '" << text << "' fits";
-    EXPECT_LE(extent.cy, c->GetHeight()) << name;
+    const std::string text = c->GetText().c_str();
+    RECT extent{};
+    {
+      DCChanger use(screen.get());
+      use.Select(c->GetFont()->GetHandle());
+      DrawTextA(screen.get(), text.c_str(), static_cast<int>(text.size()), &extent,
+                DT_CALCRECT | (edit || combo ? DT_NOPREFIX : 0));
+    }
+    if (autoSized) {
+      EXPECT_NEAR(extent.right, c->GetWidth(), 1) << name << ": '" << text << "' sized";
+      EXPECT_NEAR(extent.bottom, c->GetHeight(), 1) << name << ": '" << text << "' sized";
+    }
+    // The room the text has: an edit's formatting rectangle, a combo box's
+    // selection field, or the whole control.
+    RECT room{0, 0, c->GetWidth(), c->GetHeight()};
+    if (edit) SendMessageA(edit->GetHandle(), EM_GETRECT, 0, reinterpret_cast<LPARAM>(&room));
+    if (combo) {
+      COMBOBOXINFO info{};
+      info.cbSize = sizeof info;
+      ASSERT_TRUE(GetComboBoxInfo(combo->GetHandle(), &info)) << name;
+      room = info.rcItem;
+      RECT window;
+      GetWindowRect(combo->GetHandle(), &window);
+      EXPECT_EQ(window.bottom - window.top, c->GetHeight()) << name << ": the height the system gives";
+    }
+    if (text.empty()) continue;
+    EXPECT_LE(extent.right, room.right - room.left) << name << ": '" << text << "' fits";
+    EXPECT_LE(extent.bottom, room.bottom - room.top) << name << ": '" << text << "' fits";
   }
 
   // A form class without a design says so.
