@@ -409,26 +409,30 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
        "Error reading Designed.Panel1: Stream read error"},
   };
   for (const Case& c : cases) {
-    TMemoryStream s;
-    c.make(s);
-    TStreamedForm target(nullptr);
-    const int forms = Forms::Screen->GetFormCount();
-    std::string message;
-    try {
-      s.SetPosition(0);
-      s.ReadComponent(&target);
-    } catch (const EReadError& e) {
-      message = Text(e.Message);
-    } catch (const EClassNotFound& e) {
-      message = Text(e.Message);
+    const int windows = ThreadWindows();
+    {
+      TMemoryStream s;
+      c.make(s);
+      TStreamedForm target(nullptr);
+      const int forms = Forms::Screen->GetFormCount();
+      std::string message;
+      try {
+        s.SetPosition(0);
+        s.ReadComponent(&target);
+      } catch (const EReadError& e) {
+        message = Text(e.Message);
+      } catch (const EClassNotFound& e) {
+        message = Text(e.Message);
+      }
+      EXPECT_EQ(c.message, message) << c.what;
+      EXPECT_EQ(0, target.GetComponentCount()) << c.what << ": what was made is freed";
+      EXPECT_EQ(0, target.GetControlCount()) << c.what;
+      EXPECT_EQ(nullptr, target.OkButton) << c.what << ": no field points at a freed control";
+      EXPECT_EQ(nullptr, target.Panel1) << c.what;
+      EXPECT_FALSE(target.GetComponentState().Contains(csLoading)) << c.what;
+      EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << c.what;
     }
-    EXPECT_EQ(c.message, message) << c.what;
-    EXPECT_EQ(0, target.GetComponentCount()) << c.what << ": what was made is freed";
-    EXPECT_EQ(0, target.GetControlCount()) << c.what;
-    EXPECT_EQ(nullptr, target.OkButton) << c.what << ": no field points at a freed control";
-    EXPECT_EQ(nullptr, target.Panel1) << c.what;
-    EXPECT_FALSE(target.GetComponentState().Contains(csLoading)) << c.what;
-    EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << c.what;
+    EXPECT_EQ(windows, ThreadWindows()) << c.what << ": every window made is gone";
   }
 
   // A small form cut at every byte: each cut fails cleanly, with as many
