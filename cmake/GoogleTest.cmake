@@ -10,25 +10,37 @@ target_link_libraries(gtest_main PUBLIC gtest)
 
 include(GoogleTest)
 
-# velkin_test(NAME SOURCES... [LIBS ...] [NO_MAIN]): one test program in bin/, each
-# test case registered with CTest; cases are listed at test time, under Wine.
+# velkin_test(NAME SOURCES... [LIBS ...] [NO_MAIN] [SERIAL]): one test program in
+# bin/, each test case registered with CTest; cases are listed at test time,
+# under Wine. SERIAL: its cases run alone, for programs that send real keyboard
+# and mouse input (it goes to whichever window is in front, maybe another
+# test's).
 function(velkin_test name)
-  cmake_parse_arguments(P "NO_MAIN" "" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(P "NO_MAIN;SERIAL" "" "SOURCES;LIBS" ${ARGN})
   velkin_program(${name} SOURCES ${P_SOURCES} LIBS ${P_LIBS} gtest)
   if(NOT P_NO_MAIN)
     target_link_libraries(${name} PRIVATE gtest_main)
   endif()
+  set(serial FALSE)
+  if(P_SERIAL)
+    set(serial TRUE)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
-                       WORKING_DIRECTORY ${VELKIN_OUTPUT_DIR} PROPERTIES TIMEOUT 120)
+                       WORKING_DIRECTORY ${VELKIN_OUTPUT_DIR} PROPERTIES TIMEOUT 120 RUN_SERIAL ${serial})
 endfunction()
 
 # One test program per *_test.cpp in the calling directory, named PREFIX_<file>;
-# a broken test file then stops only its own program from building.
+# a broken test file then stops only its own program from building. SERIAL
+# names the files (without .cpp) whose programs run alone (see velkin_test).
 function(velkin_tests_per_file prefix)
-  cmake_parse_arguments(P "" "" "LIBS" ${ARGN})
+  cmake_parse_arguments(P "" "" "LIBS;SERIAL" ${ARGN})
   file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
   foreach(t IN LISTS tests)
     get_filename_component(n ${t} NAME_WE)
-    velkin_test(${prefix}_${n} SOURCES ${t} LIBS ${P_LIBS})
+    set(serial "")
+    if(n IN_LIST P_SERIAL)
+      set(serial SERIAL)
+    endif()
+    velkin_test(${prefix}_${n} SOURCES ${t} LIBS ${P_LIBS} ${serial})
   endforeach()
 endfunction()

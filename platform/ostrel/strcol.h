@@ -9,8 +9,10 @@
 /// text with N separator characters has N + 1 columns and adjacent separators
 /// enclose an empty column: with separators "," the text "a,,b" has the three
 /// columns "a", "" and "b", ",a" starts with an empty column and "a," ends
-/// with one. A CR LF pair split at the set "\n\r" is two separators, with an
-/// empty column between them. An empty or null text has no columns; a null or
+/// with one. A set holding both CR and LF splits text into lines: a CR LF pair
+/// is one line break there, as a lone CR or LF is (so "a\r\nb" has the two
+/// columns "a" and "b", and "a\n\nb" an empty one between them). An empty or
+/// null text has no columns; a null or
 /// empty separator set makes a non-empty text one column.
 
 /// The number of columns of the text.

@@ -46,6 +46,9 @@ HFONT MessageFont() {
     NONCLIENTMETRICSA metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    // Texts drawn in it are 8-bit in the process's code page, whatever the
+    // system's own charset for the font is.
+    metrics.lfMessageFont.lfCharSet = DEFAULT_CHARSET;
     return OwnedFont(CreateFontIndirectA(&metrics.lfMessageFont));
   }();
   return font.get();
@@ -249,7 +252,7 @@ TControl::TControl(Classes::TComponent* owner) : TComponent(owner), font_(std::m
   const LOGFONTA& f = MessageLogFont();
   font_->SetName(f.lfFaceName);
   font_->SetHeight(f.lfHeight);
-  font_->SetCharset(f.lfCharSet);
+  // The charset stays DEFAULT_CHARSET, as the message font's (see MessageFont).
   font_->SetOnChange({this, &TControl::FontChanged});
 }
 

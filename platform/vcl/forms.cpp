@@ -68,6 +68,13 @@ void TCustomForm::Loaded() {
 void TCustomForm::ReadDesign() {
   if (!Classes::InitInheritedComponent(this, TCustomForm::StaticClass()))
     throw Classes::EResNotFound("Resource " + AnsiString(ClassName()) + " not found");
+  DoCreate();
+}
+
+void TCustomForm::DoCreate() {
+  if (created_) return;
+  created_ = true;
+  onCreate_(this);
 }
 
 TCustomForm::~TCustomForm() {

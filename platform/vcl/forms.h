@@ -119,8 +119,9 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   TCloseQueryEvent GetOnCloseQuery() const { return onCloseQuery_; }
   void SetOnCloseQuery(TCloseQueryEvent value) { onCloseQuery_ = value; }
 
-  /// Runs OnCreate; the application's CreateForm calls it once the form is made.
-  void DoCreate() { onCreate_(this); }
+  /// Runs OnCreate, once in a form's life: a form with a design when its
+  /// design is read, the application's CreateForm once it made the form.
+  void DoCreate();
   /// Asks OnCloseQuery whether the form may close.
   virtual bool CloseQuery();
 
@@ -135,7 +136,8 @@ class VCL_API TCustomForm : public Controls::TWinControl {
   void Loaded() override;
   /// For the constructor of a form class with a design: reads the design
   /// from the resource named after the class, in the module that holds the
-  /// class, making the controls and binding fields and events. Raises
+  /// class, making the controls and binding fields and events, then runs
+  /// OnCreate. Raises
   /// EResNotFound "Resource <class> not found" when there is none.
   void ReadDesign();
   bool WantsKeyPreview() const override { return keyPreview_; }
@@ -153,6 +155,7 @@ class VCL_API TCustomForm : public Controls::TWinControl {
 
   TModalResult modalResult_ = Controls::mrNone;
   bool modal_ = false;
+  bool created_ = false;
   bool placed_ = false;
   bool keyPreview_ = false;
   bool scaled_ = true;

@@ -159,12 +159,19 @@ class TMemoLines : public Classes::TStrings {
   }
 
  private:
+  // The text's lines, one more than its line breaks (CR LF, LF or CR), so
+  // that an empty last line (as Join writes it) stays a line.
   std::vector<std::string> Split() const {
-    Classes::TStringList lines;
-    lines.SetText(memo_->GetText());
+    const std::string text = memo_->GetText().str();
     std::vector<std::string> out;
-    for (int i = 0; i < lines.GetCount(); ++i) out.push_back(lines.Get(i).str());
-    return out;
+    if (text.empty()) return out;
+    std::string::size_type begin = 0;
+    for (;;) {
+      const std::string::size_type end = text.find_first_of("\r\n", begin);
+      out.push_back(text.substr(begin, end == std::string::npos ? std::string::npos : end - begin));
+      if (end == std::string::npos) return out;
+      begin = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+    }
   }
   void Join(const std::vector<std::string>& lines) {
     std::string text;
@@ -175,6 +182,12 @@ class TMemoLines : public Classes::TStrings {
 };
 
 }  // namespace
+
+void TCustomMemo::SetText(const AnsiString& value) {
+  const bool changed = GetText() != value;
+  TCustomEdit::SetText(value);
+  if (changed) GetOnChange()(this);
+}
 
 TCustomMemo::TCustomMemo(Classes::TComponent* owner) : TCustomEdit(owner), lines_(std::make_unique<TMemoLines>(this)) {
   SetBounds(0, 0, 185, 89);

@@ -92,6 +92,9 @@ class VCL_API TCustomMemo : public TCustomEdit {
   void SetWordWrap(bool value);
 
   void WndProc(Controls::TMessage& message) override;
+  /// Runs OnChange when the text changes: the window tells of typing, not of
+  /// a text set as a whole (lines added, assigned or cleared).
+  void SetText(const AnsiString& value) override;
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;

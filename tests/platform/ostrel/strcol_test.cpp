@@ -14,7 +14,8 @@ TEST(StrGetCol, ColumnsSplitAtEverySeparator) {
   // text, separators, the columns joined by '|'
   // clang-format off
   const char* const cases[][3] = {{"a,b,c", ",", "a|b|c"}, {"a,,b", ",", "a||b"}, {",a", ",", "|a"}, {"a,", ",", "a|"},
-      {"abc", ",", "abc"}, {"a;b,c d", ",; ", "a|b|c|d"}, {"one\r\ntwo", "\n\r", "one||two"}, {"a,b", "", "a,b"},
+      {"abc", ",", "abc"}, {"a;b,c d", ",; ", "a|b|c|d"}, {"a,b", "", "a,b"},
+      {"one\r\ntwo\n\nthree\n\rfour\r", "\n\r", "one|two||three||four|"}, {"a\r\nb", "\r", "a|\nb"},
       {"a,b", nullptr, "a,b"}, {"", ",", ""}, {nullptr, ",", ""}};
   // clang-format on
   for (const auto& [text, seps, expected] : cases) {

@@ -1,7 +1,6 @@
 #pragma once
 // Drives the directory dialog as a user would, from a script of steps run
-// by a thread timer inside the dialog's modal loop, with a bound: a script
-// that goes wrong closes what is open.
+// by the loop driver inside the dialog's modal loop.
 #include <windows.h>
 
 #include <functional>
@@ -12,17 +11,16 @@
 #include "platform/vcl/forms.h"
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_lists.h"
+#include "tests/platform/vcl/loop_driver.h"
 
 namespace select_dir_driver {
 
 using System::AnsiString;
 
-using Step = std::function<bool()>;  // true when done, false to wait a tick
-
-inline std::vector<Step> script;
-inline size_t next = 0;
-inline int ticks = 0;
-inline bool timedOut = false;
+using loop_driver::MessageBoxWindow;
+using loop_driver::next;
+using loop_driver::Step;
+using loop_driver::timedOut;
 
 inline Forms::TCustomForm* Dialog() {
   for (int i = 0; i < Forms::Screen->GetFormCount(); ++i) {
@@ -31,21 +29,6 @@ inline Forms::TCustomForm* Dialog() {
       return f;
   }
   return nullptr;
-}
-
-inline HWND MessageBoxWindow() {
-  HWND found = nullptr;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND w, LPARAM out) {
-        char cls[16] = {};
-        GetClassNameA(w, cls, sizeof cls);
-        if (std::string(cls) != "#32770" || !IsWindowVisible(w)) return TRUE;
-        *reinterpret_cast<HWND*>(out) = w;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&found));
-  return found;
 }
 
 template <class C>
@@ -57,16 +40,6 @@ inline C* Part(const char* name) {
 inline std::string EditText() {
   auto* edit = Part<Stdctrls::TEdit>("DirEdit");
   return edit ? edit->GetText().c_str() : "";
-}
-
-inline void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-  if (++ticks > 300) {  // about ten seconds: give up and close whatever is open
-    timedOut = true;
-    if (HWND box = MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
-    if (auto* cancel = Part<Controls::TWinControl>("CancelButton")) PostMessageA(cancel->GetHandle(), BM_CLICK, 0, 0);
-    return;
-  }
-  if (next < script.size() && script[next]()) ++next;
 }
 
 // Steps.
@@ -111,16 +84,13 @@ inline Step Answer(int button) {
   };
 }
 
-// Runs call (which opens the dialog) with a script; call's result.
+// Runs call (which opens the dialog) with a script; call's result. A script
+// that goes wrong closes what is open.
 inline bool RunScript(std::vector<Step> steps, const std::function<bool()>& call) {
-  script = std::move(steps);
-  next = 0;
-  ticks = 0;
-  timedOut = false;
-  const UINT_PTR timer = SetTimer(nullptr, 0, 30, &Tick);
-  const bool result = call();
-  KillTimer(nullptr, timer);
-  return result;
+  return loop_driver::Drive(std::move(steps), [] {
+    if (HWND box = MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
+    if (auto* cancel = Part<Controls::TWinControl>("CancelButton")) PostMessageA(cancel->GetHandle(), BM_CLICK, 0, 0);
+  }, call);
 }
 
 }  // namespace select_dir_driver

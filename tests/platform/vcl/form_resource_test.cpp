@@ -89,7 +89,7 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   EXPECT_EQ(1, SendMessageA(form.KindCombo->GetHandle(), CB_GETCURSEL, 0, 0));
   EXPECT_EQ(2, SendMessageA(form.KindCombo->GetHandle(), CB_GETCOUNT, 0, 0));
 
-  // Events are the form's own methods.
+  // Events are the form's own methods; OnCreate ran once the design was read.
   form.DoCreate();
   SendMessageA(form.OkButton->GetHandle(), BM_CLICK, 0, 0);
   EXPECT_EQ(1, form.created);

@@ -99,13 +99,21 @@ TEST(TCustomMemo, LinesAreTheWindowsText) {
   EXPECT_EQ("y", std::string(memo->GetLines()->Get(1).c_str()));
   memo->GetLines()->Insert(1, "mid");
   memo->GetLines()->Delete(0);
+  struct Changes {
+    int count = 0;
+    void Changed(System::TObject*) { ++count; }
+  } changes;
+  memo->SetOnChange({&changes, &Changes::Changed});
+  memo->GetLines()->Add("");  // an empty line, last for a while, is kept
   memo->GetLines()->Add("end");
-  EXPECT_EQ("mid\r\ny\r\nend", WindowText(w));
+  EXPECT_EQ("mid\r\ny\r\n\r\nend", WindowText(w));
+  EXPECT_EQ(4, memo->GetLines()->GetCount());
+  EXPECT_EQ(2, changes.count) << "each line added changes the text";
   try {
-    memo->GetLines()->Get(3);
-    ADD_FAILURE() << "line 3 was read";
+    memo->GetLines()->Get(4);
+    ADD_FAILURE() << "line 4 was read";
   } catch (const Classes::EStringListError& e) {
-    EXPECT_EQ("List index out of bounds (3)", std::string(e.Message.c_str()));
+    EXPECT_EQ("List index out of bounds (4)", std::string(e.Message.c_str()));
   }
 }
 
