@@ -13,34 +13,20 @@ enum : int { kUnsupportedAccept = 1001, kSupportedOnly = 1002, kUnsupportedClass
 
 }  // namespace
 
-// Hears when the control a field holds is freed.
-class HControlFieldWatch : public Classes::TComponent {
- public:
-  explicit HControlFieldWatch(HControlField* field) : TComponent(nullptr), field_(field) {}
-
- protected:
-  // Deliberately forgets a freed control, the safe choice: Control never dangles.
-  void Notification(Classes::TComponent* component, Classes::TOperation operation) override {
-    TComponent::Notification(component, operation);
-    if (operation != Classes::opRemove || component != field_->control_) return;
-    field_->control_ = nullptr;
-    field_->hooked_ = field_->tracksText_ = field_->modified_ = false;
-  }
-
- private:
-  HControlField* field_;
-};
-
 HControlField::HControlField()
     : supportedTypes_(
           "TCustomLabel;TCustomEdit;TCustomComboBox;TCustomListBox;TCustomMemo;TButtonControl;TSpeedButton;TMenu;"
           "TScrollBar;TTrackBar;TProgressBar;TCustomUpDown"),
-      watch_(new HControlFieldWatch(this)) {}
+      // Deliberately forgets a freed control, the safe choice: Control never dangles.
+      watch_(std::make_unique<HFreeWatch>([this](Classes::TComponent* component) {
+        if (component != control_) return;
+        control_ = nullptr;
+        hooked_ = tracksText_ = modified_ = false;
+      })) {}
 
 // Deliberately unhooks a bound control, the safe choice: no handler is left pointing to a freed field.
 HControlField::~HControlField() {
   if (hooked_) Hook(false);
-  delete watch_;
 }
 
 template <class T>
@@ -109,8 +95,8 @@ void HControlField::SetControl(Classes::TComponent* control) {
 }
 
 void HControlField::Watch(Classes::TComponent* control) {
-  if (control_) control_->RemoveFreeNotification(watch_);
-  control->FreeNotification(watch_);
+  watch_->Unwatch(control_);
+  watch_->Watch(control);
 }
 
 bool HControlField::DoTextProcessed(Classes::TComponent*) {

@@ -2,6 +2,8 @@
 /// \file
 /// Unit H_cfield: one set of properties over many kinds of control, and an
 /// edit-and-confirm protocol for the controls that take typed text.
+#include <memory>
+
 #include "platform/vcl/buttons.h"
 #include "platform/vcl/com_ranges.h"
 #include "platform/vcl/menus.h"
@@ -9,9 +11,9 @@
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_label.h"
 #include "platform/vcl/std_lists.h"
+#include "velkin/controls/h_freewatch.h"
 #include "velkin/velkin_api.h"
 
-class HControlFieldWatch;
 
 /// A field bound to one control at a time. Text, Hint, Position, Max, Min,
 /// Checked, Down, Strings, ItemIndex, Enabled and Visible are translated to
@@ -183,7 +185,6 @@ class VELKIN_API HControlField : public System::TObject {
   virtual void CFDoSetVisible(const bool& value);
 
  private:
-  friend class HControlFieldWatch;
   template <class T>
   T* As() const;
   Controls::TControl* TextControl() const;
@@ -198,7 +199,7 @@ class VELKIN_API HControlField : public System::TObject {
   bool hooked_ = false;
   Classes::TComponent* control_ = nullptr;
   System::AnsiString accept_;
-  HControlFieldWatch* watch_;
+  std::unique_ptr<HFreeWatch> watch_;
   TControlChangeEvent onControlChange_;
   System::TNotifyEvent onClick_;
   System::TNotifyEvent onChange_;
