@@ -335,11 +335,10 @@ bool Prepare(OwnedFont& font, void* owner, const char* text, std::string& captio
 }
 
 LRESULT CALLBACK IconPainter(HWND window, UINT message, WPARAM, LPARAM) {
+  // Every message ends here: the static's own procedure is not called.
   if (message == WM_PAINT) {
-    PAINTSTRUCT paint;
-    HDC dc = BeginPaint(window, &paint);
-    DrawIcon(dc, 0, 0, state.icon);
-    EndPaint(window, &paint);
+    const OwnedPaintDC paint(window);
+    DrawIcon(paint.get(), 0, 0, state.icon);
   }
   return 0;
 }
@@ -422,7 +421,7 @@ int XMessageBox(void* owner, const char* text, const char* caption, unsigned sty
   // The font goes on every path, the system message box's included.
   if (!Prepare(font, owner, text, title, style, helpContext, dialog))
     return MessageBoxA(state.owner, text, title.c_str(), style);
-  if (!(style & XMB_NOSOUND)) MessageBeep(style & MB_ICONMASK);
+  if (!(style & XMB_NOSOUND)) (seams.Beep ? seams.Beep : &MessageBeep)(style & MB_ICONMASK);
 
   const int size = dialog.Size(title);
   const auto alloc = seams.Alloc ? seams.Alloc : &LocalAlloc;

@@ -13,6 +13,7 @@
 struct XMessageBoxSeams {
   HLOCAL(WINAPI* Alloc)(UINT flags, SIZE_T bytes) = nullptr;  ///< the template's memory
   BOOL(WINAPI* Help)(HWND window, LPCSTR file, UINT command, ULONG_PTR data) = nullptr;  ///< the Help button
+  BOOL(WINAPI* Beep)(UINT type) = nullptr;  ///< the sound made as the box comes
 };
 
 /// Replaces the seams for the calls that follow (all null: the system's own).

@@ -5,7 +5,9 @@
 // or the time is over, whatever is open is closed so that the call returns.
 #include <windows.h>
 
+#include <atomic>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <thread>
 #include <vector>
@@ -78,6 +80,10 @@ class Watcher {
       : Watcher(IsDialogBox, std::move(act), timeoutMs) {}
   ~Watcher() { Join(); }
 
+  // Ends the wait for a window that is not coming (the call returned
+  // without showing one); Join then says false and Found() false.
+  void Stop() { stop_ = true; }
+
   // Waits for the watcher; true when it found the window and its act succeeded.
   bool Join() {
     if (worker_.joinable()) worker_.join();
@@ -87,7 +93,7 @@ class Watcher {
 
   // Waits (bounded) for the window matching filter in the constructing thread.
   HWND WaitFor(const std::function<bool(HWND)>& filter) const {
-    for (DWORD waited = 0; waited < timeoutMs_; waited += 10) {
+    for (DWORD waited = 0; waited < timeoutMs_ && !stop_; waited += 10) {
       std::vector<HWND> found = Windows(thread_, filter);
       if (!found.empty()) return found.front();
       Sleep(10);
@@ -102,7 +108,7 @@ class Watcher {
     HWND window = WaitFor(filter_);
     found_ = window != nullptr;
     done_ = found_ && act_(window);
-    if (!done_) CloseAll();
+    if (!done_ && !stop_) CloseAll();
   }
 
   // Ends every dialog still shown by the thread: Escape for forms and boxes
@@ -124,7 +130,50 @@ class Watcher {
   std::function<bool(HWND)> act_;
   DWORD timeoutMs_;
   bool found_ = false, done_ = false;
+  std::atomic<bool> stop_ = false;
   std::thread worker_;
 };
+
+}  // namespace dialog_watcher
+
+namespace dialog_watcher {
+
+// Real keyboard input: keys down in order, then up in reverse (a chord such
+// as Ctrl+Enter), to whichever window has the focus.
+inline void Keys(std::initializer_list<WORD> keys) {
+  std::vector<INPUT> input;
+  for (WORD k : keys) {
+    INPUT i{};
+    i.type = INPUT_KEYBOARD;
+    i.ki.wVk = k;
+    input.push_back(i);
+  }
+  for (auto k = keys.end(); k != keys.begin();) {
+    INPUT i{};
+    i.type = INPUT_KEYBOARD;
+    i.ki.wVk = *--k;
+    i.ki.dwFlags = KEYEVENTF_KEYUP;
+    input.push_back(i);
+  }
+  SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
+}
+
+// Types text as keystrokes to the focused window (letters, digits, spaces).
+inline void Type(const std::string& text) {
+  for (char c : text) {
+    const SHORT key = VkKeyScanA(c);
+    if (HIBYTE(key) & 1)
+      Keys({VK_SHIFT, static_cast<WORD>(LOBYTE(key))});
+    else
+      Keys({static_cast<WORD>(LOBYTE(key))});
+  }
+}
+
+// Waits (bounded) until done() holds; whether it did.
+inline bool Until(const std::function<bool()>& done, DWORD ms = 5000) {
+  for (DWORD waited = 0; waited < ms; waited += 10, Sleep(10))
+    if (done()) return true;
+  return false;
+}
 
 }  // namespace dialog_watcher

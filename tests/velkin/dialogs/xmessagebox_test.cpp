@@ -233,6 +233,11 @@ BOOL WINAPI RecordHelp(HWND, LPCSTR file, UINT command, ULONG_PTR data) {
   return TRUE;
 }
 HLOCAL WINAPI NoMemory(UINT, SIZE_T) { return nullptr; }
+std::vector<UINT> beeps;
+BOOL WINAPI RecordBeep(UINT type) {
+  beeps.push_back(type);
+  return TRUE;
+}
 
 std::string Executable() {
   char path[MAX_PATH] = {};
@@ -272,8 +277,10 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
     helpCall = {};
+    beeps.clear();
     XMessageBoxSeams seams;
     seams.Help = &RecordHelp;
+    seams.Beep = &RecordBeep;
     XMessageBoxSetSeams(seams);
     std::wstring caption, text;
     std::vector<Button> buttons;
@@ -306,6 +313,7 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
     EXPECT_TRUE(watcher.Join()) << "the box was not found";
     XMessageBoxSetSeams({});
     EXPECT_EQ(row.result, result);
+    EXPECT_EQ(std::vector<UINT>{row.style & MB_ICONMASK}, beeps) << "the icon's sound";
     EXPECT_TRUE(stayed) << "the box closed on a key or command it ignores";
     const std::string title = row.caption && *row.caption ? row.caption : Executable();
     EXPECT_EQ(std::wstring(title.begin(), title.end()), caption);
@@ -434,9 +442,15 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
         Click(w, row.texts.front().first);
         return true;
       });
+      beeps.clear();
+      XMessageBoxSeams seams;
+      seams.Beep = &RecordBeep;
+      XMessageBoxSetSeams(seams);
       XMessageBox(nullptr, "A message of two lines\nthat the box must show whole.", "Fit",
                   row.style | XMB_NOSOUND | (builtIn ? XMB_NORESOURCE : 0), 0);
+      XMessageBoxSetSeams({});
       ASSERT_TRUE(watcher.Join());
+      EXPECT_TRUE(beeps.empty()) << "silent";
       std::vector<RECT> buttons;
       for (const Shown& s : shown) {
         SCOPED_TRACE("control " + std::to_string(s.id));

@@ -1,0 +1,126 @@
+// The one-call questions driven as a user answers them: what is shown, what
+// comes back, what is remembered, and that a silenced question shows nothing.
+#include "velkin/dialogs/ask.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "platform/vcl/application.h"
+#include "tests/velkin/dialogs/dialog_watcher.h"
+#include "tests/velkin/resources/string_texts.h"
+#include "velkin/dialogs/xmessagebox.h"
+
+namespace {
+
+using namespace dialog_watcher;
+
+struct Seen {
+  bool shown = false, check = false;
+  std::wstring caption, text;
+  HWND owner = nullptr;
+  int icon = 0;  // 0 none
+};
+
+// Runs ask while a watcher answers: ticks the box first when tick, then
+// presses press (0: Escape, then the first button when the box stays).
+Seen Answer(const std::function<void()>& ask, bool tick, int press) {
+  Seen seen;
+  Watcher watcher([&](HWND w) {
+    seen.shown = true;
+    seen.caption = Text(w);
+    seen.text = Text(GetDlgItem(w, 1001));
+    seen.check = GetDlgItem(w, 5555) != nullptr;
+    seen.owner = GetWindow(w, GW_OWNER);
+    if (tick) Click(w, 5555);
+    if (press) {
+      Click(w, press);
+    } else {
+      Key(GetWindowThreadProcessId(w, nullptr), VK_ESCAPE);
+    }
+    return true;
+  });
+  ask();
+  watcher.Stop();
+  watcher.Join();
+  return seen;
+}
+
+TEST(Ask, AnswersAndWhatIsRemembered) {
+  Forms::Application->Initialize();
+  const std::wstring attention = string_texts::Shown(1030), question = string_texts::Shown(1031);
+  struct Row {
+    const char* what;
+    std::function<int(bool*, int*)> ask;
+    bool flag;  // the remembered flag before (AskMessage, AskYesNo)
+    int answer; // the remembered answer before (AskYesNoCancel)
+    bool tick;
+    int press;
+    int result;
+    bool flagAfter;
+    int answerAfter;
+    bool shown, check;
+    const std::wstring* caption;
+  };
+  const Row rows[] = {
+      {"notice without a flag: no check box",
+       [](bool*, int*) { return AskMessage(nullptr, "Saved."), 0; }, true, 0, false, IDOK, 0, true, 0, true, false,
+       &attention},
+      {"notice ticked: silenced", [](bool* f, int*) { return AskMessage(nullptr, "Saved.", f), 0; }, true, 0, true,
+       IDOK, 0, false, 0, true, true, &attention},
+      {"silenced notice shows nothing", [](bool* f, int*) { return AskMessage(nullptr, "Saved.", f), 0; }, false, 0,
+       false, 0, 0, false, 0, false, false, nullptr},
+      {"No, ticked: false, never remembered", [](bool* f, int*) { return int(AskYesNo(nullptr, "Go?", f)); }, true, 0,
+       true, IDNO, 0, true, 0, true, true, &question},
+      {"Yes, ticked: true, remembered", [](bool* f, int*) { return int(AskYesNo(nullptr, "Go?", f)); }, true, 0, true,
+       IDYES, 1, false, 0, true, true, &question},
+      {"silenced question answers Yes", [](bool* f, int*) { return int(AskYesNo(nullptr, "Go?", f)); }, false, 0, false,
+       0, 1, false, 0, false, false, nullptr},
+      {"yes/no/cancel remembered No", [](bool*, int* a) { return AskYesNoCancel(nullptr, "Keep?", a); }, true, IDNO,
+       false, 0, IDNO, true, IDNO, false, false, nullptr},
+      {"yes/no/cancel at 0 asks; No ticked is stored",
+       [](bool*, int* a) { return AskYesNoCancel(nullptr, a, "Keep %d files?", 3); }, true, 0, true, IDNO, IDNO, true,
+       IDNO, true, true, &question},
+      {"Escape cancels and stores nothing", [](bool*, int* a) { return AskYesNoCancel(nullptr, "Keep?", a); }, true, 0,
+       true, 0, IDCANCEL, true, 0, true, true, &question},
+      {"Yes unticked is not stored", [](bool*, int* a) { return AskYesNoCancel(nullptr, "Keep?", a); }, true, 5, false,
+       IDYES, IDYES, true, 5, true, true, &question},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.what);
+    bool flag = r.flag;
+    int answer = r.answer, result = -99;
+    const Seen seen = Answer([&] { result = r.ask(&flag, &answer); }, r.tick, r.press);
+    EXPECT_EQ(r.result, result);
+    EXPECT_EQ(r.flagAfter, flag);
+    EXPECT_EQ(r.answerAfter, answer);
+    EXPECT_EQ(r.shown, seen.shown);
+    EXPECT_EQ(r.check, seen.check);
+    if (r.caption) {
+      EXPECT_EQ(*r.caption, seen.caption);
+    }
+  }
+  const Seen formatted = Answer([] { AskYesNo(nullptr, nullptr, "Delete %d of %s?", 3, "7"); }, false, IDNO);
+  EXPECT_EQ(L"Delete 3 of 7?", formatted.text);
+}
+
+TEST(Ask, ANullOwnerIsTheMainForm) {
+  Forms::Application->Initialize();
+  Forms::TForm* main = nullptr;
+  Forms::Application->CreateForm(main);
+  main->Show();
+  const Seen seen = Answer([] { AskMessage(nullptr, "Hello"); }, false, IDOK);
+  EXPECT_EQ(main->GetHandle(), seen.owner);
+  main->Hide();
+}
+
+TEST(HMessage, ANameHasOneNumber) {
+  const HMessage a("VelkinTestMessage"), b("VelkinTestMessage"), c("VelkinOtherMessage");
+  EXPECT_EQ(a.GetNumber(), b.GetNumber());
+  EXPECT_NE(a.GetNumber(), c.GetNumber());
+  EXPECT_GE(a.GetNumber(), 0xC000u);
+}
+
+}  // namespace

@@ -1,0 +1,102 @@
+// The input dialog driven as a user would: the prompt and value shown, text
+// typed, confirmed with Enter or OK, dismissed with Escape or Close.
+#include "velkin/dialogs/hinput.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "platform/vcl/application.h"
+#include "tests/velkin/dialogs/dialog_watcher.h"
+#include "tests/velkin/dialogs/text_fit.h"
+
+namespace {
+
+using namespace dialog_watcher;
+
+THInputForm* Open(HWND w) { return dynamic_cast<THInputForm*>(Controls::TWinControl::FindControl(w)); }
+bool IsInputForm(HWND w) { return Open(w) != nullptr; }
+
+TEST(HIputDialog, AsAUserAnswersIt) {
+  Forms::Application->Initialize();
+  enum Finish { Enter, OkButton, Escape, CloseButton };
+  const struct {
+    const char* what;
+    const char* typed;  // null: typing nothing
+    Finish finish;
+    bool result;
+    const char* value;
+  } rows[] = {
+      {"typed and Enter", "report 2", Enter, true, "report 2"},
+      {"kept and OK", nullptr, OkButton, true, "draft"},
+      {"typed and Escape", "lost", Escape, false, "draft"},
+      {"typed and Close", "lost", CloseButton, false, "draft"},
+  };
+  for (const auto& r : rows) {
+    SCOPED_TRACE(r.what);
+    std::wstring caption, edit;
+    std::string prompt;
+    bool focused = false;
+    std::vector<std::string> clipped;
+    Watcher watcher(IsInputForm, [&](HWND w) {
+      THInputForm* form = Open(w);
+      caption = Text(w);
+      prompt = form->txtName->GetText().c_str();
+      edit = Text(form->txtText->GetHandle());
+      GUITHREADINFO info{};
+      info.cbSize = sizeof info;
+      GetGUIThreadInfo(GetWindowThreadProcessId(w, nullptr), &info);
+      focused = info.hwndFocus == form->txtText->GetHandle();
+      clipped = text_fit::Clipped(form);
+      if (r.typed) {
+        PostMessageA(form->txtText->GetHandle(), EM_SETSEL, 0, -1);
+        Type(r.typed);
+        if (!Until([&] { return Text(form->txtText->GetHandle()) == std::wstring(r.typed, r.typed + strlen(r.typed)); }))
+          return false;
+      }
+      switch (r.finish) {
+        case Enter: Keys({VK_RETURN}); break;
+        case Escape: Keys({VK_ESCAPE}); break;
+        case OkButton: PostMessageA(form->Button2->GetHandle(), BM_CLICK, 0, 0); break;
+        case CloseButton: PostMessageA(form->Button1->GetHandle(), BM_CLICK, 0, 0); break;
+      }
+      return true;
+    });
+    System::AnsiString value = "draft";
+    const bool result = HIputDialog(nullptr, "Rename", "New name:", value);
+    EXPECT_TRUE(watcher.Join());
+    EXPECT_EQ(r.result, result);
+    EXPECT_EQ(std::string(r.value), value.c_str());
+    EXPECT_EQ(L"Rename", caption);
+    EXPECT_EQ("New name:", prompt);
+    EXPECT_EQ(L"draft", edit);
+    EXPECT_TRUE(focused) << "the edit has the focus";
+    for (const std::string& c : clipped) ADD_FAILURE() << c;
+  }
+}
+
+// The designed dialog in the language and at the density of the screen.
+TEST(HIputDialog, TheDesignedDialog) {
+  Forms::Application->Initialize();
+  THInputForm form(nullptr);
+  form.Show();
+  EXPECT_EQ(Forms::bsDialog, form.GetBorderStyle());
+  EXPECT_FALSE(GetWindowLongA(form.GetHandle(), GWL_STYLE) & WS_SYSMENU) << "no border icons";
+  char close[32] = {};
+  GetWindowTextA(form.Button1->GetHandle(), close, sizeof close);
+  EXPECT_EQ("\xC7\xE0\xEA\xF0\xFB\xF2\xFC", std::string(close)) << "Russian in code page 1251, byte for byte";
+  if (GetACP() == 1251) {
+    EXPECT_EQ(L"\u0417\u0430\u043a\u0440\u044b\u0442\u044c", Text(form.Button1->GetHandle()));
+  }
+  EXPECT_TRUE(GetWindowLongA(form.Button2->GetHandle(), GWL_STYLE) & BS_DEFPUSHBUTTON);
+  // OK left of Close, in proportion to the design (85 wide, 5 apart).
+  RECT ok = RectIn(form.Button2->GetHandle()), cancel = RectIn(form.Button1->GetHandle());
+  const double scale = (ok.right - ok.left) / 85.0;
+  EXPECT_LT(ok.right, cancel.left);
+  EXPECT_NEAR(5 * scale, cancel.left - ok.right, 2);
+  for (const std::string& c : text_fit::Clipped(&form)) ADD_FAILURE() << c;
+  form.Hide();
+}
+
+}  // namespace

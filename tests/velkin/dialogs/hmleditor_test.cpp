@@ -1,0 +1,141 @@
+// The text editor driven as a user would: lines shown and counted, typed,
+// confirmed with Ctrl+Enter or OK, dismissed with Escape; what comes back.
+#include "velkin/dialogs/hmleditor.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+
+#include "platform/vcl/application.h"
+#include "platform/vcl/string_list.h"
+#include "tests/velkin/dialogs/dialog_watcher.h"
+#include "tests/velkin/dialogs/text_fit.h"
+
+namespace {
+
+using namespace dialog_watcher;
+
+THMultilineEditorForm* Open(HWND w) {
+  return dynamic_cast<THMultilineEditorForm*>(Controls::TWinControl::FindControl(w));
+}
+bool IsEditor(HWND w) { return Open(w) != nullptr; }
+
+// "Characters: %4d Lines: %3d" as the form shows it (code page 1251).
+std::string Counter(int characters, int lines) {
+  char text[64];
+  snprintf(text, sizeof text, "\xD1\xE8\xEC\xE2\xEE\xEB\xEE\xE2: %4d \xD1\xF2\xF0\xEE\xEA: %3d", characters, lines);
+  return text;
+}
+
+struct Seen {
+  std::wstring caption;
+  int lines = -1;
+  LRESULT limit = 0;
+  std::string counter, counterAfter;
+  std::vector<std::string> clipped;
+  RECT ok{}, close{};
+};
+
+// Opens the editor through open while a watcher reads it, types typed at the
+// start of the memo (Enter as "\n"), and finishes with finish.
+enum Finish { CtrlEnter, OkButton, Escape };
+Seen Drive(const std::function<bool()>& open, const std::string& typed, Finish finish, bool& result) {
+  Seen seen;
+  Watcher watcher(IsEditor, [&](HWND w) {
+    THMultilineEditorForm* form = Open(w);
+    HWND memo = form->Memo->GetHandle();
+    seen.caption = Text(w);
+    seen.lines = static_cast<int>(SendMessageA(memo, EM_GETLINECOUNT, 0, 0));
+    seen.limit = SendMessageA(memo, EM_GETLIMITTEXT, 0, 0);
+    seen.counter = form->txtLines->GetText().c_str();
+    seen.clipped = text_fit::Clipped(form);
+    seen.ok = RectIn(form->NvOS8PushButton1->GetHandle());
+    seen.close = RectIn(form->NvOS8PushButton2->GetHandle());
+    const int length = GetWindowTextLengthA(memo);
+    for (char c : typed) {
+      if (c == '\n')
+        Keys({VK_RETURN});
+      else
+        Type(std::string(1, c));
+    }
+    if (!Until([&] { return GetWindowTextLengthA(memo) == length + static_cast<int>(typed.size()) +
+                                                             static_cast<int>(std::count(typed.begin(), typed.end(), '\n')); }))
+      return false;
+    seen.counterAfter = form->txtLines->GetText().c_str();
+    switch (finish) {
+      case CtrlEnter: Keys({VK_CONTROL, VK_RETURN}); break;
+      case Escape: Keys({VK_ESCAPE}); break;
+      case OkButton: PostMessageA(form->NvOS8PushButton1->GetHandle(), BM_CLICK, 0, 0); break;
+    }
+    return true;
+  });
+  result = open();
+  EXPECT_TRUE(watcher.Join());
+  return seen;
+}
+
+TEST(HTextEditor, TextInAndOut) {
+  Forms::Application->Initialize();
+  const std::wstring designed = L"\u0420\u0435\u0434\u0430\u043a\u0442\u043e\u0440";
+  const struct {
+    const char* what;
+    const char* text;
+    const char* caption;
+    int maxLength;
+    const char* typed;
+    Finish finish;
+    bool result;
+    const char* after;
+    int lines;
+    int characters;  // what the counter shows at first
+  } rows[] = {
+      {"lines back as they came, an empty one too", "first\n\nthird", "Notes", -1, "", CtrlEnter, true,
+       "first\n\nthird", 3, 14},
+      {"CR LF comes back as LF", "a\r\nb\r\nc", nullptr, 100, "", OkButton, true, "a\nb\nc", 3, 7},
+      {"Enter is a line break in the memo", "end", "", -1, "x\n", CtrlEnter, true, "x\nend", 1, 3},
+      {"Escape leaves the text alone", "keep", "Notes", 10, "zz", Escape, false, "keep", 1, 4},
+  };
+  for (const auto& r : rows) {
+    SCOPED_TRACE(r.what);
+    System::AnsiString text = r.text;
+    bool result = false;
+    const Seen seen = Drive([&] { return HTextEditor(text, r.caption, r.maxLength); }, r.typed, r.finish, result);
+    EXPECT_EQ(r.result, result);
+    EXPECT_EQ(std::string(r.after), text.c_str());
+    EXPECT_EQ(r.lines, seen.lines);
+    EXPECT_EQ(Counter(r.characters, r.lines), seen.counter);
+    if (*r.typed) {
+      EXPECT_NE(seen.counter, seen.counterAfter) << "the counter follows typing";
+    }
+    EXPECT_EQ(r.caption && *r.caption ? std::wstring(r.caption, r.caption + strlen(r.caption)) : designed,
+              GetACP() == 1251 || (r.caption && *r.caption) ? seen.caption : designed);
+    if (r.maxLength >= 0) {
+      EXPECT_EQ(r.maxLength, seen.limit);
+    } else {
+      EXPECT_GT(seen.limit, 60000) << "no limit";
+    }
+    for (const std::string& c : seen.clipped) ADD_FAILURE() << c;
+    // Close left of OK, in proportion to the design (94 wide, 8 apart).
+    EXPECT_LT(seen.close.right, seen.ok.left);
+    EXPECT_NEAR(8.0 * (seen.ok.right - seen.ok.left) / 94, seen.ok.left - seen.close.right, 2);
+  }
+}
+
+TEST(HTextEditor, ListInAndOut) {
+  Forms::Application->Initialize();
+  Classes::TStringList list;
+  list.Add("one");
+  list.Add("two");
+  bool result = false;
+  const Seen seen = Drive([&] { return HTextEditor(&list, "List", -1); }, "zero\n", OkButton, result);
+  EXPECT_TRUE(result);
+  EXPECT_EQ(2, seen.lines);
+  ASSERT_EQ(3, list.GetCount());
+  EXPECT_EQ("zero", std::string(list.Get(0).c_str()));
+  EXPECT_EQ("two", std::string(list.Get(2).c_str()));
+  EXPECT_FALSE(HTextEditor(static_cast<Classes::TStrings*>(nullptr), "List", -1));
+}
+
+}  // namespace
