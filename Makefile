@@ -15,10 +15,17 @@ build: configure
 	@cmake --build --preset $(PRESET)
 
 # Builds and runs the gallery host: loads velkin.dll as a package and shows it working.
+# The dialogs are captured first in Russian and French and on a 144-DPI screen
+# (a prefix of its own), so that the full run puts them beside the English ones.
+DENSE := $(CURDIR)/tools/winerun --state $(CURDIR)/$(BUILD)/wine144
 demo: configure
 	@cmake --build --preset $(PRESET) --target gallery gallery_pictures
 	@$(RUN) --prepare
-	@cd $(BUILD)/bin && $(RUN) gallery.exe; rc=$$?; $(RUN) --shutdown; exit $$rc
+	@$(DENSE) reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d 144 /f >/dev/null 2>&1
+	@cd $(BUILD)/bin && for locale in ru_RU fr_FR; do \
+	  LC_ALL=$$locale.UTF-8 $(RUN) gallery.exe --dialogs-only >/dev/null || echo "gallery: dialogs in $$locale failed"; done; \
+	  $(DENSE) gallery.exe --dialogs-only >/dev/null || echo "gallery: dialogs at 144 DPI failed"; \
+	  $(RUN) gallery.exe; rc=$$?; $(RUN) --shutdown; $(DENSE) --shutdown; exit $$rc
 
 # Builds and runs every test; the last lines are CTest's summary.
 # The Wine prefix is made first (once, ~20 s): CTest lists each program's cases

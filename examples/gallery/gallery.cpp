@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "examples/gallery/picture_steps.h"
 #include "examples/gallery/showcase.h"
 #include "platform/ostrel/filelog.h"
 #include "platform/ostrel/oslib.h"
@@ -35,12 +36,13 @@ class PackageSession {
   ShowcaseContext context_;
 };
 
-constexpr char kUsage[] = "usage: gallery [--out DIR] [--help]\n";
+constexpr char kUsage[] = "usage: gallery [--out DIR] [--dialogs-only] [--help]\n";
 
 }  // namespace
 
 int main(int argc, char** argv) {
   std::string outDir = std::string(GetStartupDir()) + "pictures";
+  bool dialogsOnly = false;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--help" || arg == "-h") {
@@ -48,12 +50,17 @@ int main(int argc, char** argv) {
           "%s"
           "Loads velkin.dll as a package, shows its load log and units and writes\n"
           "the showcase pictures as PNG files.\n"
-          "  --out DIR   folder for the pictures (default: pictures beside gallery.exe)\n",
+          "  --out DIR        folder for the pictures (default: pictures beside gallery.exe)\n"
+          "  --dialogs-only   only the dialogs, tagged with this run's language and screen\n"
+          "                   density (run it under other locales and densities first:\n"
+          "                   dialogs.png puts every run's pictures together)\n",
           kUsage);
       return 0;
     }
     if (arg == "--out" && i + 1 < argc) {
       outDir = argv[++i];
+    } else if (arg == "--dialogs-only") {
+      dialogsOnly = true;
     } else {
       std::fprintf(stderr, "gallery: %s %s\n%s", arg == "--out" ? "missing folder after" : "unknown option",
                    arg.c_str(), kUsage);
@@ -63,6 +70,7 @@ int main(int argc, char** argv) {
   try {
     PackageSession session("velkin.dll");
     session.Context().OutDir = outDir;
+    if (dialogsOnly) return ShowDialogs(session.Context()) ? 0 : 1;
     return RunShowcase(session.Context()) ? 0 : 1;
   } catch (const Sysutils::Exception& e) {
     std::fprintf(stderr, "gallery: %s\n", e.Message.c_str());

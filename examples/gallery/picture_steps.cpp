@@ -9,25 +9,31 @@
 #include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 
-bool ShowPictures(ShowcaseContext& context) {
+namespace {
+
+// Runs the plug-in's page renderers of the given names, each with the output
+// folder; true when the plug-in loaded and every one wrote its pictures.
+bool RunPages(ShowcaseContext& context, std::initializer_list<const char*> pages) {
   const std::string dir = GetStartupDir();
   const OwnedModule plugin(LoadLibraryA((dir + "gallery_pictures.dll").c_str()));
   if (!plugin) {
     std::printf("   gallery_pictures.dll not loaded (error %lu)\n", GetLastError());
     return false;
   }
-  auto render =
-      reinterpret_cast<RenderPicturesProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderPictures")));
-  const bool ok = render && render(context.OutDir.c_str()) != 0;
-  if (!render) std::printf("   RenderPictures not found in gallery_pictures.dll\n");
-  auto form =
-      reinterpret_cast<RenderFormPageProc>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderFormPage")));
-  const bool formOk = form && form(context.OutDir.c_str()) != 0;
-  auto controls = reinterpret_cast<RenderControlsPageProc>(
-      reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderControlsPage")));
-  const bool controlsOk = controls && controls(context.OutDir.c_str()) != 0;
-  auto dialogs = reinterpret_cast<RenderDialogsPageProc>(
-      reinterpret_cast<void*>(GetProcAddress(plugin.get(), "RenderDialogsPage")));
-  const bool dialogsOk = dialogs && dialogs(context.OutDir.c_str()) != 0;
-  return ok && formOk && controlsOk && dialogsOk;
+  bool ok = true;
+  for (const char* page : pages) {
+    using Render = int (*)(const char* folder);
+    auto render = reinterpret_cast<Render>(reinterpret_cast<void*>(GetProcAddress(plugin.get(), page)));
+    if (!render) std::printf("   %s not found in gallery_pictures.dll\n", page);
+    ok = render && render(context.OutDir.c_str()) != 0 && ok;
+  }
+  return ok;
 }
+
+}  // namespace
+
+bool ShowPictures(ShowcaseContext& context) {
+  return RunPages(context, {"RenderPictures", "RenderFormPage", "RenderControlsPage"});
+}
+
+bool ShowDialogs(ShowcaseContext& context) { return RunPages(context, {"RenderDialogsPage"}); }

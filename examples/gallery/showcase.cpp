@@ -10,6 +10,7 @@ const std::vector<ShowcaseStep>& ShowcaseSteps() {
       {"Load log line", ShowLoadLogLine},
       {"Units in start-up order", ShowUnits},
       {"Drawing pictures", ShowPictures},
+      {"Dialogs", ShowDialogs},
   };
   return steps;
 }

@@ -104,3 +104,31 @@ bool WritePng(const std::string& path, const uint32_t* bits, int width, int heig
   if (Failed(frame->Commit(), "frame Commit")) return false;
   return !Failed(encoder->Commit(), "encoder Commit");
 }
+
+bool ReadPng(const std::string& path, std::vector<uint32_t>& bits, int& width, int& height) {
+  if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return false;
+  ComPtr<IWICImagingFactory> factory;
+  if (Failed(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
+                              reinterpret_cast<void**>(&factory)),
+             "creating the imaging factory"))
+    return false;
+  const std::wstring wide(path.begin(), path.end());
+  ComPtr<IWICBitmapDecoder> decoder;
+  if (Failed(factory->CreateDecoderFromFilename(wide.c_str(), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
+                                                &decoder),
+             "opening the picture"))
+    return false;
+  ComPtr<IWICBitmapFrameDecode> frame;
+  if (Failed(decoder->GetFrame(0, &frame), "GetFrame")) return false;
+  ComPtr<IWICFormatConverter> converter;
+  if (Failed(factory->CreateFormatConverter(&converter), "CreateFormatConverter")) return false;
+  if (Failed(converter->Initialize(frame.p, GUID_WICPixelFormat32bppBGR, WICBitmapDitherTypeNone, nullptr, 0,
+                                   WICBitmapPaletteTypeCustom),
+             "converting the picture"))
+    return false;
+  UINT w = 0, h = 0;
+  if (Failed(converter->GetSize(&w, &h), "GetSize")) return false;
+  width = static_cast<int>(w), height = static_cast<int>(h);
+  bits.assign(static_cast<size_t>(w) * h, 0);
+  return !Failed(converter->CopyPixels(nullptr, w * 4, w * h * 4, reinterpret_cast<BYTE*>(bits.data())), "CopyPixels");
+}

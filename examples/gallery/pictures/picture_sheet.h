@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/mygeom.h"
@@ -51,3 +52,7 @@ class PictureSheet {
 
 // Writes width x height top-down 32-bit pixels (blue, green, red, unused) as a PNG.
 bool WritePng(const std::string& path, const uint32_t* bits, int width, int height);
+
+// Reads a picture file into top-down 32-bit pixels; false when it is missing
+// or cannot be read.
+bool ReadPng(const std::string& path, std::vector<uint32_t>& bits, int& width, int& height);

@@ -28,6 +28,7 @@ using RenderControlsPageProc = int (*)(const char* folder);
 
 // Opens the library's dialogs (message box, progress window, input dialog,
 // text editor) as an application would and writes each window, captured while
-// it runs modal, into folder. 1 when every picture was written, else 0.
+// it runs, into folder under a tag of the process's language and screen
+// density; then puts the captures of every run there into dialogs.png. 1 when
+// every picture was written, else 0.
 GALLERY_PICTURES_API int RenderDialogsPage(const char* folder);
-using RenderDialogsPageProc = int (*)(const char* folder);
