@@ -17,28 +17,19 @@
 #include "platform/vcl/std_lists.h"
 #include "platform/vcl/thread.h"
 #include "tests/platform/vcl/loop_driver.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Forms;
-using Controls::TMessage;
-
-static std::ostream& operator<<(std::ostream& os, const MyRect& r) {
-  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
-}
+using namespace vcl_test;
 
 namespace {
-
-std::string WindowText(HWND w) {
-  char text[256] = {};
-  GetWindowTextA(w, text, sizeof text);
-  return text;
-}
 
 // Counts the WM_APP messages its window gets.
 struct TCounter : Controls::TWinControl {
   int seen = 0;
   TCounter() { SetVisible(false); }
-  void WndProc(TMessage& m) override {
-    if (m.Msg == WM_APP) ++seen;
+  void WndProc(Controls::TMessage& m) override {
+    seen += m.Msg == WM_APP;
     TWinControl::WndProc(m);
   }
 };
@@ -50,7 +41,6 @@ TEST(TApplication, WindowTitleMessagesAndIdleTime) {
   const HWND handle = Application->GetHandle();
   ASSERT_TRUE(IsWindow(handle));
   EXPECT_FALSE(IsWindowVisible(handle));
-  EXPECT_NE(nullptr, Controls::GetWindowExceptionHandler()) << "the application takes the handlers' exceptions";
   Application->SetTitle("Orders");
   EXPECT_EQ("Orders", WindowText(handle)) << "the title is the window's text";
 
@@ -67,10 +57,7 @@ TEST(TApplication, WindowTitleMessagesAndIdleTime) {
   // a message after it (the timer ends a wait that should not happen).
   struct Idle {
     int runs = 0;
-    void Run(System::TObject*, bool& done) {
-      ++runs;
-      done = false;
-    }
+    void Run(System::TObject*, bool& done) { ++runs, done = false; }
   } idle;
   Application->SetOnIdle({&idle, &Idle::Run});
   const UINT_PTR bound = SetTimer(nullptr, 0, 2000, &Nothing);
@@ -80,24 +67,12 @@ TEST(TApplication, WindowTitleMessagesAndIdleTime) {
   EXPECT_EQ(1, idle.runs);
 }
 
-// A form with a button whose OnClick fails with the exception given.
-struct Failing {
-  TForm form{nullptr};
-  Stdctrls::TButton* button = new Stdctrls::TButton(&form);
-  std::function<void()> fail;
-  Failing() { button->SetParent(&form); }
-  void Click(System::TObject*) { fail(); }
-  void Press() {
-    button->SetOnClick({this, &Failing::Click});
-    SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
-  }
-};
-
 TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
   Application->Initialize();
   Application->SetTitle("Orders");
   struct Catcher {
     std::string seen;
+    std::function<void()> fail;
     void Caught(System::TObject* sender, const Sysutils::Exception& e) {
       seen += std::string(sender == Application ? "" : "(another sender) ") + e.Message.c_str() + "|";
     }
@@ -105,13 +80,18 @@ TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
       done = false;
       throw Sysutils::Exception("idle failed");
     }
+    void Click(System::TObject*) { fail(); }
   } catcher;
   Application->SetOnException({&catcher, &Catcher::Caught});
-  Failing f;
-  f.fail = [] { throw Sysutils::EConvertError("not a number"); };
-  f.Press();
-  f.fail = [] { throw std::runtime_error("out of range"); };
-  f.Press();
+  TForm form(nullptr);
+  auto* button = Make<Stdctrls::TButton>(&form, &form);
+  button->SetOnClick({&catcher, &Catcher::Click});
+  const auto press = [&](std::function<void()> fail) {
+    catcher.fail = std::move(fail);
+    SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
+  };
+  press([] { throw Sysutils::EConvertError("not a number"); });
+  press([] { throw std::runtime_error("out of range"); });
   Application->SetOnIdle({&catcher, &Catcher::IdleFails});
   Application->ProcessMessages();
   for (int i = 0; i < 1000 && catcher.seen.find("idle") == std::string::npos; ++i) Application->HandleMessage();
@@ -122,7 +102,6 @@ TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
   // presses OK.
   Application->SetOnException({});
   std::string text, caption;
-  f.fail = [] { throw Sysutils::Exception("Disk full"); };
   loop_driver::Drive(
       {[&] {
         HWND box = loop_driver::MessageBoxWindow();
@@ -138,7 +117,7 @@ TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
         if (HWND box = loop_driver::MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDOK, 0);
       },
       [&] {
-        f.Press();
+        press([] { throw Sysutils::Exception("Disk full"); });
         return 0;
       });
   EXPECT_TRUE(loop_driver::Finished()) << "no message box came";
@@ -153,14 +132,9 @@ TEST(TScreen, FormsAndTheActiveForm) {
   ASSERT_EQ(before + 2, Screen->GetFormCount());
   EXPECT_EQ(first.get(), Screen->GetForm(before));
   EXPECT_EQ(second.get(), Screen->GetForm(before + 1));
-  for (int bad : {-1, before + 2}) {
-    try {
-      Screen->GetForm(bad);
-      ADD_FAILURE() << "index " << bad << " was taken";
-    } catch (const Classes::EListError& e) {
-      EXPECT_EQ("List index out of bounds (" + std::to_string(bad) + ")", std::string(e.Message.c_str()));
-    }
-  }
+  for (int bad : {-1, before + 2})
+    EXPECT_EQ("List index out of bounds (" + std::to_string(bad) + ")",
+              ErrorOf<Classes::EListError>([&] { Screen->GetForm(bad); }));
   first->Show();
   second->Show();
   for (TForm* f : {first.get(), second.get()}) {
@@ -177,34 +151,25 @@ TEST(TScreen, FormsAndTheActiveForm) {
 class TMainWindow : public TForm {
  public:
   explicit TMainWindow(Classes::TComponent* owner) : TForm(owner) {
-    SetCaption("Orders");
     SetClientWidth(420);
     SetClientHeight(300);
-    toolbar = Add<Extctrls::TPanel>(this, Controls::alTop);
+    toolbar->SetAlign(Controls::alTop);
     toolbar->SetHeight(36);
-    status = Add<Extctrls::TPanel>(this, Controls::alBottom);
+    status->SetAlign(Controls::alBottom);
     status->SetHeight(24);
-    list = Add<Stdctrls::TListBox>(this, Controls::alLeft);
+    list->SetAlign(Controls::alLeft);
     list->SetWidth(120);
-    memo = Add<Stdctrls::TMemo>(this, Controls::alClient);
-    add = Add<Stdctrls::TButton>(toolbar, Controls::alNone);
-    add->SetBounds(6, 6, 75, 24);
+    memo->SetAlign(Controls::alClient);
     add->SetText("&Add");
     add->SetOnClick({this, &TMainWindow::AddClick});
   }
-  Extctrls::TPanel *toolbar, *status;
-  Stdctrls::TListBox* list;
-  Stdctrls::TMemo* memo;
-  Stdctrls::TButton* add;
+  Extctrls::TPanel* toolbar = Make<Extctrls::TPanel>(this, this);
+  Extctrls::TPanel* status = Make<Extctrls::TPanel>(this, this);
+  Stdctrls::TListBox* list = Make<Stdctrls::TListBox>(this, this);
+  Stdctrls::TMemo* memo = Make<Stdctrls::TMemo>(this, this);
+  Stdctrls::TButton* add = Make<Stdctrls::TButton>(this, toolbar, 6, 6, 75, 24);
 
  private:
-  template <class T>
-  T* Add(Controls::TWinControl* parent, Controls::TAlign align) {
-    auto* control = new T(this);
-    control->SetParent(parent);
-    control->SetAlign(align);
-    return control;
-  }
   void AddClick(System::TObject*) { list->GetItems()->Add(memo->GetText()); }
 };
 
@@ -259,11 +224,7 @@ TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
        }},
       [] { Application->Terminate(); },
       [&] {
-        try {
-          Application->Run();
-        } catch (const Sysutils::Exception& e) {
-          failure = e.Message.c_str();
-        }
+        failure = ErrorOf<Sysutils::Exception>([] { Application->Run(); });
         return 0;
       });
   EXPECT_EQ("", failure) << "Run let an exception out";
@@ -275,7 +236,7 @@ TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
   EXPECT_EQ((MyRect{0, 36, 120, 276}), list);
   EXPECT_EQ((MyRect{120, 36, 420, 276}), memo);
   ASSERT_EQ(1, main->list->GetItems()->GetCount());
-  EXPECT_EQ("bolts", std::string(main->list->GetItems()->Get(0).c_str()));
+  EXPECT_EQ("bolts", Str(main->list->GetItems()->Get(0)));
   EXPECT_TRUE(Application->GetTerminated());
   EXPECT_FALSE(IsWindowVisible(main->GetHandle())) << "closed: hidden";
   Application->SetOnException({});

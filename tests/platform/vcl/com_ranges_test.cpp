@@ -9,10 +9,17 @@
 
 #include "platform/vcl/forms.h"
 #include "platform/vcl/std_edits.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Comctrls;
+using namespace vcl_test;
 
 namespace {
+
+// Minimum, maximum and position as text.
+std::string Limits(int min, int max, int position) {
+  return std::to_string(min) + ".." + std::to_string(max) + " at " + std::to_string(position);
+}
 
 struct TEvents {
   int changes = 0, clicks = 0, asked = 0;
@@ -25,67 +32,56 @@ struct TEvents {
 
 TEST(TProgressBar, AndUpDownKeepTheNative16BitValues) {
   Forms::TForm form(nullptr);
-  auto* bar = new TProgressBar(&form);
-  bar->SetParent(&form);
-  auto* updown = new TUpDown(&form);
-  updown->SetParent(&form);
-  HWND barWnd = bar->GetHandle(), udWnd = updown->GetHandle();
+  auto* bar = Make<TProgressBar>(&form, &form);
+  auto* updown = Make<TUpDown>(&form, &form);
+  const HWND barWnd = bar->GetHandle(), udWnd = updown->GetHandle();
   // Each row sets one value; the control and the window then hold the row's.
-  struct Row {
+  const struct {
     const char* what;
+    void (TProgressBar::*set)(int);
     int value, min, max, position;
+  } progress[] = {
+      {"max 70000", &TProgressBar::SetMax, 70000, 0, 4464, 0},
+      {"position over max", &TProgressBar::SetPosition, 5000, 0, 4464, 4464},
+      {"min -70000", &TProgressBar::SetMin, -70000, -4464, 4464, 4464},
+      {"position -3000", &TProgressBar::SetPosition, -3000, -4464, 4464, -3000},
+      {"max 32768", &TProgressBar::SetMax, 32768, -4464, -32768, -4464},
   };
-  const Row progress[] = {
-      {"max 70000", 70000, 0, 4464, 0},           {"position over max", 5000, 0, 4464, 4464},
-      {"min -70000", -70000, -4464, 4464, 4464},  {"position -3000", -3000, -4464, 4464, -3000},
-      {"max 32768", 32768, -4464, -32768, -4464},
-  };
-  void (TProgressBar::*const setters[])(int) = {&TProgressBar::SetMax, &TProgressBar::SetPosition,
-                                                &TProgressBar::SetMin, &TProgressBar::SetPosition,
-                                                &TProgressBar::SetMax};
-  for (size_t i = 0; i < std::size(progress); ++i) {
-    const Row& r = progress[i];
-    (bar->*setters[i])(r.value);
+  for (const auto& r : progress) {
+    (bar->*r.set)(r.value);
     PBRANGE range{};
     SendMessageA(barWnd, PBM_GETRANGE, TRUE, reinterpret_cast<LPARAM>(&range));
-    EXPECT_EQ(r.min, bar->GetMin()) << r.what;
-    EXPECT_EQ(r.max, bar->GetMax()) << r.what;
-    EXPECT_EQ(r.position, bar->GetPosition()) << r.what;
-    EXPECT_EQ(r.min, range.iLow) << r.what << ": window";
-    EXPECT_EQ(r.max, range.iHigh) << r.what << ": window";
+    const std::string expected = Limits(r.min, r.max, r.position);
+    EXPECT_EQ(expected, Limits(bar->GetMin(), bar->GetMax(), bar->GetPosition())) << r.what;
+    EXPECT_EQ(Limits(r.min, r.max, 0), Limits(range.iLow, range.iHigh, 0)) << r.what << ": the window's range";
   }
 
-  const Row upDown[] = {
-      {"max 32767", 32767, 0, 32767, 0},
-      {"min 70000 (4464)", 70000, 4464, 32767, 4464},
-      {"min -32768", -32768, -32768, 32767, 4464},
-      {"position 40000 (-25536)", 40000, -32768, 32767, -25536},
-      {"max -65536 (0)", -65536, -32768, 0, -25536},
+  const struct {
+    const char* what;
+    void (TCustomUpDown::*set)(short);
+    int value, min, max, position;
+  } upDown[] = {
+      {"max 32767", &TCustomUpDown::SetMax, 32767, 0, 32767, 0},
+      {"min 70000 (4464)", &TCustomUpDown::SetMin, 70000, 4464, 32767, 4464},
+      {"min -32768", &TCustomUpDown::SetMin, -32768, -32768, 32767, 4464},
+      {"position 40000 (-25536)", &TCustomUpDown::SetPosition, 40000, -32768, 32767, -25536},
+      {"max -65536 (0)", &TCustomUpDown::SetMax, -65536, -32768, 0, -25536},
   };
-  void (TCustomUpDown::*const udSetters[])(short) = {&TCustomUpDown::SetMax, &TCustomUpDown::SetMin,
-                                                     &TCustomUpDown::SetMin, &TCustomUpDown::SetPosition,
-                                                     &TCustomUpDown::SetMax};
-  for (size_t i = 0; i < std::size(upDown); ++i) {
-    const Row& r = upDown[i];
-    (updown->*udSetters[i])(static_cast<short>(r.value));
+  for (const auto& r : upDown) {
+    (updown->*r.set)(static_cast<short>(r.value));
     const auto range = static_cast<DWORD>(SendMessageA(udWnd, UDM_GETRANGE, 0, 0));
     const auto pos = static_cast<DWORD>(SendMessageA(udWnd, UDM_GETPOS, 0, 0));
-    EXPECT_EQ(r.min, updown->GetMin()) << r.what;
-    EXPECT_EQ(r.max, updown->GetMax()) << r.what;
-    EXPECT_EQ(r.position, updown->GetPosition()) << r.what;
-    EXPECT_EQ(r.min, static_cast<short>(HIWORD(range))) << r.what << ": window";
-    EXPECT_EQ(r.max, static_cast<short>(LOWORD(range))) << r.what << ": window";
-    EXPECT_EQ(r.position, static_cast<short>(LOWORD(pos))) << r.what << ": window";
+    const std::string expected = Limits(r.min, r.max, r.position);
+    EXPECT_EQ(expected, Limits(updown->GetMin(), updown->GetMax(), updown->GetPosition())) << r.what;
+    EXPECT_EQ(expected, Limits(short(HIWORD(range)), short(LOWORD(range)), short(LOWORD(pos)))) << r.what << ": window";
   }
 }
 
 TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   Forms::TForm form(nullptr);
   form.SetBounds(0, 0, 300, 200);
-  auto* edit = new Stdctrls::TEdit(&form);
-  edit->SetParent(&form);
-  auto* updown = new TUpDown(&form);
-  updown->SetParent(&form);
+  auto* edit = Make<Stdctrls::TEdit>(&form, &form);
+  auto* updown = Make<TUpDown>(&form, &form);
   updown->SetMax(10);
   updown->SetIncrement(3);
   updown->SetAssociate(edit);
@@ -93,7 +89,7 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   updown->SetOnClick({&events, &TEvents::Click});
   updown->SetOnChanging({&events, &TEvents::Changing});
   HWND w = updown->GetHandle();
-  EXPECT_EQ("0", std::string(edit->GetText().c_str())) << "the buddy shows the position";
+  EXPECT_EQ("0", Str(edit->GetText())) << "the buddy shows the position";
 
   // A press on the upper arrow, then on the lower one, as the mouse makes them.
   auto press = [w](bool upper) {
@@ -120,7 +116,7 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
     press(s.upper);
     EXPECT_EQ(++asked, events.asked) << s.what << ": OnChanging asked once";
     EXPECT_EQ(s.position, updown->GetPosition()) << s.what;
-    EXPECT_EQ(std::to_string(s.position), std::string(edit->GetText().c_str())) << s.what << ": buddy";
+    EXPECT_EQ(std::to_string(s.position), Str(edit->GetText())) << s.what << ": buddy";
     EXPECT_EQ(s.clicks, events.clicks) << s.what;
     EXPECT_EQ(s.button, events.last) << s.what;
   }
@@ -132,11 +128,9 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   // before the windows are made or after.
   for (bool windowFirst : {false, true}) {
     Forms::TForm other(nullptr);
-    auto* buddy = new Stdctrls::TEdit(&other);
-    buddy->SetParent(&other);
+    auto* buddy = Make<Stdctrls::TEdit>(&other, &other);
     buddy->SetText("1");
-    auto* arrows = new TUpDown(&other);
-    arrows->SetParent(&other);
+    auto* arrows = Make<TUpDown>(&other, &other);
     arrows->SetPosition(12);
     if (windowFirst) {
       arrows->GetHandle();
@@ -145,16 +139,14 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
     arrows->SetAssociate(buddy);
     other.Show();
     EXPECT_EQ(12, arrows->GetPosition()) << (windowFirst ? "windows first" : "buddy first");
-    EXPECT_EQ("12", std::string(buddy->GetText().c_str())) << (windowFirst ? "windows first" : "buddy first");
+    EXPECT_EQ("12", Str(buddy->GetText())) << (windowFirst ? "windows first" : "buddy first");
   }
 }
 
 TEST(TScrollBar, AndTrackBarFollowTheirWindowsKeys) {
   Forms::TForm form(nullptr);
-  auto* scroll = new Stdctrls::TScrollBar(&form);
-  scroll->SetParent(&form);
-  auto* track = new TTrackBar(&form);
-  track->SetParent(&form);
+  auto* scroll = Make<Stdctrls::TScrollBar>(&form, &form);
+  auto* track = Make<TTrackBar>(&form, &form);
   TEvents scrolled, tracked;
   scroll->SetOnChange({&scrolled, &TEvents::Change});
   track->SetOnChange({&tracked, &TEvents::Change});

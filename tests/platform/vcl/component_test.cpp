@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "platform/vcl/class_registry.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Classes;
+using vcl_test::ErrorOf;
 
 namespace {
 
@@ -99,44 +101,27 @@ TEST(TComponent, NamesAreIdentifiersUniqueAmongTheOwnersComponents) {
   };
   for (const Row& r : rows) {
     second->SetName("Edit1");
-    std::string error;
-    try {
-      second->SetName(r.name);
-    } catch (const EComponentError& e) {
-      error = e.Message.c_str();
-    }
-    EXPECT_EQ(r.error, error) << "name '" << r.name << "'";
+    EXPECT_EQ(r.error, ErrorOf<EComponentError>([&] { second->SetName(r.name); })) << "name '" << r.name << "'";
     EXPECT_EQ(std::string(*r.error ? "Edit1" : r.name), second->GetName().c_str()) << "name after '" << r.name << "'";
   }
   // Moving a component into an owner that has its name taken is refused too.
   TComponent other(nullptr);
   auto* clash = new TComponent(&other);
   clash->SetName("Button1");
-  EXPECT_THROW(owner.InsertComponent(clash), EComponentError);
+  EXPECT_EQ("A component named Button1 already exists",
+            ErrorOf<EComponentError>([&] { owner.InsertComponent(clash); }));
   EXPECT_EQ(&other, clash->GetOwner());
 
-  std::string message;
-  try {
-    owner.GetComponent(2);
-  } catch (const EListError& e) {
-    message = e.Message.c_str();
-  }
-  EXPECT_EQ("List index out of bounds (2)", message);
-  EXPECT_THROW(owner.GetComponent(-1), EListError);
+  EXPECT_EQ("List index out of bounds (2)", ErrorOf<EListError>([&] { owner.GetComponent(2); }));
+  EXPECT_EQ("List index out of bounds (-1)", ErrorOf<EListError>([&] { owner.GetComponent(-1); }));
 }
 
 TEST(ClassRegistry, ClassesAreMadeByNameWithAnOwner) {
   RegisterClasses({TProbe::StaticClass(), TComponent::StaticClass()});
-  RegisterClass(TProbe::StaticClass());  // again: nothing
+  RegisterClasses({TProbe::StaticClass()});  // again: nothing
   EXPECT_EQ(TProbe::StaticClass(), GetClass("tprobe"));
   EXPECT_EQ(nullptr, GetClass("TNobody"));
-  std::string message;
-  try {
-    FindClass("TNobody");
-  } catch (const EClassNotFound& e) {
-    message = e.Message.c_str();
-  }
-  EXPECT_EQ("Class TNobody not found", message);
+  EXPECT_EQ("Class TNobody not found", ErrorOf<EClassNotFound>([] { FindClass("TNobody"); }));
 
   TComponent owner(nullptr);
   TComponent* made = CreateComponent(FindClass("TProbe"), &owner);

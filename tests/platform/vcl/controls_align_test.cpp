@@ -9,9 +9,11 @@
 
 #include "platform/vcl/ext_panels.h"
 #include "platform/vcl/forms.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Controls;
 using Extctrls::TPanel;
+using namespace vcl_test;
 
 namespace {
 
@@ -28,24 +30,16 @@ TEST(TWinControl, AlignedChildrenStackAndCloseUp) {
   Forms::TForm form(nullptr);
   form.SetBorderStyle(Forms::bsNone);
   form.SetBounds(0, 0, 300, 200);
+  const auto panel = [&](TAlign align, int size) {
+    auto* p = Make<TPanel>(&form, &form, 0, 0, size, size);
+    p->SetAlign(align);
+    return p;
+  };
   std::vector<TPanel*> top;
-  for (int i = 0; i < 3; ++i) {
-    top.push_back(new TPanel(&form));
-    top.back()->SetParent(&form);
-    top.back()->SetHeight(20 + 10 * i);
-    top.back()->SetAlign(alTop);
-  }
-  auto* bottom = new TPanel(&form);
-  bottom->SetParent(&form);
-  bottom->SetHeight(25);
-  bottom->SetAlign(alBottom);
-  auto* left = new TPanel(&form);
-  left->SetParent(&form);
-  left->SetWidth(50);
-  left->SetAlign(alLeft);
-  auto* client = new TPanel(&form);
-  client->SetParent(&form);
-  client->SetAlign(alClient);
+  for (int i = 0; i < 3; ++i) top.push_back(panel(alTop, 20 + 10 * i));
+  auto* bottom = panel(alBottom, 25);
+  auto* left = panel(alLeft, 50);
+  auto* client = panel(alClient, 10);
   form.GetHandle();
 
   struct Row {
@@ -85,22 +79,15 @@ TEST(TWinControl, AlignedChildrenStackAndCloseUp) {
       victim = nullptr;
     }
   };
-  auto* dropping = new Dropping(&form);
-  dropping->SetParent(&form);
-  dropping->SetHeight(10);
+  auto* dropping = Make<Dropping>(&form, &form, 0, 0, 10, 10);
   dropping->SetAlign(alTop);
   dropping->victim = bottom;
   form.SetBounds(0, 0, 420, 260);
   EXPECT_EQ(nullptr, dropping->victim);
   EXPECT_EQ("0,75 370x185", Where(client)) << "the bottom panel freed while the form was laid out";
 
-  std::string message;
-  try {
-    form.GetControl(form.GetControlCount());
-  } catch (const Classes::EListError& e) {
-    message = e.Message.c_str();
-  }
-  EXPECT_EQ("List index out of bounds (5)", message);
+  EXPECT_EQ("List index out of bounds (5)", ErrorOf<Classes::EListError>([&] { form.GetControl(5); }));
+  EXPECT_EQ(5, form.GetControlCount());
 }
 
 }  // namespace

@@ -25,6 +25,7 @@
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_label.h"
 #include "platform/vcl/std_lists.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 // A designed form: fields for the controls it refers to, a published handler.
 class TStreamedForm : public Forms::TForm {
@@ -54,8 +55,7 @@ namespace {
 
 using namespace Classes;
 using namespace Typinfo;
-
-std::string Text(const AnsiString& s) { return s.c_str(); }
+using namespace vcl_test;
 
 // Every stored published value of a persistent object, sub-objects
 // flattened, references and handlers by name: "Caption='OK' Font.Height=-13".
@@ -68,13 +68,13 @@ std::string Values(TPersistent* p, TComponent* root, const std::string& prefix =
       case tkClass: {
         TObject* o = GetObjectProp(p, prop);
         if (auto* c = dynamic_cast<TComponent*>(o))
-          out += name + "=" + Text(c->GetName()) + " ";
+          out += name + "=" + Str(c->GetName()) + " ";
         else if (auto* sub = dynamic_cast<TPersistent*>(o))
           out += Values(sub, root, name + ".");
         break;
       }
       case tkMethod:
-        out += name + "=" + Text(MethodName(root, GetMethodProp(p, prop))) + " ";
+        out += name + "=" + Str(MethodName(root, GetMethodProp(p, prop))) + " ";
         break;
       case tkFloat: {
         char exact[40];
@@ -83,13 +83,13 @@ std::string Values(TPersistent* p, TComponent* root, const std::string& prefix =
         break;
       } break;
       case tkLString:
-        out += name + "='" + Text(GetStrProp(p, prop)) + "' ";
+        out += name + "='" + Str(GetStrProp(p, prop)) + "' ";
         break;
       default:
         out += name + "=" + std::to_string(GetOrdProp(p, prop)) + " ";
     }
   }
-  if (auto* strings = dynamic_cast<TStrings*>(p)) out += prefix + "Text='" + Text(strings->GetText()) + "' ";
+  if (auto* strings = dynamic_cast<TStrings*>(p)) out += prefix + "Text='" + Str(strings->GetText()) + "' ";
   return out;
 }
 
@@ -100,19 +100,18 @@ std::string Tree(TComponent* root) {
   for (int i = 0; i < root->GetComponentCount(); ++i) {
     TComponent* c = root->GetComponent(i);
     auto* parent = c->GetParentComponent();
-    lines.push_back(Text(c->GetName()) + " in " + (parent ? Text(parent->GetName()) : "-") + ": " + Values(c, root));
+    lines.push_back(Str(c->GetName()) + " in " + (parent ? Str(parent->GetName()) : "-") + ": " + Values(c, root));
   }
   std::sort(lines.begin(), lines.end());
-  std::string out = Text(root->GetName()) + ": " + Values(root, root) + "\n";
+  std::string out = Str(root->GetName()) + ": " + Values(root, root) + "\n";
   for (const auto& l : lines) out += l + "\n";
   return out;
 }
 
 template <class C>
-C* Make(TComponent* owner, Controls::TWinControl* parent, const char* name) {
-  auto* c = new C(owner);
+C* Named(TComponent* owner, Controls::TWinControl* parent, const char* name) {
+  C* c = Make<C>(owner, parent);
   c->SetName(name);
-  if constexpr (std::is_base_of_v<Controls::TControl, C>) c->SetParent(parent);
   return c;
 }
 
@@ -130,39 +129,39 @@ void Design(TStreamedForm& f) {
   f.SetColor(Graphics::clWindow);
   f.GetFont()->SetHeight(-13);
   f.GetFont()->SetStyle(Graphics::TFontStyles{Graphics::fsBold});
-  f.Panel1 = Make<Extctrls::TPanel>(&f, &f, "Panel1");
+  f.Panel1 = Named<Extctrls::TPanel>(&f, &f, "Panel1");
   f.Panel1->SetAlign(Controls::alBottom);
   f.Panel1->SetHeight(40);
   f.Panel1->SetColor(static_cast<Graphics::TColor>(0x123456));
-  f.OkButton = Make<Stdctrls::TButton>(&f, f.Panel1, "OkButton");
+  f.OkButton = Named<Stdctrls::TButton>(&f, f.Panel1, "OkButton");
   f.OkButton->SetText("&OK");
   f.OkButton->SetDefault(true);
   f.OkButton->SetModalResult(Controls::mrOk);
   f.OkButton->SetOnClick({&f, &TStreamedForm::OkClick});
-  f.NameEdit = Make<Stdctrls::TEdit>(&f, &f, "NameEdit");
+  f.NameEdit = Named<Stdctrls::TEdit>(&f, &f, "NameEdit");
   f.NameEdit->SetBounds(90, 10, 200, 21);
   f.NameEdit->SetText("it's a name");
   f.NameEdit->SetMaxLength(40);
-  auto* label = Make<Stdctrls::TLabel>(&f, &f, "NameLabel");
+  auto* label = Named<Stdctrls::TLabel>(&f, &f, "NameLabel");
   label->SetText("&Name:");
   label->SetFocusControl(f.NameEdit);
-  auto* combo = Make<Stdctrls::TComboBox>(&f, &f, "Kind");
+  auto* combo = Named<Stdctrls::TComboBox>(&f, &f, "Kind");
   combo->SetStyle(Stdctrls::csDropDownList);
   combo->GetItems()->SetText("first\r\nsecond\r\nthird");
   combo->SetItemIndex(1);
-  auto* memo = Make<Stdctrls::TMemo>(&f, &f, "Notes");
+  auto* memo = Named<Stdctrls::TMemo>(&f, &f, "Notes");
   memo->GetLines()->SetText(AnsiString(std::string(300, 'x').c_str()) + "\r\nshort");
-  auto* check = Make<Stdctrls::TCheckBox>(&f, &f, "Maybe");
+  auto* check = Named<Stdctrls::TCheckBox>(&f, &f, "Maybe");
   check->SetAllowGrayed(true);
   check->SetState(Stdctrls::cbGrayed);
-  auto* track = Make<Comctrls::TTrackBar>(&f, &f, "Level");
+  auto* track = Named<Comctrls::TTrackBar>(&f, &f, "Level");
   track->SetMax(20);
   track->SetPosition(15);
-  auto* menu = Make<Menus::TMainMenu>(&f, nullptr, "MainMenu1");
-  auto* file = Make<Menus::TMenuItem>(&f, nullptr, "FileItem");
+  auto* menu = Named<Menus::TMainMenu>(&f, nullptr, "MainMenu1");
+  auto* file = Named<Menus::TMenuItem>(&f, nullptr, "FileItem");
   file->SetCaption("&File");
   menu->GetItems()->Add(file);
-  auto* exit = Make<Menus::TMenuItem>(&f, nullptr, "ExitItem");
+  auto* exit = Named<Menus::TMenuItem>(&f, nullptr, "ExitItem");
   exit->SetCaption("E&xit");
   exit->SetShortCut(Menus::scAlt | VK_F4);
   exit->SetOnClick({&f, &TStreamedForm::OkClick});
@@ -208,8 +207,8 @@ TEST(TStream, AFormWrittenAndReadBackIsTheSameForm) {
   stream.SetPosition(0);
   TComponent* made = stream.ReadComponent(nullptr);
   ASSERT_NE(nullptr, made);
-  EXPECT_EQ("TStreamedForm", Text(made->ClassName()));
-  EXPECT_EQ("Designed", Text(made->GetName())) << "no owner, no other name to avoid";
+  EXPECT_EQ("TStreamedForm", Str(made->ClassName()));
+  EXPECT_EQ("Designed", Str(made->GetName())) << "no owner, no other name to avoid";
   delete made;
   EXPECT_EQ(forms, Forms::Screen->GetFormCount());
   Classes::UnRegisterClass(TStreamedForm::StaticClass());
@@ -245,17 +244,14 @@ void Mutate(TComponent* c) {
 }
 
 TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
-  for (const char* name :
-       {"TForm",     "TScrollBox",   "TButton",   "TCheckBox",  "TRadioButton", "TEdit",    "TMemo",        "TLabel",
-        "TListBox",  "TComboBox",    "TGroupBox", "TScrollBar", "TPanel",       "TBevel",   "TSpeedButton", "TBitBtn",
-        "TTrackBar", "TProgressBar", "TUpDown",   "TMainMenu",  "TPopupMenu",   "TMenuItem"}) {
+  for (const char* name : kStandardClasses) {
     const System::TMetaClass* cls = FindClass(name);
     TComponent owner(nullptr);
     // Fresh: only what differs from a default is written.
     TComponent* fresh = CreateComponent(cls, &owner);
     TMemoryStream stream;
     stream.WriteComponent(fresh);
-    const std::string bytes(static_cast<char*>(stream.GetMemory()), static_cast<size_t>(stream.GetSize()));
+    const std::string bytes = Bytes(stream);
     for (const TPropInfo* prop : GetPropList(cls))
       if (prop->HasDefault && IsDefaultPropValue(fresh, prop)) {
         EXPECT_EQ(std::string::npos,
@@ -278,29 +274,17 @@ TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
   }
 }
 
-// The windows of this thread, child windows included.
-int ThreadWindows() {
-  int count = 0;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND w, LPARAM n) {
-        ++*reinterpret_cast<int*>(n);
-        EnumChildWindows(
-            w, [](HWND, LPARAM m) { return ++*reinterpret_cast<int*>(m), TRUE; }, n);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&count));
-  return count;
-}
-
-// Writes a stream by hand: a form named F with the properties write adds.
-void Stream(TMemoryStream& s, const std::function<void(TWriter&)>& body) {
-  s.Clear();
-  TWriter w(&s);
-  w.WriteSignature();
-  w.WriteStr("TStreamedForm");
-  w.WriteStr("F");
-  body(w);
+// A stream written by hand: a form named F with the properties body adds.
+std::string Hand(const std::function<void(TWriter&)>& body) {
+  TMemoryStream s;
+  {
+    TWriter w(&s);
+    w.WriteSignature();
+    w.WriteStr("TStreamedForm");
+    w.WriteStr("F");
+    body(w);
+  }
+  return Bytes(s);
 }
 
 TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
@@ -308,7 +292,7 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
   Design(good);
   TMemoryStream valid;
   valid.WriteComponent(&good);
-  const std::string bytes(static_cast<char*>(valid.GetMemory()), static_cast<size_t>(valid.GetSize()));
+  const std::string bytes = Bytes(valid);
   const auto patched = [&](const std::string& from, const std::string& to) {
     std::string b = bytes;
     const size_t at = b.find(from);
@@ -320,99 +304,57 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
     w.WriteStr(cls);
     w.WriteStr(name);
   };
-  struct Case {
+  const struct {
     const char* what;
-    std::function<void(TMemoryStream&)> make;
+    std::string bytes;
     const char* message;
   } cases[] = {
-      {"wrong signature",
-       [](TMemoryStream& s) {
-         Stream(s, [](TWriter&) {});
-         static_cast<char*>(s.GetMemory())[3] = '1';
-       },
-       "Invalid stream format"},
-      {"unknown class",
-       [&](TMemoryStream& s) {
-         const std::string b = patched("TComboBox", "TCombiBox");
-         s.Clear();
-         s.WriteBuffer(b.data(), static_cast<long>(b.size()));
-       },
-       "Class TCombiBox not found"},
-      {"unknown property",
-       [&](TMemoryStream& s) {
-         const std::string b = patched("MaxLength", "MaxLangth");
-         s.Clear();
-         s.WriteBuffer(b.data(), static_cast<long>(b.size()));
-       },
+      {"wrong signature", "TPF1" + bytes.substr(4), "Invalid stream format"},
+      {"unknown class", patched("TComboBox", "TCombiBox"), "Class TCombiBox not found"},
+      {"unknown property", patched("MaxLength", "MaxLangth"),
        "Error reading Designed.NameEdit.MaxLangth: Property MaxLangth does not exist"},
-      {"unknown sub-object",
-       [&](TMemoryStream& s) {
-         const std::string b = patched("Font.Height", "Fant.Height");
-         s.Clear();
-         s.WriteBuffer(b.data(), static_cast<long>(b.size()));
-       },
+      {"unknown sub-object", patched("Font.Height", "Fant.Height"),
        "Error reading Designed.Fant.Height: Property Fant does not exist"},
-      {"a number for a string",
-       [](TMemoryStream& s) {
-         Stream(s, [](TWriter& w) {
-           w.WriteStr("Caption");
-           w.WriteInteger(5);
-         });
-       },
+      {"a number for a string", Hand([](TWriter& w) {
+         w.WriteStr("Caption");
+         w.WriteInteger(5);
+       }),
        "Error reading F.Caption: Invalid property value"},
-      {"an unknown enumeration value",
-       [](TMemoryStream& s) {
-         Stream(s, [](TWriter& w) {
-           w.WriteStr("BorderStyle");
-           w.WriteIdent("bsRound");
-         });
-       },
+      {"an unknown enumeration value", Hand([](TWriter& w) {
+         w.WriteStr("BorderStyle");
+         w.WriteIdent("bsRound");
+       }),
        "Error reading F.BorderStyle: Invalid property value"},
-      {"a handler the form does not publish",
-       [&](TMemoryStream& s) {
-         Stream(s, [&](TWriter& w) {
-           w.WriteListEnd();
-           child(w, "TButton", "OkButton");
-           w.WriteStr("OnClick");
-           w.WriteIdent("CancelClick");
-         });
-       },
+      {"a handler the form does not publish", Hand([&](TWriter& w) {
+         w.WriteListEnd();
+         child(w, "TButton", "OkButton");
+         w.WriteStr("OnClick");
+         w.WriteIdent("CancelClick");
+       }),
        "Error reading F.OkButton.OnClick: Method CancelClick not found in TStreamedForm"},
-      {"a reference to nothing",
-       [&](TMemoryStream& s) {
-         Stream(s, [&](TWriter& w) {
-           w.WriteStr("ActiveControl");
-           w.WriteIdent("Ghost");
-           w.WriteListEnd();
-           child(w, "TEdit", "NameEdit");
-           w.WriteListEnd();
-           w.WriteListEnd();
-           w.WriteListEnd();
-         });
-       },
+      {"a reference to nothing", Hand([&](TWriter& w) {
+         w.WriteStr("ActiveControl");
+         w.WriteIdent("Ghost");
+         w.WriteListEnd();
+         child(w, "TEdit", "NameEdit");
+         for (int i = 0; i < 3; ++i) w.WriteListEnd();
+       }),
        "Error reading F.ActiveControl: Unresolved reference to Ghost"},
-      {"a field of another class",
-       [&](TMemoryStream& s) {
-         Stream(s, [&](TWriter& w) {
-           w.WriteListEnd();
-           child(w, "TPanel", "Panel1");
-           w.WriteListEnd();
-           child(w, "TLabel", "OkButton");
-         });
-       },
+      {"a field of another class", Hand([&](TWriter& w) {
+         w.WriteListEnd();
+         child(w, "TPanel", "Panel1");
+         w.WriteListEnd();
+         child(w, "TLabel", "OkButton");
+       }),
        "Error reading F.OkButton: Field OkButton of TStreamedForm cannot hold a TLabel"},
-      {"cut after the first child",
-       [&](TMemoryStream& s) {
-         s.Clear();
-         s.WriteBuffer(bytes.data(), static_cast<long>(bytes.find("TButton") + 12));
-       },
+      {"cut after the first child", bytes.substr(0, bytes.find("TButton") + 12),
        "Error reading Designed.Panel1: Stream read error"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const int windows = ThreadWindows();
     {
       TMemoryStream s;
-      c.make(s);
+      s.WriteBuffer(c.bytes.data(), static_cast<long>(c.bytes.size()));
       TStreamedForm target(nullptr);
       const int forms = Forms::Screen->GetFormCount();
       std::string message;
@@ -420,9 +362,9 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
         s.SetPosition(0);
         s.ReadComponent(&target);
       } catch (const EReadError& e) {
-        message = Text(e.Message);
+        message = Str(e.Message);
       } catch (const EClassNotFound& e) {
-        message = Text(e.Message);
+        message = Str(e.Message);
       }
       EXPECT_EQ(c.message, message) << c.what;
       EXPECT_EQ(0, target.GetComponentCount()) << c.what << ": what was made is freed";
@@ -440,12 +382,12 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
   Classes::RegisterClasses({TStreamedForm::StaticClass()});
   TStreamedForm small(nullptr);
   small.SetName("Small");
-  small.OkButton = Make<Stdctrls::TButton>(&small, &small, "OkButton");
+  small.OkButton = Named<Stdctrls::TButton>(&small, &small, "OkButton");
   small.OkButton->SetText("OK");
   small.OkButton->SetOnClick({&small, &TStreamedForm::OkClick});
   TMemoryStream whole;
   whole.WriteComponent(&small);
-  const std::string smallBytes(static_cast<char*>(whole.GetMemory()), static_cast<size_t>(whole.GetSize()));
+  const std::string smallBytes = Bytes(whole);
   const int forms = Forms::Screen->GetFormCount(), windows = ThreadWindows();
   for (size_t n = 0; n < smallBytes.size(); ++n) {
     TMemoryStream s;

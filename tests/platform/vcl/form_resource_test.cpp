@@ -17,6 +17,7 @@
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_label.h"
 #include "platform/vcl/std_lists.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 class TOrderForm : public Forms::TForm {
   VCL_CLASS();
@@ -50,11 +51,7 @@ VCL_COMPONENT_IMPL(TPlainForm, Forms::TForm)
 
 namespace {
 
-std::string WindowText(HWND w) {
-  char text[256] = {};
-  GetWindowTextA(w, text, sizeof text);
-  return text;
-}
+using namespace vcl_test;
 
 TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   const int dpi = Forms::Screen->GetPixelsPerInch();
@@ -69,7 +66,7 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   ASSERT_NE(nullptr, form.OkButton);
   ASSERT_NE(nullptr, form.NameEdit);
   ASSERT_NE(nullptr, form.KindCombo);
-  EXPECT_EQ("OrderForm", std::string(form.GetName().c_str()));
+  EXPECT_EQ("OrderForm", Str(form.GetName()));
   EXPECT_EQ(6, form.GetControlCount());
   EXPECT_EQ(&form, form.NameEdit->GetParent());
   EXPECT_EQ(form.NameEdit, form.NameLabel->GetFocusControl());
@@ -111,7 +108,7 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   EXPECT_EQ(form.FindComponent("InnerPanel"), memo->GetParent());
   EXPECT_EQ(form.FindComponent("OuterPanel"), memo->GetParent()->GetParent());
   EXPECT_EQ(2, memo->GetLines()->GetCount());
-  EXPECT_EQ("\xD1\xF2\xF0\xEE\xEA\xE0 2", std::string(memo->GetLines()->Get(1).c_str()));
+  EXPECT_EQ("\xD1\xF2\xF0\xEE\xEA\xE0 2", Str(memo->GetLines()->Get(1)));
   EXPECT_EQ(Graphics::clInfoBk, dynamic_cast<Controls::TControl*>(form.FindComponent("InnerPanel"))->GetColor());
   auto* note = dynamic_cast<Controls::TControl*>(form.FindComponent("NoteLabel"));
   EXPECT_EQ((Graphics::TFontStyles{Graphics::fsBold, Graphics::fsUnderline}), note->GetFont()->GetStyle());
@@ -169,13 +166,7 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   }
 
   // A form class without a design says so.
-  std::string message;
-  try {
-    TPlainForm plain(nullptr);
-  } catch (const Classes::EResNotFound& e) {
-    message = e.Message.c_str();
-  }
-  EXPECT_EQ("Resource TPlainForm not found", message);
+  EXPECT_EQ("Resource TPlainForm not found", ErrorOf<Classes::EResNotFound>([] { TPlainForm plain(nullptr); }));
 }
 
 }  // namespace

@@ -17,29 +17,9 @@
 #include "platform/vcl/std_group_box.h"
 #include "platform/vcl/std_label.h"
 #include "platform/vcl/std_lists.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 namespace {
-
-// Every window of this thread, children included.
-int ThreadWindows() {
-  int count = 0;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND w, LPARAM p) -> BOOL {
-        auto* n = reinterpret_cast<int*>(p);
-        ++*n;
-        EnumChildWindows(
-            w,
-            [](HWND, LPARAM q) -> BOOL {
-              ++*reinterpret_cast<int*>(q);
-              return TRUE;
-            },
-            p);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&count));
-  return count;
-}
 
 struct Counts {
   int windows;
@@ -52,7 +32,7 @@ std::ostream& operator<<(std::ostream& os, const Counts& c) {
             << " owned GDI objects, " << c.menus << " menus, " << c.windowDCs << " window and paint contexts";
 }
 Counts Now() {
-  return {ThreadWindows(),
+  return {vcl_test::ThreadWindows(),
           GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
           GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS),
           OwnedHandleCount(OK_GdiObject),
@@ -61,11 +41,8 @@ Counts Now() {
 }
 
 template <class T>
-T* Add(Forms::TForm* form, Controls::TControl* parent, int top) {
-  auto* control = new T(form);
-  control->SetParent(static_cast<Controls::TWinControl*>(parent));
-  control->SetTop(top);
-  return control;
+T* Add(Forms::TForm* form, Controls::TWinControl* parent, int top) {
+  return vcl_test::Make<T>(form, parent, 0, top, 100, 20);
 }
 
 // Makes, shows and frees the form; the number of menu handles it made that
@@ -93,21 +70,21 @@ int MakeShowAndFree() {
   Add<Comctrls::TTrackBar>(form, form, 390);
   Add<Comctrls::TProgressBar>(form, form, 440)->SetPosition(50);
   Add<Comctrls::TUpDown>(form, form, 470)->SetAssociate(Add<Stdctrls::TEdit>(form, form, 470));
+  const auto item = [&](const char* caption) {
+    auto* i = new Menus::TMenuItem(form);
+    i->SetCaption(caption);
+    return i;
+  };
   auto* menu = new Menus::TMainMenu(form);
-  auto* item = new Menus::TMenuItem(form);
-  item->SetCaption("&File");
-  menu->GetItems()->Add(item);
-  auto* open = new Menus::TMenuItem(form);
-  open->SetCaption("&Open");
-  item->Add(open);
+  auto* file = item("&File");
+  menu->GetItems()->Add(file);
+  file->Add(item("&Open"));
   form->SetMenu(menu);
   auto* popup = new Menus::TPopupMenu(form);
-  auto* copy = new Menus::TMenuItem(form);
-  copy->SetCaption("&Copy");
-  popup->GetItems()->Add(copy);
+  popup->GetItems()->Add(item("&Copy"));
   form->Show();
   Forms::Application->ProcessMessages();
-  const HMENU made[] = {menu->GetHandle(), item->GetHandle(), popup->GetHandle()};
+  const HMENU made[] = {menu->GetHandle(), file->GetHandle(), popup->GetHandle()};
   delete form;
   int alive = 0;
   for (HMENU m : made) alive += m && IsMenu(m);

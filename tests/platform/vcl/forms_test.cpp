@@ -16,85 +16,60 @@
 #include "platform/vcl/std_label.h"
 #include "platform/vcl/thread.h"
 #include "tests/platform/vcl/loop_driver.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Forms;
 using namespace Stdctrls;
+using namespace vcl_test;
+using Controls::TWinControl;
 
 namespace {
 
-// A dialog: an edit and OK / Cancel buttons, laid out as a small form.
+// A dialog: an edit and OK / Cancel buttons.
 struct Dialog {
   TForm* form = new TForm(nullptr);
-  TEdit* edit = new TEdit(form);
-  TButton* ok = new TButton(form);
-  TButton* cancel = new TButton(form);
+  TEdit* edit = Make<TEdit>(form, form, 12, 12, 236, 23);
+  TButton* ok = Make<TButton>(form, form, 92, 52, 75, 25);
+  TButton* cancel = Make<TButton>(form, form, 173, 52, 75, 25);
   Dialog() {
-    form->SetCaption("Dialog");
     form->SetBorderStyle(bsDialog);
-    form->SetPosition(poScreenCenter);
-    form->SetClientWidth(260);
-    form->SetClientHeight(90);
-    for (Controls::TWinControl* c : std::vector<Controls::TWinControl*>{edit, ok, cancel}) c->SetParent(form);
-    edit->SetBounds(12, 12, 236, 23);
-    ok->SetBounds(92, 52, 75, 25);
     ok->SetText("OK");
     ok->SetDefault(true);
     ok->SetModalResult(Controls::mrOk);
-    cancel->SetBounds(173, 52, 75, 25);
     cancel->SetText("Cancel");
     cancel->SetCancel(true);
     cancel->SetModalResult(Controls::mrCancel);
   }
   ~Dialog() { delete form; }
+  TModalResult Modal(std::vector<loop_driver::Step> steps = {}) {
+    return loop_driver::Drive(
+        std::move(steps), [this] { form->SetModalResult(Controls::mrAbort); }, [this] { return form->ShowModal(); });
+  }
 };
 
-// Ends a modal loop that nothing else ended, so a failing case cannot hang.
-TForm* watched = nullptr;
-void CALLBACK Watchdog(HWND, UINT, UINT_PTR, DWORD) {
-  if (watched) watched->SetModalResult(Controls::mrAbort);
-}
-
-// Posts key to the window, then runs the form modal; returns its result.
-TModalResult ModalAfterKey(Dialog& d, HWND target, WORD key) {
-  d.form->GetHandle();
-  PostMessageA(target, WM_KEYDOWN, key, 1);
-  PostMessageA(target, WM_KEYUP, key, 0xC0000001);
-  watched = d.form;
-  const UINT_PTR timer = SetTimer(nullptr, 0, 5000, &Watchdog);
-  const TModalResult result = d.form->ShowModal();
-  KillTimer(nullptr, timer);
-  watched = nullptr;
-  return result;
-}
-
 TEST(TCustomForm, EnterAndEscapeEndShowModalThroughDefaultAndCancelButtons) {
-  struct Row {
+  const struct {
     const char* what;
     WORD key;
     bool toButton;  // the key goes to the OK button's window, else to the edit's
     TModalResult expected;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"Enter in the edit", VK_RETURN, false, Controls::mrOk},
       {"Escape in the edit", VK_ESCAPE, false, Controls::mrCancel},
       {"Escape on the OK button", VK_ESCAPE, true, Controls::mrCancel},
   };
-  for (const Row& r : rows) {
+  for (const auto& r : rows) {
     Dialog d;
-    int clicks = 0;
-    struct Counter {
-      int* n;
-      void Clicked(System::TObject*) { ++*n; }
-    } counter{&clicks};
-    d.ok->SetOnClick(System::TNotifyEvent(&counter, &Counter::Clicked));
-    const TModalResult result = ModalAfterKey(d, r.toButton ? d.ok->GetHandle() : d.edit->GetHandle(), r.key);
-    EXPECT_EQ(r.expected, result) << r.what << " (3: the watchdog ended it)";
+    Counter clicks;
+    d.ok->SetOnClick(clicks.Event());
+    const HWND target = r.toButton ? d.ok->GetHandle() : d.edit->GetHandle();
+    PostMessageA(target, WM_KEYDOWN, r.key, 1);
+    PostMessageA(target, WM_KEYUP, r.key, 0xC0000001);
+    EXPECT_EQ(r.expected, d.Modal()) << r.what << " (3: the watchdog ended it)";
     EXPECT_FALSE(IsWindowVisible(d.form->GetHandle())) << r.what;
-    EXPECT_EQ(r.expected == Controls::mrOk ? 1 : 0, clicks) << r.what;
-    EXPECT_EQ("", std::string(d.edit->GetText().c_str())) << r.what << ": no character reached the edit";
-    char caption[16] = {};
-    GetWindowTextA(d.ok->GetHandle(), caption, sizeof caption);
-    EXPECT_EQ("OK", std::string(caption)) << "the text set before the window was made is its caption";
+    EXPECT_EQ(r.expected == Controls::mrOk ? 1 : 0, clicks.n) << r.what;
+    EXPECT_EQ("", Str(d.edit->GetText())) << r.what << ": no character reached the edit";
+    EXPECT_EQ("OK", WindowText(d.ok->GetHandle())) << "the text set before the window was made is its caption";
   }
   // A visible form cannot be made modal.
   Dialog d;
@@ -106,80 +81,67 @@ TEST(TCustomForm, KeyEventsCanSwallowKeysAndTabFollowsTheTabOrder) {
   Dialog d;
   struct Filter {
     std::string seen;
+    char drop;
     void Press(System::TObject*, char& key) {
       seen += key;
-      if (key == 'x') key = 0;
+      if (key == drop) key = 0;
       if (key == 'a') key = 'A';
     }
-  } filter;
-  d.edit->SetOnKeyPress(Controls::TKeyPressEvent(&filter, &Filter::Press));
-  HWND edit = d.edit->GetHandle();
-  for (char c : std::string("xaxb")) SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 1);
+  } filter{"", 'x'}, preview{"", 'b'};
+  d.edit->SetOnKeyPress({&filter, &Filter::Press});
+  const auto type = [&](const char* keys) {
+    for (const char* c = keys; *c; ++c) SendMessageA(d.edit->GetHandle(), WM_CHAR, static_cast<unsigned char>(*c), 1);
+  };
+  type("xaxb");
   EXPECT_EQ("xaxb", filter.seen);
-  EXPECT_EQ("Ab", std::string(d.edit->GetText().c_str())) << "x swallowed, a changed on its way";
-
+  EXPECT_EQ("Ab", Str(d.edit->GetText())) << "x swallowed, a changed on its way";
   // The form's preview sees the key before the control and can swallow it.
-  struct Preview {
-    void Press(System::TObject*, char& key) {
-      if (key == 'b') key = 0;
-    }
-  } preview;
   d.form->SetKeyPreview(true);
-  d.form->SetOnKeyPress(Controls::TKeyPressEvent(&preview, &Preview::Press));
+  d.form->SetOnKeyPress({&preview, &Filter::Press});
   filter.seen.clear();
-  SendMessageA(edit, WM_CHAR, 'b', 1);
+  type("b");
+  EXPECT_EQ("b", preview.seen);
   EXPECT_EQ("", filter.seen) << "the edit's handler never saw it";
-  EXPECT_EQ("Ab", std::string(d.edit->GetText().c_str()));
+  EXPECT_EQ("Ab", Str(d.edit->GetText()));
 
-  // Tab and Shift+Tab in tab order; the order can be changed.
   d.form->Show();
   ASSERT_TRUE(d.edit->Focused()) << "the first tab stop has the focus";
-  const auto tab = [](Controls::TWinControl* from) { SendMessageA(from->GetHandle(), WM_KEYDOWN, VK_TAB, 1); };
-  tab(d.edit);
-  EXPECT_TRUE(d.ok->Focused());
-  tab(d.ok);
-  EXPECT_TRUE(d.cancel->Focused());
-  tab(d.cancel);
-  EXPECT_TRUE(d.edit->Focused()) << "round to the first";
+  const auto tabs = [&](std::vector<TWinControl*> from) {
+    std::string path;
+    for (TWinControl* c : from) {
+      SendMessageA(c->GetHandle(), WM_KEYDOWN, VK_TAB, 1);
+      path += d.edit->Focused() ? "edit " : d.ok->Focused() ? "ok " : d.cancel->Focused() ? "cancel " : "? ";
+    }
+    return path;
+  };
+  EXPECT_EQ("ok cancel edit ", tabs({d.edit, d.ok, d.cancel})) << "round to the first";
   d.cancel->SetTabOrder(0);
-  EXPECT_EQ(0, d.cancel->GetTabOrder());
-  EXPECT_EQ(1, d.edit->GetTabOrder());
-  tab(d.edit);
-  EXPECT_TRUE(d.ok->Focused());
-  tab(d.ok);
-  EXPECT_TRUE(d.cancel->Focused()) << "the last stop, after reordering";
+  EXPECT_EQ(1, d.edit->GetTabOrder()) << "the others move on";
+  EXPECT_EQ("ok cancel ", tabs({d.edit, d.ok})) << "the last stop, after reordering";
 }
 
 TEST(TCustomForm, AltAndAMnemonicFocusesOrClicksItsControl) {
   Dialog d;
-  auto* label = new TLabel(d.form);
-  label->SetParent(d.form);
+  auto* label = Make<TLabel>(d.form, d.form);
   label->SetText("&Name:");
   label->SetFocusControl(d.edit);
-  auto* box = new TCheckBox(d.form);
-  box->SetParent(d.form);
-  box->SetTop(60);
+  auto* box = Make<TCheckBox>(d.form, d.form, 0, 60, 80, 17);
   box->SetText("&Keep");
-  int clicks = 0;
-  struct Counter {
-    int* n;
-    void Clicked(System::TObject*) { ++*n; }
-  } counter{&clicks};
+  Counter clicks;
   d.cancel->SetText("&Cancel");
   d.cancel->SetModalResult(Controls::mrNone);
-  d.cancel->SetOnClick(System::TNotifyEvent(&counter, &Counter::Clicked));
+  d.cancel->SetOnClick(clicks.Event());
   d.form->Show();
   d.ok->SetFocus();
   const auto alt = [&](char c) { return SendMessageA(GetFocus(), WM_SYSCHAR, static_cast<unsigned char>(c), 1 << 29); };
   alt('n');
   EXPECT_TRUE(d.edit->Focused()) << "the label's letter focuses its control";
   alt('K');
-  EXPECT_TRUE(box->GetChecked()) << "a check box's letter ticks it";
-  EXPECT_TRUE(box->Focused());
+  EXPECT_TRUE(box->GetChecked() && box->Focused()) << "a check box's letter ticks and focuses it";
   alt('c');
-  EXPECT_EQ(1, clicks) << "a button's letter clicks it";
+  EXPECT_EQ(1, clicks.n) << "a button's letter clicks it";
   alt('z');
-  EXPECT_EQ(1, clicks);
+  EXPECT_EQ(1, clicks.n);
   EXPECT_TRUE(box->GetChecked()) << "nobody's letter changes nothing";
   EXPECT_TRUE(Controls::IsAccel('a', "S&ave")) << "either case";
   EXPECT_FALSE(Controls::IsAccel('s', "&&Save"));
@@ -187,23 +149,16 @@ TEST(TCustomForm, AltAndAMnemonicFocusesOrClicksItsControl) {
 
 TEST(TRadioButton, CheckingOneUnchecksItsSiblingsAndCheckBoxesCycle) {
   TForm form(nullptr);
-  std::vector<TRadioButton*> radios;
-  for (int i = 0; i < 3; ++i) {
-    radios.push_back(new TRadioButton(&form));
-    radios.back()->SetParent(&form);
-    radios.back()->SetTop(i * 20);
-  }
+  TRadioButton* radios[3];
+  for (int i = 0; i < 3; ++i) radios[i] = Make<TRadioButton>(&form, &form, 0, i * 20, 100, 17);
   radios[0]->SetChecked(true);
-  // A click on the window of the third, as the mouse would.
-  SendMessageA(radios[2]->GetHandle(), BM_CLICK, 0, 0);
+  SendMessageA(radios[2]->GetHandle(), BM_CLICK, 0, 0);  // as the mouse would
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(i == 2, radios[i]->GetChecked()) << "radio " << i;
     EXPECT_EQ(i == 2 ? BST_CHECKED : BST_UNCHECKED, SendMessageA(radios[i]->GetHandle(), BM_GETCHECK, 0, 0))
         << "radio " << i << " as the window shows it";
   }
-
-  auto* box = new TCheckBox(&form);
-  box->SetParent(&form);
+  auto* box = Make<TCheckBox>(&form, &form);
   box->SetAllowGrayed(true);
   std::vector<int> states;
   for (int i = 0; i < 3; ++i) {
@@ -218,33 +173,17 @@ TEST(TRadioButton, CheckingOneUnchecksItsSiblingsAndCheckBoxesCycle) {
 
 // The events of a form's life, in the order a user of the framework expects.
 TEST(TCustomForm, LifeEventsComeInOrder) {
-  struct Log {
-    std::string text;
-    void Note(System::TObject* sender, const char* what) {
-      text += std::string(static_cast<Classes::TComponent*>(sender)->GetName().c_str()) + "." + what + " ";
-    }
-    void Create(System::TObject* s) { Note(s, "create"); }
-    void Show(System::TObject* s) { Note(s, "show"); }
-    void Hide(System::TObject* s) { Note(s, "hide"); }
-    // Which form is active depends on the desktop, which other test
-    // processes share: activation is driven by its message below.
-    void Activate(System::TObject* s) { Note(s, "activate"); }
-    void Deactivate(System::TObject* s) { Note(s, "deactivate"); }
-    void Resize(System::TObject* s) { Note(s, "resize"); }
-    void Destroy(System::TObject* s) { Note(s, "destroy"); }
-  } log;
-  const auto watch = [&](TForm* f, const char* name) {
-    f->SetName(name);
-    f->SetOnCreate({&log, &Log::Create});
-    f->SetOnShow({&log, &Log::Show});
-    f->SetOnHide({&log, &Log::Hide});
-    f->SetOnResize({&log, &Log::Resize});
-    f->SetOnDestroy({&log, &Log::Destroy});
-  };
+  EventLog log;
   auto* a = new TForm(nullptr);
   auto* b = new TForm(nullptr);
-  watch(a, "A");
-  watch(b, "B");
+  for (TForm* f : {a, b}) {
+    const std::string n = f == a ? "A." : "B.";
+    f->SetOnCreate(log.On(n + "create "));
+    f->SetOnShow(log.On(n + "show "));
+    f->SetOnHide(log.On(n + "hide "));
+    f->SetOnResize(log.On(n + "resize "));
+    f->SetOnDestroy(log.On(n + "destroy "));
+  }
   const struct {
     const char* what;
     void (*act)(TForm*, TForm*);
@@ -265,8 +204,10 @@ TEST(TCustomForm, LifeEventsComeInOrder) {
     Application->ProcessMessages();
     EXPECT_EQ(s.events, log.text) << s.what;
   }
-  b->SetOnActivate({&log, &Log::Activate});
-  b->SetOnDeactivate({&log, &Log::Deactivate});
+  // Which form is active depends on the desktop, which other test processes
+  // share: activation is driven by its message.
+  b->SetOnActivate(log.On("B.activate "));
+  b->SetOnDeactivate(log.On("B.deactivate "));
   log.text.clear();
   SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_CLICKACTIVE, 0);
   EXPECT_EQ(0u, log.text.find("B.activate ")) << log.text;  // the system may activate it again
@@ -291,67 +232,59 @@ TEST(TaskWindows, EnableGivesBackExactlyWhatDisableTook) {
   EXPECT_TRUE(IsWindowEnabled(hidden.GetHandle()));
 }
 
-TEST(TCustomForm, AFormCanReleaseItselfFromItsOwnHandler) {
-  auto* form = new TForm(nullptr);
-  auto* button = new TButton(form);
-  button->SetParent(form);
-  struct Closer {
+// A form freed from its own button's OnClick: Release frees it once its
+// messages are done; delete waits until the procedures of its windows have
+// returned (another window's procedure inside included), without a loop.
+TEST(TCustomForm, AFormFreedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
+  enum How { kRelease, kDelete, kNested };
+  struct Freer {
+    How how;
     TForm* form;
-    void Clicked(System::TObject*) { form->Release(); }
-  } closer{form};
-  button->SetOnClick(System::TNotifyEvent(&closer, &Closer::Clicked));
-  const int before = Screen->GetFormCount();
-  SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
-  EXPECT_EQ(before, Screen->GetFormCount()) << "still there while its handler runs";
-  Application->ProcessMessages();
-  EXPECT_EQ(before - 1, Screen->GetFormCount()) << "freed once its messages were done";
-}
-
-// Deleting instead of Release: the delete waits until the procedures of the
-// form's windows have returned, then happens without a message loop.
-TEST(TCustomForm, AFormDeletedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
-  struct Deleter {
-    TForm* form;
-    Classes::TComponent* nested = nullptr;
+    TButton* nested;
     std::string log;
     void Clicked(System::TObject* sender) {
-      delete form;
-      delete form;  // a second delete while it waits changes nothing
+      if (how == kRelease) {
+        form->Release();
+      } else {
+        delete form;
+        delete form;  // a second delete while it waits changes nothing
+      }
       // The sender and the form are still whole until the handler returns.
-      log += std::string(sender->ClassName().c_str()) + " " + (IsWindowVisible(form->GetHandle()) ? "shown" : "hidden");
-      if (nested) SendMessageA(static_cast<TButton*>(nested)->GetHandle(), BM_CLICK, 0, 0);
+      log += Str(sender->ClassName()) + (IsWindowVisible(form->GetHandle()) ? " shown" : " hidden");
+      if (how == kNested) SendMessageA(nested->GetHandle(), BM_CLICK, 0, 0);
     }
     void Destroyed(System::TObject*) { log += " destroyed"; }
   };
   const struct {
     const char* what;
-    bool nested;
-  } cases[] = {{"from the button's click", false}, {"with another window's procedure inside", true}};
-  for (const auto& c : cases) {
+    How how;
+    const char* log;  // once the click is handled
+  } rows[] = {{"Release", kRelease, "TButton shown"},
+              {"delete", kDelete, "TButton hidden destroyed"},
+              {"delete, another window's procedure inside", kNested, "TButton hidden destroyed"}};
+  for (const auto& r : rows) {
     auto* form = new TForm(nullptr);
-    auto* button = new TButton(form);
-    button->SetParent(form);
-    Deleter deleter{form, nullptr, {}};
-    form->SetOnDestroy({&deleter, &Deleter::Destroyed});
+    auto* button = Make<TButton>(form, form);
     TForm other(nullptr);
-    auto* otherButton = new TButton(&other);
-    otherButton->SetParent(&other);
-    if (c.nested) deleter.nested = otherButton;
-    button->SetOnClick({&deleter, &Deleter::Clicked});
+    Freer freer{r.how, form, Make<TButton>(&other, &other), {}};
+    form->SetOnDestroy({&freer, &Freer::Destroyed});
+    button->SetOnClick({&freer, &Freer::Clicked});
     form->Show();
     const HWND window = form->GetHandle();
     const int before = Screen->GetFormCount();
     SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
-    EXPECT_EQ("TButton hidden destroyed", deleter.log) << c.what;
-    EXPECT_EQ(before - 1, Screen->GetFormCount()) << c.what;
-    EXPECT_FALSE(IsWindow(window)) << c.what;
+    EXPECT_EQ(r.log, freer.log) << r.what;
+    EXPECT_EQ(r.how == kRelease ? before : before - 1, Screen->GetFormCount()) << r.what;
+    Application->ProcessMessages();
+    EXPECT_EQ(before - 1, Screen->GetFormCount()) << r.what;
+    EXPECT_FALSE(IsWindow(window)) << r.what;
   }
 
   // A panel deleted in its own handler waits; its form, freed meanwhile,
   // takes it along and the wait ends.
   struct Owner {
     TForm* form;
-    Controls::TWinControl* panel;
+    TWinControl* panel;
     void Clicked(System::TObject*) {
       delete panel;
       EXPECT_FALSE(panel->GetVisible()) << "waiting, hidden";
@@ -359,22 +292,13 @@ TEST(TCustomForm, AFormDeletedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
     }
   };
   auto* form = new TForm(nullptr);
-  auto* panel = new Controls::TWinControl(form);
-  panel->SetParent(form);
-  auto* button = new TButton(form);
-  button->SetParent(panel);
-  Owner owner{form, panel};
+  Owner owner{form, Make<TWinControl>(form, form)};
+  auto* button = Make<TButton>(form, owner.panel);
   button->SetOnClick({&owner, &Owner::Clicked});
   const int before = Screen->GetFormCount();
   SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
   EXPECT_EQ(before - 1, Screen->GetFormCount());
 }
-
-}  // namespace
-
-namespace {
-
-std::string NameOf(System::TObject* sender) { return static_cast<Classes::TComponent*>(sender)->GetName().c_str(); }
 
 // OnKeyDown runs before the window sees the key: zeroed, the key does nothing
 // (Delete deletes nothing) and its character is not typed. OnKeyUp sees the
@@ -382,24 +306,21 @@ std::string NameOf(System::TObject* sender) { return static_cast<Classes::TCompo
 // OnExit, then the other's OnEnter.
 TEST(TWinControl, KeyDownKeyUpEnterAndExit) {
   Dialog d;
-  d.form->SetName("form");
-  d.edit->SetName("edit");
-  d.ok->SetName("ok");
-  struct Log {
-    std::string text;
+  EventLog log;
+  struct Keys {
+    std::string* text;
+    const char* who;
     bool zero = false;
-    void Key(System::TObject* s, const char* what, WORD& key) {
-      text += NameOf(s) + what + std::to_string(key) + " ";
+    void Note(const char* what, WORD& key) {
+      *text += std::string(who) + what + std::to_string(key) + " ";
       if (zero) key = 0;
     }
-    void Down(System::TObject* s, WORD& key, Controls::TShiftState) { Key(s, ".down", key); }
-    void Up(System::TObject* s, WORD& key, Controls::TShiftState) { Key(s, ".up", key); }
-    void Enter(System::TObject* s) { text += NameOf(s) + ".enter "; }
-    void Exit(System::TObject* s) { text += NameOf(s) + ".exit "; }
-  } log;
-  d.edit->SetOnKeyDown({&log, &Log::Down});
-  d.edit->SetOnKeyUp({&log, &Log::Up});
-  HWND edit = d.edit->GetHandle();
+    void Down(System::TObject*, WORD& key, Controls::TShiftState) { Note(".down", key); }
+    void Up(System::TObject*, WORD& key, Controls::TShiftState) { Note(".up", key); }
+  } edit{&log.text, "edit"}, form{&log.text, "form"};
+  d.edit->SetOnKeyDown({&edit, &Keys::Down});
+  d.edit->SetOnKeyUp({&edit, &Keys::Up});
+  const HWND w = d.edit->GetHandle();
   const struct {
     const char* what;
     bool zero;
@@ -414,28 +335,28 @@ TEST(TWinControl, KeyDownKeyUpEnterAndExit) {
   };
   for (const auto& r : rows) {
     d.edit->SetText("abc");
-    SendMessageA(edit, EM_SETSEL, 0, 0);
-    log.zero = r.zero;
+    SendMessageA(w, EM_SETSEL, 0, 0);
+    edit.zero = r.zero;
     log.text.clear();
-    SendMessageA(edit, WM_KEYDOWN, r.key, 1);
-    if (r.ch) SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(r.ch), 1);
-    EXPECT_EQ(r.text, std::string(d.edit->GetText().c_str())) << r.what;
+    SendMessageA(w, WM_KEYDOWN, r.key, 1);
+    if (r.ch) SendMessageA(w, WM_CHAR, static_cast<unsigned char>(r.ch), 1);
+    EXPECT_EQ(r.text, Str(d.edit->GetText())) << r.what;
     EXPECT_EQ("edit.down" + std::to_string(r.key) + " ", log.text) << r.what;
   }
+  edit.zero = false;
   d.form->SetKeyPreview(true);
-  d.form->SetOnKeyUp({&log, &Log::Up});
+  d.form->SetOnKeyUp({&form, &Keys::Up});
   for (bool zero : {false, true}) {
-    log.zero = zero;
+    form.zero = zero;
     log.text.clear();
-    SendMessageA(edit, WM_KEYUP, VK_F5, 0xC0000001);
+    SendMessageA(w, WM_KEYUP, VK_F5, 0xC0000001);
     EXPECT_EQ(zero ? "form.up116 " : "form.up116 edit.up116 ", log.text) << "preview zeroing: " << zero;
   }
 
-  log.zero = false;
-  d.edit->SetOnEnter({&log, &Log::Enter});
-  d.edit->SetOnExit({&log, &Log::Exit});
-  d.ok->SetOnEnter({&log, &Log::Enter});
-  d.ok->SetOnExit({&log, &Log::Exit});
+  d.edit->SetOnEnter(log.On("edit.enter "));
+  d.edit->SetOnExit(log.On("edit.exit "));
+  d.ok->SetOnEnter(log.On("ok.enter "));
+  d.ok->SetOnExit(log.On("ok.exit "));
   d.form->Show();
   ASSERT_TRUE(d.edit->Focused());
   log.text.clear();
@@ -538,8 +459,7 @@ TEST(TCustomForm, BorderStyleAndIconsMakeTheFrame) {
     EXPECT_EQ(r.exHas, exStyle & r.exHas) << r.what << std::hex << ", extended style " << exStyle;
     RECT client;
     GetClientRect(h, &client);
-    EXPECT_EQ(240, client.right) << r.what;
-    EXPECT_EQ(120, client.bottom) << r.what;
+    EXPECT_EQ((MyRect{0, 0, 240, 120}), (MyRect{client.left, client.top, client.right, client.bottom})) << r.what;
   }
 }
 
@@ -579,8 +499,7 @@ TEST(TCustomForm, PositionPlacesTheFormWhenFirstShown) {
     form->Show();
     RECT placed;
     GetWindowRect(form->GetHandle(), &placed);
-    EXPECT_EQ(r.expected.x, placed.left) << r.what;
-    EXPECT_EQ(r.expected.y, placed.top) << r.what;
+    EXPECT_EQ(r.expected, (MyPoint{placed.left, placed.top})) << r.what;
     form->Hide();
     form->SetBounds(1, 2, 200, 100);
     form->Show();
@@ -605,8 +524,7 @@ struct Failing {
 // it was. While it runs, a close that OnCloseQuery refuses keeps it open.
 TEST(TCustomForm, ShowModalGivesBackTheWindowsAndTheFocusHoweverItEnds) {
   TForm main(nullptr);
-  auto* mainEdit = new TEdit(&main);
-  mainEdit->SetParent(&main);
+  auto* mainEdit = Make<TEdit>(&main, &main);
   main.Show();
   mainEdit->SetFocus();
   ASSERT_TRUE(mainEdit->Focused());
@@ -628,28 +546,22 @@ TEST(TCustomForm, ShowModalGivesBackTheWindowsAndTheFocusHoweverItEnds) {
     }
     std::string error;
     TModalResult result = Controls::mrNone;
-    loop_driver::Drive(
-        {[&] {
-           if (!IsWindowVisible(d.form->GetHandle())) return false;
-           mainDisabled = !IsWindowEnabled(main.GetHandle()) && IsWindowEnabled(d.form->GetHandle());
-           PostMessageA(d.form->GetHandle(), WM_CLOSE, 0, 0);
-           return true;
-         },
-         [&] {
-           stayedOpen = d.form->IsModal() && IsWindowVisible(d.form->GetHandle());
-           query.allow = true;
-           PostMessageA(d.ok->GetHandle(), BM_CLICK, 0, 0);
-           return true;
-         }},
-        [&] { d.form->SetModalResult(Controls::mrAbort); },
-        [&] {
-          try {
-            result = d.form->ShowModal();
-          } catch (const Sysutils::Exception& e) {
-            error = e.Message.c_str();
-          }
-          return 0;
-        });
+    try {
+      result = d.Modal({[&] {
+                          if (!IsWindowVisible(d.form->GetHandle())) return false;
+                          mainDisabled = !IsWindowEnabled(main.GetHandle()) && IsWindowEnabled(d.form->GetHandle());
+                          PostMessageA(d.form->GetHandle(), WM_CLOSE, 0, 0);
+                          return true;
+                        },
+                        [&] {
+                          stayedOpen = d.form->IsModal() && IsWindowVisible(d.form->GetHandle());
+                          query.allow = true;
+                          PostMessageA(d.ok->GetHandle(), BM_CLICK, 0, 0);
+                          return true;
+                        }});
+    } catch (const Sysutils::Exception& e) {
+      error = e.Message.c_str();
+    }
     if (failing) {
       EXPECT_EQ("queued call failed", error);
     } else {

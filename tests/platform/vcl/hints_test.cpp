@@ -8,8 +8,10 @@
 #include "platform/vcl/application.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_label.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Forms;
+using vcl_test::Make;
 
 namespace {
 
@@ -41,18 +43,13 @@ TEST(TApplicationHint, TheMouseRestingOnAControlShowsItsHint) {
   form.SetBounds(100, 100, 300, 200);
   form.SetHint("The form");
   form.SetShowHint(true);
-  auto* button = new Stdctrls::TButton(&form);
-  button->SetParent(&form);
-  button->SetBounds(10, 10, 100, 30);
+  auto* button = Make<Stdctrls::TButton>(&form, &form, 10, 10, 100, 30);
   button->SetHint("Save|Saves the file under its name");
-  auto* label = new Stdctrls::TLabel(&form);
-  label->SetParent(&form);
+  auto* label = Make<Stdctrls::TLabel>(&form, &form);
   label->SetAutoSize(false);
   label->SetBounds(10, 100, 100, 20);
   label->SetHint("A label");
-  auto* plain = new Stdctrls::TButton(&form);
-  plain->SetParent(&form);
-  plain->SetBounds(150, 10, 100, 30);
+  auto* plain = Make<Stdctrls::TButton>(&form, &form, 150, 10, 100, 30);
   form.Show();
   Application->ProcessMessages();
 

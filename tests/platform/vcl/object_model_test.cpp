@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/vcl/vcl.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 // Records the block each plain delete frees, to show that deleting a framework
 // object through any base gives back the block that new returned. Blocks come
@@ -67,25 +68,17 @@ struct TValue : TPersistent {
 };
 VCL_CLASS_IMPL(TValue, TPersistent)
 
-std::string AssignMessage(TPersistent& dest, TPersistent* source) {
-  try {
-    dest.Assign(source);
-  } catch (EConvertError& e) {
-    EXPECT_STREQ(e.Message.c_str(), e.what()) << "the std::exception text";
-    return e.Message.c_str();
-  }
-  return "(no exception)";
-}
-
 TEST(VclObjectModel, AssignDispatchAndErrorTexts) {
   TValue a;
   TThing thing;
   thing.Assign(&a);  // TThing has no Assign of its own: a's AssignTo does the work
   EXPECT_EQ(70, thing.value);
   TOther other;
-  EXPECT_EQ("Cannot assign a TOther to a TThing", AssignMessage(thing, &other));
-  EXPECT_EQ("Cannot assign a TValue to a TOther", AssignMessage(other, &a));
-  EXPECT_EQ("Cannot assign a nil to a TThing", AssignMessage(thing, nullptr));
+  using vcl_test::ErrorOf;
+  EXPECT_EQ("Cannot assign a TOther to a TThing", ErrorOf<EConvertError>([&] { thing.Assign(&other); }));
+  EXPECT_EQ("Cannot assign a TValue to a TOther", ErrorOf<EConvertError>([&] { other.Assign(&a); }));
+  EXPECT_EQ("Cannot assign a nil to a TThing", ErrorOf<EConvertError>([&] { thing.Assign(nullptr); }));
+  EXPECT_STREQ("the message", EConvertError("the message").what()) << "the std::exception text";
 }
 
 std::vector<std::string> events;

@@ -10,30 +10,22 @@
 #include <string>
 
 #include "platform/vcl/filer.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 namespace {
 
 using namespace Classes;
 
-std::string Bytes(TMemoryStream& s) {
-  return std::string(static_cast<char*>(s.GetMemory()), static_cast<size_t>(s.GetSize()));
-}
-
-std::string ToBinary(const std::string& text) {
+// What convert makes of input.
+std::string Convert(void (*convert)(TStream*, TStream*), const std::string& input) {
   TMemoryStream in, out;
-  in.WriteBuffer(text.data(), static_cast<long>(text.size()));
+  in.WriteBuffer(input.data(), static_cast<long>(input.size()));
   in.SetPosition(0);
-  ObjectTextToBinary(&in, &out);
-  return Bytes(out);
+  convert(&in, &out);
+  return vcl_test::Bytes(out);
 }
-
-std::string ToText(const std::string& binary) {
-  TMemoryStream in, out;
-  in.WriteBuffer(binary.data(), static_cast<long>(binary.size()));
-  in.SetPosition(0);
-  ObjectBinaryToText(&in, &out);
-  return Bytes(out);
-}
+std::string ToBinary(const std::string& text) { return Convert(&ObjectTextToBinary, text); }
+std::string ToText(const std::string& binary) { return Convert(&ObjectBinaryToText, binary); }
 
 // Written as the converter writes it, so that it comes back the same.
 const std::string kSample =
@@ -110,15 +102,8 @@ TEST(ObjectText, MalformedTextIsRefusedWithItsLine) {
       {"object A: TA\nend\nend\n", "Line 3: end of text expected but 'end' found"},
       {"object A TA\nend\n", "Line 2: '=' expected but 'end' found"},
   };
-  for (const auto& c : cases) {
-    std::string message;
-    try {
-      ToBinary(c.text);
-    } catch (const EParserError& e) {
-      message = e.Message.c_str();
-    }
-    EXPECT_EQ(c.message, message) << c.text;
-  }
+  for (const auto& c : cases)
+    EXPECT_EQ(c.message, vcl_test::ErrorOf<EParserError>([&] { ToBinary(c.text); })) << c.text;
 }
 
 TEST(ObjectText, DamagedInputNeverCrashes) {

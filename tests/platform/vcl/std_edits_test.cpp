@@ -11,21 +11,17 @@
 #include "platform/vcl/com_ranges.h"
 #include "platform/vcl/forms.h"
 #include "platform/vcl/std_buttons.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Stdctrls;
+using namespace vcl_test;
+using W = Controls::TWinControl;
 
 namespace {
 
-std::string WindowText(HWND w) {
-  char text[256] = {};
-  GetWindowTextA(w, text, sizeof text);
-  return text;
-}
-
 TEST(TCustomEdit, LimitsAndSelectionAreTheWindows) {
   Forms::TForm form(nullptr);
-  auto* edit = new TEdit(&form);
-  edit->SetParent(&form);
+  auto* edit = Make<TEdit>(&form, &form);
   edit->SetMaxLength(5);
   edit->SetText("abc");
   HWND w = edit->GetHandle();
@@ -35,7 +31,7 @@ TEST(TCustomEdit, LimitsAndSelectionAreTheWindows) {
   EXPECT_TRUE(edit->GetModified());
   edit->SetSelStart(1);
   edit->SetSelLength(3);
-  EXPECT_EQ("eab", std::string(edit->GetSelText().c_str()));
+  EXPECT_EQ("eab", Str(edit->GetSelText()));
   edit->SetSelText("X");
   EXPECT_EQ("dXc", WindowText(w));
   edit->SetReadOnly(true);
@@ -60,20 +56,13 @@ TEST(TCustomMemo, EnterAndTabGoIntoAMemoThatWantsThem) {
   };
   for (const Row& r : rows) {
     Forms::TForm form(nullptr);
-    auto* memo = new TMemo(&form);
-    memo->SetParent(&form);
+    auto* memo = Make<TMemo>(&form, &form);
     memo->SetWantReturns(r.wantReturns);
     memo->SetWantTabs(r.wantTabs);
-    auto* ok = new TButton(&form);
-    ok->SetParent(&form);
-    ok->SetTop(100);
+    auto* ok = Make<TButton>(&form, &form, 0, 100, 75, 25);
     ok->SetDefault(true);
-    int clicks = 0;
-    struct Counter {
-      int* n;
-      void Clicked(System::TObject*) { ++*n; }
-    } counter{&clicks};
-    ok->SetOnClick(System::TNotifyEvent(&counter, &Counter::Clicked));
+    Counter clicks;
+    ok->SetOnClick(clicks.Event());
     form.Show();
     memo->SetFocus();
     memo->SetText("ab");
@@ -82,92 +71,77 @@ TEST(TCustomMemo, EnterAndTabGoIntoAMemoThatWantsThem) {
     SendMessageA(w, WM_KEYDOWN, r.key, 1);
     SendMessageA(w, WM_CHAR, static_cast<unsigned char>(r.ch), 1);  // as TranslateMessage would follow it
     EXPECT_EQ(r.text, WindowText(w)) << r.what;
-    EXPECT_EQ(r.clicks, clicks) << r.what;
+    EXPECT_EQ(r.clicks, clicks.n) << r.what;
     EXPECT_EQ(r.memoFocused, memo->Focused()) << r.what;
   }
 }
 
 TEST(TCustomMemo, LinesAreTheWindowsText) {
   Forms::TForm form(nullptr);
-  auto* memo = new TMemo(&form);
-  memo->SetParent(&form);
+  auto* memo = Make<TMemo>(&form, &form);
   memo->GetLines()->SetText("one\ntwo\rthree");
   HWND w = memo->GetHandle();
   EXPECT_EQ("one\r\ntwo\r\nthree", WindowText(w)) << "line breaks made even, none added";
   SetWindowTextA(w, "x\r\ny");
   EXPECT_EQ(2, memo->GetLines()->GetCount());
-  EXPECT_EQ("y", std::string(memo->GetLines()->Get(1).c_str()));
+  EXPECT_EQ("y", Str(memo->GetLines()->Get(1)));
   memo->GetLines()->Insert(1, "mid");
   memo->GetLines()->Delete(0);
-  struct Changes {
-    int count = 0;
-    void Changed(System::TObject*) { ++count; }
-  } changes;
-  memo->SetOnChange({&changes, &Changes::Changed});
+  Counter changes;
+  memo->SetOnChange(changes.Event());
   memo->GetLines()->Add("");  // an empty line, last for a while, is kept
   memo->GetLines()->Add("end");
   EXPECT_EQ("mid\r\ny\r\n\r\nend", WindowText(w));
   EXPECT_EQ(4, memo->GetLines()->GetCount());
-  EXPECT_EQ(2, changes.count) << "each line added changes the text";
-  try {
-    memo->GetLines()->Get(4);
-    ADD_FAILURE() << "line 4 was read";
-  } catch (const Classes::EStringListError& e) {
-    EXPECT_EQ("List index out of bounds (4)", std::string(e.Message.c_str()));
-  }
+  EXPECT_EQ(2, changes.n) << "each line added changes the text";
+  EXPECT_EQ("List index out of bounds (4)", ErrorOf<Classes::EStringListError>([&] { memo->GetLines()->Get(4); }));
 }
 
 // What the properties make of the window, read back from its style, set
 // before the window is made and after (the window is made again where the
 // system reads the style only at creation).
 TEST(TCustomEdit, PropertiesAreTheWindowsStyle) {
-  using Make = Controls::TWinControl* (*)(Forms::TForm*);
-  const Make edit = [](Forms::TForm* f) -> Controls::TWinControl* { return new TEdit(f); };
-  const Make memo = [](Forms::TForm* f) -> Controls::TWinControl* { return new TMemo(f); };
-  const Make bar = [](Forms::TForm* f) -> Controls::TWinControl* { return new Comctrls::TProgressBar(f); };
+  enum Kind { kEdit, kMemo, kBar };
   const struct {
     const char* what;
-    Make make;
-    void (*set)(Controls::TWinControl*);
+    Kind kind;
+    void (*set)(W*);
     DWORD mask, expected;
     int passwordChar;  // what EM_GETPASSWORDCHAR gives, or -1
   } rows[] = {
-      {"password character", edit, [](Controls::TWinControl* c) { static_cast<TEdit*>(c)->SetPasswordChar('*'); },
-       ES_PASSWORD, ES_PASSWORD, '*'},
-      {"password character taken away", edit,
-       [](Controls::TWinControl* c) {
+      {"password character", kEdit, [](W* c) { static_cast<TEdit*>(c)->SetPasswordChar('*'); }, ES_PASSWORD,
+       ES_PASSWORD, '*'},
+      {"password character taken away", kEdit,
+       [](W* c) {
          static_cast<TEdit*>(c)->SetPasswordChar('*');
          static_cast<TEdit*>(c)->SetPasswordChar(0);
        },
        ES_PASSWORD, 0, 0},
-      {"memo, both scroll bars", memo, [](Controls::TWinControl* c) { static_cast<TMemo*>(c)->SetScrollBars(ssBoth); },
+      {"memo, both scroll bars", kMemo, [](W* c) { static_cast<TMemo*>(c)->SetScrollBars(ssBoth); },
        WS_HSCROLL | WS_VSCROLL, WS_HSCROLL | WS_VSCROLL, -1},
-      {"memo, vertical scroll bar", memo,
-       [](Controls::TWinControl* c) { static_cast<TMemo*>(c)->SetScrollBars(ssVertical); }, WS_HSCROLL | WS_VSCROLL,
-       WS_VSCROLL, -1},
-      {"memo, no scroll bars", memo, [](Controls::TWinControl*) {}, WS_HSCROLL | WS_VSCROLL, 0, -1},
-      {"memo, word wrap (the default)", memo, [](Controls::TWinControl*) {}, ES_AUTOHSCROLL, 0, -1},
-      {"memo, no word wrap", memo, [](Controls::TWinControl* c) { static_cast<TMemo*>(c)->SetWordWrap(false); },
-       ES_AUTOHSCROLL, ES_AUTOHSCROLL, -1},
-      {"progress bar, smooth", bar,
-       [](Controls::TWinControl* c) { static_cast<Comctrls::TProgressBar*>(c)->SetSmooth(true); }, PBS_SMOOTH,
+      {"memo, vertical scroll bar", kMemo, [](W* c) { static_cast<TMemo*>(c)->SetScrollBars(ssVertical); },
+       WS_HSCROLL | WS_VSCROLL, WS_VSCROLL, -1},
+      {"memo, no scroll bars, word wrap", kMemo, [](W*) {}, WS_HSCROLL | WS_VSCROLL | ES_AUTOHSCROLL, 0, -1},
+      {"memo, no word wrap", kMemo, [](W* c) { static_cast<TMemo*>(c)->SetWordWrap(false); }, ES_AUTOHSCROLL,
+       ES_AUTOHSCROLL, -1},
+      {"progress bar, smooth", kBar, [](W* c) { static_cast<Comctrls::TProgressBar*>(c)->SetSmooth(true); }, PBS_SMOOTH,
        PBS_SMOOTH, -1},
-      {"progress bar, in blocks", bar, [](Controls::TWinControl*) {}, PBS_SMOOTH, 0, -1},
+      {"progress bar, in blocks", kBar, [](W*) {}, PBS_SMOOTH, 0, -1},
   };
   for (const auto& r : rows)
     for (bool windowFirst : {false, true}) {
       Forms::TForm form(nullptr);
-      Controls::TWinControl* control = r.make(&form);
-      control->SetParent(&form);
+      W* control = r.kind == kEdit   ? static_cast<W*>(Make<TEdit>(&form, &form))
+                   : r.kind == kMemo ? static_cast<W*>(Make<TMemo>(&form, &form))
+                                     : Make<Comctrls::TProgressBar>(&form, &form);
       if (windowFirst) control->GetHandle();
       r.set(control);
       const HWND w = control->GetHandle();
       const auto style = static_cast<DWORD>(GetWindowLongA(w, GWL_STYLE));
-      EXPECT_EQ(r.expected, style & r.mask)
-          << r.what << (windowFirst ? ", set on the window" : "") << std::hex << ", style " << style;
+      const char* when = windowFirst ? ", set on the window" : "";
+      EXPECT_EQ(r.expected, style & r.mask) << r.what << when << std::hex << ", style " << style;
       if (r.passwordChar >= 0) {
-        EXPECT_EQ(r.passwordChar, SendMessageA(w, EM_GETPASSWORDCHAR, 0, 0))
-            << r.what << (windowFirst ? ", set on the window" : "");
+        EXPECT_EQ(r.passwordChar, SendMessageA(w, EM_GETPASSWORDCHAR, 0, 0)) << r.what << when;
       }
     }
 }

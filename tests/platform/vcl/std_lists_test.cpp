@@ -9,8 +9,11 @@
 #include "platform/vcl/application.h"
 #include "platform/vcl/forms.h"
 #include "platform/vcl/std_buttons.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Stdctrls;
+using namespace vcl_test;
+using Classes::EStringListError;
 
 namespace {
 
@@ -24,21 +27,9 @@ std::string WindowItems(HWND w, UINT count, UINT getText) {
   return out;
 }
 
-// The message of the error call raises ("" for none).
-template <class E, class Call>
-std::string ErrorOf(Call call) {
-  try {
-    call();
-  } catch (const E& e) {
-    return e.Message.c_str();
-  }
-  return "";
-}
-
 TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
   Forms::TForm form(nullptr);
-  auto* list = new TListBox(&form);
-  list->SetParent(&form);
+  auto* list = Make<TListBox>(&form, &form);
   list->GetItems()->SetText("pear\napple\nfig");  // before the window exists
   list->SetItemIndex(1);
   HWND w = list->GetHandle();
@@ -48,14 +39,13 @@ TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
   SendMessageA(w, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("plum"));
   SendMessageA(w, LB_SETCURSEL, 3, 0);
   EXPECT_EQ(4, list->GetItems()->GetCount()) << "what the window holds";
-  EXPECT_EQ("plum", std::string(list->GetItems()->Get(3).c_str()));
+  EXPECT_EQ("plum", Str(list->GetItems()->Get(3)));
   EXPECT_EQ(3, list->GetItemIndex());
   list->GetItems()->Delete(0);
   list->GetItems()->Insert(0, "kiwi");
   EXPECT_EQ("kiwi|apple|fig|plum", WindowItems(w, LB_GETCOUNT, LB_GETTEXT));
-  EXPECT_EQ("List index out of bounds (4)", ErrorOf<Classes::EStringListError>([&] { list->GetItems()->Get(4); }));
-  EXPECT_EQ("List index out of bounds (-1)",
-            ErrorOf<Classes::EStringListError>([&] { list->GetItems()->Insert(-1, "x"); }));
+  EXPECT_EQ("List index out of bounds (4)", ErrorOf<EStringListError>([&] { list->GetItems()->Get(4); }));
+  EXPECT_EQ("List index out of bounds (-1)", ErrorOf<EStringListError>([&] { list->GetItems()->Insert(-1, "x"); }));
 
   list->SetSorted(true);  // the window is made again, sorted, with the same items
   EXPECT_EQ("apple|fig|kiwi|plum", WindowItems(list->GetHandle(), LB_GETCOUNT, LB_GETTEXT));
@@ -72,20 +62,15 @@ TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
 
 TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
   Forms::TForm form(nullptr);
-  auto* combo = new TComboBox(&form);
-  combo->SetParent(&form);
-  int changes = 0;
-  struct Counter {
-    int* n;
-    void Changed(System::TObject*) { ++*n; }
-  } counter{&changes};
-  combo->SetOnChange(System::TNotifyEvent(&counter, &Counter::Changed));
+  auto* combo = Make<TComboBox>(&form, &form);
+  Counter changes;
+  combo->SetOnChange(changes.Event());
   combo->GetItems()->SetText("red\ngreen\nblue");
   combo->SetItemIndex(2);
   HWND w = combo->GetHandle();
   EXPECT_EQ("red|green|blue", WindowItems(w, CB_GETCOUNT, CB_GETLBTEXT));
   EXPECT_EQ(2, SendMessageA(w, CB_GETCURSEL, 0, 0));
-  EXPECT_EQ("blue", std::string(combo->GetText().c_str()));
+  EXPECT_EQ("blue", Str(combo->GetText()));
   EXPECT_EQ(DWORD(CBS_DROPDOWN), GetWindowLongA(w, GWL_STYLE) & 3u);
 
   combo->SetStyle(csDropDownList);
@@ -97,50 +82,40 @@ TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
   SendMessageA(w, CB_SETCURSEL, 0, 0);
   SendMessageA(form.GetHandle(), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(w));
   EXPECT_EQ(0, combo->GetItemIndex());
-  EXPECT_EQ(1, changes);
-  EXPECT_EQ("List index out of bounds (3)", ErrorOf<Classes::EStringListError>([&] { combo->GetItems()->Get(3); }));
-  EXPECT_EQ("List index out of bounds (5)", ErrorOf<Classes::EStringListError>([&] { combo->GetItems()->Delete(5); }));
+  EXPECT_EQ(1, changes.n);
+  EXPECT_EQ("List index out of bounds (3)", ErrorOf<EStringListError>([&] { combo->GetItems()->Get(3); }));
+  EXPECT_EQ("List index out of bounds (5)", ErrorOf<EStringListError>([&] { combo->GetItems()->Delete(5); }));
   EXPECT_EQ(3, combo->GetItems()->GetCount()) << "nothing changed";
 }
-
-}  // namespace
-
-namespace {
 
 // An editable box's edit is the box's own: its keys run the box's key events
 // and focus moving between the box and its edit is no enter or exit.
 TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
   Forms::TForm form(nullptr);
-  auto* combo = new Stdctrls::TComboBox(&form);
-  combo->SetParent(&form);
-  auto* list = new Stdctrls::TComboBox(&form);
-  list->SetParent(&form);
-  list->SetStyle(Stdctrls::csDropDownList);
-  list->SetTop(40);
-  auto* other = new Stdctrls::TButton(&form);
-  other->SetParent(&form);
-  other->SetTop(80);
+  auto* combo = Make<TComboBox>(&form, &form);
+  auto* list = Make<TComboBox>(&form, &form, 0, 40, 120, 21);
+  list->SetStyle(csDropDownList);
+  auto* other = Make<TButton>(&form, &form, 0, 80, 75, 25);
   form.Show();
 
-  struct Log {
-    std::string focus, keys;
-    void Enter(System::TObject*) { focus += "enter "; }
-    void Exit(System::TObject*) { focus += "exit "; }
+  struct Keys {
+    std::string seen;
     void Press(System::TObject*, char& key) {
-      keys += std::string(1, key) + " ";
+      seen += std::string(1, key) + " ";
       if (key == 'x') key = 0;
     }
-  } log;
+  } keys;
+  EventLog focus;
   other->SetFocus();
-  combo->SetOnEnter({&log, &Log::Enter});
-  combo->SetOnExit({&log, &Log::Exit});
-  combo->SetOnKeyPress({&log, &Log::Press});
+  combo->SetOnEnter(focus.On("enter "));
+  combo->SetOnExit(focus.On("exit "));
+  combo->SetOnKeyPress({&keys, &Keys::Press});
   combo->SetFocus();
   HWND edit = GetFocus();
   ASSERT_NE(combo->GetHandle(), edit) << "the focus went on to the edit";
   ASSERT_TRUE(IsChild(combo->GetHandle(), edit));
   other->SetFocus();
-  EXPECT_EQ("enter exit ", log.focus) << "one enter and one exit, none between the box and its edit";
+  EXPECT_EQ("enter exit ", focus.text) << "one enter and one exit, none between the box and its edit";
 
   // Keys posted to the edit (wherever the focus is meanwhile) and made into
   // characters by the message loop.
@@ -149,8 +124,8 @@ TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
     PostMessageA(edit, WM_KEYUP, VkKeyScanA(c) & 0xFF, 0xC0000001);
   }
   Forms::Application->ProcessMessages();
-  EXPECT_EQ("a x b ", log.keys);
-  EXPECT_EQ("ab", std::string(combo->GetText().c_str())) << "x swallowed before the edit saw it";
+  EXPECT_EQ("a x b ", keys.seen);
+  EXPECT_EQ("ab", Str(combo->GetText())) << "x swallowed before the edit saw it";
   list->SetFocus();
   EXPECT_EQ(list->GetHandle(), GetFocus()) << "a drop-down list has no edit";
 }

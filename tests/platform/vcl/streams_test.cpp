@@ -8,11 +8,12 @@
 #include <cstring>
 #include <string>
 
+#include "tests/platform/vcl/test_helpers.h"
+
 namespace {
 
 using namespace Classes;
-
-std::string Text(const AnsiString& s) { return s.c_str(); }
+using namespace vcl_test;
 
 TEST(TMemoryStream, PositionsSizesAndShortTransfers) {
   TMemoryStream s;
@@ -42,12 +43,7 @@ TEST(TMemoryStream, PositionsSizesAndShortTransfers) {
   EXPECT_EQ(5, s.Read(buffer, 5));
   EXPECT_EQ("world", std::string(buffer, 5));
   s.SetPosition(18);
-  try {
-    s.ReadBuffer(buffer, 5);
-    ADD_FAILURE() << "a short read";
-  } catch (const EReadError& e) {
-    EXPECT_EQ("Stream read error", Text(e.Message));
-  }
+  EXPECT_EQ("Stream read error", ErrorOf<EReadError>([&] { s.ReadBuffer(buffer, 5); })) << "a short read";
   s.SetSize(5);
   EXPECT_EQ(5, s.GetPosition()) << "cut: the position stays inside";
 
@@ -88,13 +84,9 @@ TEST(TFileStream, FilesAreMadeReadAndRefusedWithTheirName) {
   DeleteFileA(path.c_str());
 
   const AnsiString missing = AnsiString(dir) + "no_such_dir\\file.bin";
-  try {
-    TFileStream file(missing, fmOpenRead);
-    ADD_FAILURE() << "opened a file that does not exist";
-  } catch (const EFOpenError& e) {
-    EXPECT_EQ(0u, Text(e.Message).find("Cannot open file \"" + Text(missing) + "\". ")) << Text(e.Message);
-    EXPECT_GT(e.Message.Length(), missing.Length() + 22) << "the system's reason follows";
-  }
+  const std::string error = ErrorOf<EFOpenError>([&] { TFileStream file(missing, fmOpenRead); });
+  EXPECT_EQ(0u, error.find("Cannot open file \"" + Str(missing) + "\". ")) << error;
+  EXPECT_GT(error.size(), static_cast<size_t>(missing.Length()) + 22) << "the system's reason follows";
   EXPECT_THROW(TFileStream(missing, fmCreate), EFCreateError);
 }
 
@@ -110,12 +102,8 @@ TEST(TResourceStream, ReadsAModulesResourceInPlace) {
   version.ReadBuffer(key, sizeof key - 2);
   EXPECT_EQ(std::wstring(L"VS_VERSION_INFO"), std::wstring(key));
   EXPECT_THROW(version.WriteBuffer("x", 1), EWriteError);
-  try {
-    TResourceStream none(vcl, "NOPE", MAKEINTRESOURCEA(10));
-    ADD_FAILURE() << "found a resource that is not there";
-  } catch (const EResNotFound& e) {
-    EXPECT_EQ("Resource NOPE not found", Text(e.Message));
-  }
+  EXPECT_EQ("Resource NOPE not found",
+            ErrorOf<EResNotFound>([&] { TResourceStream none(vcl, "NOPE", MAKEINTRESOURCEA(10)); }));
 }
 
 }  // namespace

@@ -4,9 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
+#include "tests/platform/vcl/test_helpers.h"
+
 using namespace Classes;
+using namespace vcl_test;
 
 namespace {
 
@@ -15,17 +19,6 @@ std::string Lines(const TStrings& s) {
   for (int i = 0; i < s.GetCount(); ++i) out += (i ? "|" : "") + std::string(s.Get(i).c_str());
   return out;
 }
-
-// Counts OnChanging and OnChange.
-struct Events {
-  int changing = 0, changed = 0;
-  void Changing(System::TObject*) { ++changing; }
-  void Changed(System::TObject*) { ++changed; }
-  void Attach(TStringList& list) {
-    list.SetOnChanging(System::TNotifyEvent(this, &Events::Changing));
-    list.SetOnChange(System::TNotifyEvent(this, &Events::Changed));
-  }
-};
 
 TEST(TStringList, TextSplitsAtEveryLineBreakAndJoinsWithCrLf) {
   struct Row {
@@ -44,7 +37,7 @@ TEST(TStringList, TextSplitsAtEveryLineBreakAndJoinsWithCrLf) {
     EXPECT_EQ(r.count, list.GetCount()) << "text \"" << r.text << "\"";
   }
   list.SetText("x\ny");
-  EXPECT_EQ("x\r\ny\r\n", std::string(list.GetText().c_str()));
+  EXPECT_EQ("x\r\ny\r\n", Str(list.GetText()));
 }
 
 TEST(TStringList, EditsObjectsSearchesAndIndexErrors) {
@@ -66,7 +59,7 @@ TEST(TStringList, EditsObjectsSearchesAndIndexErrors) {
   EXPECT_EQ(&tagB, list.GetObjects(0)) << "objects travel with their strings";
   list.SetValue("key", "v1");
   list.SetValue("KEY", "v2");
-  EXPECT_EQ("v2", std::string(list.GetValue("Key").c_str()));
+  EXPECT_EQ("v2", Str(list.GetValue("Key")));
   EXPECT_EQ(4, list.GetCount());
 
   TStringList copy;
@@ -74,26 +67,13 @@ TEST(TStringList, EditsObjectsSearchesAndIndexErrors) {
   EXPECT_TRUE(copy.Equals(&list));
   EXPECT_EQ(&tagB, copy.GetObjects(0));
 
-  struct Bad {
-    const char* what;
-    void (*call)(TStringList&);
-    const char* message;
+  const std::pair<const char*, std::function<void()>> bad[] = {
+      {"List index out of bounds (4)", [&] { list.Get(4); }},
+      {"List index out of bounds (-1)", [&] { list.Delete(-1); }},
+      {"List index out of bounds (6)", [&] { list.Insert(6, "x"); }},
+      {"List index out of bounds (9)", [&] { list.SetObjects(9, nullptr); }},
   };
-  const Bad bad[] = {
-      {"Get(4)", [](TStringList& l) { l.Get(4); }, "List index out of bounds (4)"},
-      {"Delete(-1)", [](TStringList& l) { l.Delete(-1); }, "List index out of bounds (-1)"},
-      {"Insert(6)", [](TStringList& l) { l.Insert(6, "x"); }, "List index out of bounds (6)"},
-      {"SetObjects(9)", [](TStringList& l) { l.SetObjects(9, nullptr); }, "List index out of bounds (9)"},
-  };
-  for (const Bad& b : bad) {
-    std::string message;
-    try {
-      b.call(list);
-    } catch (const EStringListError& e) {
-      message = e.Message.c_str();
-    }
-    EXPECT_EQ(b.message, message) << b.what;
-  }
+  for (const auto& [message, call] : bad) EXPECT_EQ(message, ErrorOf<EStringListError>(call));
   EXPECT_EQ(4, list.GetCount()) << "nothing changed by the failures";
 }
 
@@ -115,11 +95,8 @@ TEST(TStringList, SortedListKeepsOrderAndHandlesDuplicates) {
   for (const Row& r : rows) {
     list.SetDuplicates(r.duplicates);
     int index = -2;
-    try {
-      index = list.Add(r.add);
-    } catch (const EStringListError& e) {
-      EXPECT_EQ("String list does not allow duplicates", std::string(e.Message.c_str()));
-    }
+    const std::string error = ErrorOf<EStringListError>([&] { index = list.Add(r.add); });
+    EXPECT_EQ(index == -2 ? "String list does not allow duplicates" : "", error) << "adding " << r.add;
     EXPECT_EQ(r.index, index) << "adding " << r.add;
     EXPECT_EQ(r.count, list.GetCount()) << "adding " << r.add;
   }
@@ -139,30 +116,31 @@ TEST(TStringList, SortedListKeepsOrderAndHandlesDuplicates) {
 
 TEST(TStringList, ChangeEventsOnceAroundAnUpdateBracket) {
   TStringList list;
-  Events e;
-  e.Attach(list);
+  Counter changing, changed;
+  list.SetOnChanging(changing.Event());
+  list.SetOnChange(changed.Event());
   list.Add("a");
   list.Add("b");
-  EXPECT_EQ(2, e.changing);
-  EXPECT_EQ(2, e.changed);
+  EXPECT_EQ(2, changing.n);
+  EXPECT_EQ(2, changed.n);
 
   list.BeginUpdate();
   list.BeginUpdate();
   list.Add("c");
   list.Delete(0);
   list.EndUpdate();
-  EXPECT_EQ(3, e.changing) << "one Changing at the first BeginUpdate";
-  EXPECT_EQ(2, e.changed) << "nothing until the last EndUpdate";
+  EXPECT_EQ(3, changing.n) << "one Changing at the first BeginUpdate";
+  EXPECT_EQ(2, changed.n) << "nothing until the last EndUpdate";
   list.EndUpdate();
   list.EndUpdate();  // unbalanced: ignored
-  EXPECT_EQ(3, e.changed);
+  EXPECT_EQ(3, changed.n);
 
   list.SetText("x\ny\nz");  // one bracket
-  EXPECT_EQ(4, e.changing);
-  EXPECT_EQ(4, e.changed);
+  EXPECT_EQ(4, changing.n);
+  EXPECT_EQ(4, changed.n);
   list.Clear();
   list.Clear();  // empty already: no event
-  EXPECT_EQ(5, e.changed);
+  EXPECT_EQ(5, changed.n);
 }
 
 }  // namespace

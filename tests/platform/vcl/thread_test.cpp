@@ -13,8 +13,10 @@
 
 #include "platform/vcl/application.h"
 #include "tests/platform/vcl/loop_driver.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Classes;
+using vcl_test::ErrorOf;
 
 namespace {
 
@@ -85,11 +87,8 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
       done = true;
     });
     ASSERT_TRUE(Serve([&] { return done.load(); }, way)) << "Synchronize never came back";
-    EXPECT_EQ(GetMainThreadID(), ranOn);
-    EXPECT_EQ(GetCurrentThreadId(), ranOn) << "the test runs on the main thread";
-    ASSERT_EQ(2u, log.size());
-    EXPECT_EQ("method", log[0]);
-    EXPECT_EQ("worker after", log[1]);
+    EXPECT_EQ(GetMainThreadID(), ranOn) << "the test runs on the main thread";
+    EXPECT_EQ((std::vector<std::string>{"method", "worker after"}), log);
   }
   // Inside a modal loop: the call ends it.
   Forms::TForm form(nullptr);
@@ -123,11 +122,7 @@ TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
   const OwnedKernelHandle allQueued(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   const OwnedKernelHandle mainIdle(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   TWorker worker([&](TWorker& self) {
-    try {
-      self.Synchronize(failing.Method());
-    } catch (const Sysutils::EConvertError& e) {
-      caught = e.Message.c_str();
-    }
+    caught = ErrorOf<Sysutils::EConvertError>([&] { self.Synchronize(failing.Method()); });
     synchronized = true;
     WaitForSingleObject(mainIdle.get(), 10000);
     for (Call& c : queued) self.Queue(c.Method());
@@ -143,13 +138,7 @@ TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
   EXPECT_EQ((std::vector<int>{0, 1, 2}), order);
 
   std::string notMain;
-  TWorker([&](TWorker&) {
-    try {
-      CheckSynchronize(0);
-    } catch (const EThread& e) {
-      notMain = e.Message.c_str();
-    }
-  }).WaitFor();
+  TWorker([&](TWorker&) { notMain = ErrorOf<EThread>([] { CheckSynchronize(0); }); }).WaitFor();
   EXPECT_NE(std::string::npos, notMain.find("which is not the main thread")) << notMain;
 }
 
@@ -189,21 +178,14 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   // never started or still running goes with its object.
   std::string selfWait;
   TWorker failing([&](TWorker& self) {
-    try {
-      self.WaitFor();
-    } catch (const EThread& e) {
-      selfWait = e.Message.c_str();
-    }
+    selfWait = ErrorOf<EThread>([&] { self.WaitFor(); });
     throw Sysutils::Exception("worker failed");
   });
   failing.WaitFor();
   EXPECT_EQ("Cannot call WaitFor on the current thread", selfWait);
   ASSERT_TRUE(failing.GetFatalException());
-  try {
-    std::rethrow_exception(failing.GetFatalException());
-  } catch (const Sysutils::Exception& e) {
-    EXPECT_EQ("worker failed", std::string(e.Message.c_str()));
-  }
+  EXPECT_EQ("worker failed",
+            ErrorOf<Sysutils::Exception>([&] { std::rethrow_exception(failing.GetFatalException()); }));
   runs = 0;
   {
     TWorker neverStarted([&](TWorker&) { ++runs; }, true);

@@ -6,22 +6,19 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
-#include "platform/vcl/buttons.h"
-#include "platform/vcl/com_ranges.h"
-#include "platform/vcl/ext_bevel.h"
-#include "platform/vcl/ext_panels.h"
+#include "platform/vcl/class_registry.h"
 #include "platform/vcl/forms.h"
-#include "platform/vcl/scroll_box.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_group_box.h"
-#include "platform/vcl/std_label.h"
-#include "platform/vcl/std_lists.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 using namespace Typinfo;
+using namespace vcl_test;
 
 namespace {
 
@@ -42,26 +39,15 @@ VCL_COMPONENT_IMPL(TPublishingForm, Forms::TForm, VCL_METHOD(ButtonClick, System
 
 namespace {
 
-std::string Text(const AnsiString& s) { return s.c_str(); }
-
 TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
-  const System::TMetaClass* classes[] = {
-      Stdctrls::TButton::StaticClass(),        Stdctrls::TCheckBox::StaticClass(),
-      Stdctrls::TRadioButton::StaticClass(),   Stdctrls::TEdit::StaticClass(),
-      Stdctrls::TMemo::StaticClass(),          Stdctrls::TLabel::StaticClass(),
-      Stdctrls::TListBox::StaticClass(),       Stdctrls::TComboBox::StaticClass(),
-      Extctrls::TPanel::StaticClass(),         Stdctrls::TScrollBar::StaticClass(),
-      Comctrls::TTrackBar::StaticClass(),      Comctrls::TProgressBar::StaticClass(),
-      Comctrls::TUpDown::StaticClass(),        Forms::TForm::StaticClass(),
-      Menus::TMenuItem::StaticClass(),         Menus::TPopupMenu::StaticClass(),
-      Buttons::TSpeedButton::StaticClass(),    Buttons::TBitBtn::StaticClass(),
-      Extctrls::TBevel::StaticClass(),         Stdctrls::TGroupBox::StaticClass(),
-      Forms::TScrollBox::StaticClass(),        Menus::TMainMenu::StaticClass(),
-      Controls::TCustomControl::StaticClass(),
-  };
-  for (const System::TMetaClass* cls : classes) {
-    std::unique_ptr<System::TObject> object(cls->Factory(nullptr));
-    ASSERT_TRUE(object) << cls->Name;
+  std::vector<std::unique_ptr<System::TObject>> objects;
+  for (const char* name : kStandardClasses) objects.emplace_back(Classes::FindClass(name)->Factory(nullptr));
+  objects.emplace_back(new Controls::TCustomControl(nullptr));
+  objects.emplace_back(new Graphics::TFont);
+  objects.emplace_back(new Graphics::TPen);
+  objects.emplace_back(new Graphics::TBrush);
+  for (const auto& object : objects) {
+    const System::TMetaClass* cls = object->ClassType();
     const auto props = GetPropList(cls);
     EXPECT_GE(props.size(), 2u) << cls->Name;
     for (const TPropInfo* p : props) {
@@ -74,17 +60,6 @@ TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
       EXPECT_EQ(1, same) << cls->Name << "." << p->Name;
     }
   }
-  for (const System::TMetaClass* cls :
-       {Graphics::TFont::StaticClass(), Graphics::TPen::StaticClass(), Graphics::TBrush::StaticClass()}) {
-    std::unique_ptr<System::TObject> object(
-        cls == Graphics::TFont::StaticClass()  ? static_cast<System::TObject*>(new Graphics::TFont)
-        : cls == Graphics::TPen::StaticClass() ? static_cast<System::TObject*>(new Graphics::TPen)
-                                               : new Graphics::TBrush);
-    for (const TPropInfo* p : GetPropList(cls))
-      if (p->HasDefault) {
-        EXPECT_TRUE(IsDefaultPropValue(object.get(), p)) << cls->Name << "." << p->Name;
-      }
-  }
   // Parents' properties first, in their order.
   const auto button = GetPropList(Stdctrls::TButton::StaticClass());
   EXPECT_STREQ("Name", button[0]->Name);
@@ -94,8 +69,7 @@ TEST(Typinfo, EveryClassStartsAtItsPublishedDefaults) {
 
 TEST(Typinfo, ValuesByNameAndKind) {
   Forms::TForm form(nullptr);
-  auto* button = new Stdctrls::TButton(&form);
-  button->SetParent(&form);
+  auto* button = Make<Stdctrls::TButton>(&form, &form);
   const System::TMetaClass* cls = button->ClassType();
   const auto prop = [&](const char* name) {
     const TPropInfo* p = GetPropInfo(cls, name);
@@ -104,7 +78,7 @@ TEST(Typinfo, ValuesByNameAndKind) {
   };
 
   SetStrProp(button, prop("caption"), "&Go");
-  EXPECT_EQ("&Go", Text(button->GetText())) << "names are case-insensitive";
+  EXPECT_EQ("&Go", Str(button->GetText())) << "names are case-insensitive";
   SetOrdProp(button, prop("Default"), 1);
   EXPECT_TRUE(button->GetDefault());
   EXPECT_FALSE(IsDefaultPropValue(button, prop("Default")));
@@ -112,8 +86,8 @@ TEST(Typinfo, ValuesByNameAndKind) {
   EXPECT_EQ(123, button->GetWidth());
   SetEnumProp(button, prop("Align"), "ALCLIENT");
   EXPECT_EQ(Controls::alClient, button->GetAlign());
-  EXPECT_EQ("alClient", Text(GetEnumProp(button, prop("Align"))));
-  EXPECT_EQ("True", Text(GetEnumProp(button, prop("Default")))) << "Boolean is an enumeration";
+  EXPECT_EQ("alClient", Str(GetEnumProp(button, prop("Align"))));
+  EXPECT_EQ("True", Str(GetEnumProp(button, prop("Default")))) << "Boolean is an enumeration";
 
   // Colours: stored only when not the parent's; named where a name exists.
   const TPropInfo* color = prop("Color");
@@ -141,59 +115,31 @@ TEST(Typinfo, ValuesByNameAndKind) {
 
   // Sets by the names of their elements.
   const TPropInfo* icons = GetPropInfo(form.ClassType(), "BorderIcons");
-  EXPECT_EQ("[biSystemMenu,biMinimize,biMaximize]", Text(GetSetProp(&form, icons)));
+  EXPECT_EQ("[biSystemMenu,biMinimize,biMaximize]", Str(GetSetProp(&form, icons)));
   EXPECT_TRUE(IsDefaultPropValue(&form, icons));
   SetSetProp(&form, icons, "[ biHelp , biSystemMenu ]");
-  EXPECT_EQ("[biSystemMenu,biHelp]", Text(GetSetProp(&form, icons)));
+  EXPECT_EQ("[biSystemMenu,biHelp]", Str(GetSetProp(&form, icons)));
   SetSetProp(&form, icons, "[]");
   EXPECT_TRUE(form.GetBorderIcons().Empty());
 
   // Errors name the property and the value.
-  const struct {
-    const char* what;
-    void (*act)(System::TObject*, const System::TMetaClass*);
-    const char* message;
-  } errors[] = {
-      {"unknown enumeration value",
-       [](System::TObject* o, const System::TMetaClass* c) { SetEnumProp(o, GetPropInfo(c, "Align"), "alMiddle"); },
-       "Property Align: invalid value 'alMiddle'"},
-      {"unknown set element",
-       [](System::TObject*, const System::TMetaClass*) {
-         Forms::TForm f(nullptr);
-         SetSetProp(&f, GetPropInfo(f.ClassType(), "BorderIcons"), "[biHelp,biClose]");
-       },
-       "Property BorderIcons: invalid value 'biClose'"},
-      {"a string as a number",
-       [](System::TObject* o, const System::TMetaClass* c) { SetOrdProp(o, GetPropInfo(c, "Caption"), 1); },
-       "Property Caption: not an ordinal value"},
-      {"an enumeration that is a string",
-       [](System::TObject* o, const System::TMetaClass* c) { SetEnumProp(o, GetPropInfo(c, "Hint"), "x"); },
-       "Property Hint: not an enumeration"},
-      {"a set without its end",
-       [](System::TObject*, const System::TMetaClass*) {
-         Forms::TForm f(nullptr);
-         SetSetProp(&f, GetPropInfo(f.ClassType(), "BorderIcons"), "[biHelp");
-       },
-       "Property BorderIcons: a set without its closing ']'"},
+  const std::pair<const char*, std::function<void()>> errors[] = {
+      {"Property Align: invalid value 'alMiddle'", [&] { SetEnumProp(button, prop("Align"), "alMiddle"); }},
+      {"Property BorderIcons: invalid value 'biClose'", [&] { SetSetProp(&form, icons, "[biHelp,biClose]"); }},
+      {"Property Caption: not an ordinal value", [&] { SetOrdProp(button, prop("Caption"), 1); }},
+      {"Property Hint: not an enumeration", [&] { SetEnumProp(button, prop("Hint"), "x"); }},
+      {"Property BorderIcons: a set without its closing ']'", [&] { SetSetProp(&form, icons, "[biHelp"); }},
   };
-  for (const auto& e : errors) {
-    try {
-      e.act(button, cls);
-      ADD_FAILURE() << e.what << ": no error";
-    } catch (const EPropertyError& error) {
-      EXPECT_EQ(e.message, Text(error.Message)) << e.what;
-    }
-  }
+  for (const auto& [message, act] : errors) EXPECT_EQ(message, ErrorOf<EPropertyError>(act));
   EXPECT_EQ(nullptr, GetPropInfo(cls, "NoSuchProperty"));
   EXPECT_EQ(Controls::alClient, button->GetAlign()) << "a refused value changes nothing";
+  EXPECT_TRUE(form.GetBorderIcons().Empty());
 }
 
 TEST(Typinfo, EventsBindToPublishedMethodsByName) {
   TPublishingForm form(nullptr);
-  auto* button = new Stdctrls::TButton(&form);
-  button->SetParent(&form);
-  auto* edit = new Stdctrls::TEdit(&form);
-  edit->SetParent(&form);
+  auto* button = Make<Stdctrls::TButton>(&form, &form);
+  auto* edit = Make<Stdctrls::TEdit>(&form, &form);
 
   const System::TMethod click = MethodAddress(&form, "buttonclick");
   ASSERT_TRUE(click.IsSet());
@@ -203,14 +149,14 @@ TEST(Typinfo, EventsBindToPublishedMethodsByName) {
   EXPECT_FALSE(IsDefaultPropValue(button, onClick));
   button->Click();
   EXPECT_EQ("click:TButton;", form.log);
-  EXPECT_EQ("ButtonClick", Text(MethodName(&form, GetMethodProp(button, onClick))));
+  EXPECT_EQ("ButtonClick", Str(MethodName(&form, GetMethodProp(button, onClick))));
 
   const TPropInfo* onKeyDown = GetPropInfo(edit->ClassType(), "OnKeyDown");
   SetMethodProp(edit, onKeyDown, MethodAddress(&form, "EditKeyDown"));
   WORD key = 'A';
   edit->GetOnKeyDown()(edit, key, {});
   EXPECT_EQ("click:TButton;key:65;", form.log);
-  EXPECT_EQ("EditKeyDown", Text(MethodName(&form, GetMethodProp(edit, onKeyDown))));
+  EXPECT_EQ("EditKeyDown", Str(MethodName(&form, GetMethodProp(edit, onKeyDown))));
 
   // A method fits an event only with the same signature; names are matched
   // against the published ones only.
@@ -218,7 +164,7 @@ TEST(Typinfo, EventsBindToPublishedMethodsByName) {
   EXPECT_STRNE(onKeyDown->PropType()->Signature, MethodSignature(form.ClassType(), "ButtonClick"));
   EXPECT_EQ(nullptr, MethodSignature(form.ClassType(), "Close"));
   EXPECT_FALSE(MethodAddress(&form, "Close").IsSet());
-  EXPECT_EQ("", Text(MethodName(button, GetMethodProp(button, onClick)))) << "not a method of the button";
+  EXPECT_EQ("", Str(MethodName(button, GetMethodProp(button, onClick)))) << "not a method of the button";
   EXPECT_EQ(nullptr, GetPropInfo(form.ClassType(), "ButtonClick")) << "a method is not a property";
 }
 
