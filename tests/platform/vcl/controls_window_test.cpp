@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
 #include "platform/vcl/controls.h"
 #include "tests/platform/vcl/test_helpers.h"
 
@@ -14,7 +16,7 @@ namespace {
 
 // Records its destruction; answers a private message.
 struct TProbe : TWinControl {
-  explicit TProbe(bool* g = nullptr) : gone(g ? g : &spare) {}
+  explicit TProbe(TWinControl* parent = nullptr, bool* g = nullptr) : gone(g ? g : &spare) { SetParent(parent); }
   ~TProbe() override { *gone = true; }
   void WndProc(Controls::TMessage& m) override {
     paints += m.Msg == WM_PAINT;
@@ -28,19 +30,25 @@ struct TProbe : TWinControl {
 };
 
 struct TPlain : TControl {
-  explicit TPlain(bool* gone) : gone(gone) {}
+  TPlain(TWinControl* parent, bool* gone) : gone(gone) { SetParent(parent); }
   ~TPlain() override { *gone = true; }
   bool* gone;
 };
 
-MyRect WindowRectInParent(HWND w) {
+// A window as its parent sees it: "child 10,20 130x80 visible disabled".
+std::string Window(HWND w) {
+  if (!IsWindow(w)) return "none";
   RECT r;
   GetWindowRect(w, &r);
   MapWindowPoints(HWND_DESKTOP, GetAncestor(w, GA_PARENT), reinterpret_cast<POINT*>(&r), 2);
-  return {r.left, r.top, r.right, r.bottom};
+  const LONG style = GetWindowLongA(w, GWL_STYLE);
+  return std::string(style & WS_CHILD   ? "child "
+                     : style & WS_POPUP ? "popup "
+                                        : "? ") +
+         std::to_string(r.left) + "," + std::to_string(r.top) + " " + std::to_string(r.right - r.left) + "x" +
+         std::to_string(r.bottom - r.top) + (IsWindowVisible(w) ? " visible" : "") +
+         (IsWindowEnabled(w) ? "" : " disabled");
 }
-
-bool HasStyle(HWND w, LONG style) { return (GetWindowLongA(w, GWL_STYLE) & style) == style; }
 
 TEST(ControlsWindow, HandleOnDemandWithBoundsAndState) {
   TProbe c;
@@ -49,29 +57,24 @@ TEST(ControlsWindow, HandleOnDemandWithBoundsAndState) {
   EXPECT_EQ(42, c.Perform(WM_USER + 7, 0, 0)) << "Perform goes straight to WndProc";
   EXPECT_FALSE(c.HandleAllocated()) << "window made before it was asked for";
   HWND h = c.GetHandle();
-  ASSERT_NE(h, nullptr);
   EXPECT_EQ(c.GetHandle(), h) << "second request made another window";
-  EXPECT_EQ(WindowRectInParent(h), (MyRect{10, 20, 140, 100}));
-  EXPECT_FALSE(IsWindowVisible(h));
-  EXPECT_TRUE(HasStyle(h, WS_POPUP)) << "parentless control";
+  EXPECT_EQ("popup 10,20 130x80", Window(h)) << "parentless control";
 
   // Changes after creation go to the window, and the window's to the control.
   c.SetBounds(5, 6, 50, 40);
-  EXPECT_EQ(WindowRectInParent(h), (MyRect{5, 6, 55, 46}));
   c.Show();
-  EXPECT_TRUE(IsWindowVisible(h));
+  EXPECT_EQ("popup 5,6 50x40 visible", Window(h));
   MoveWindow(h, 30, 31, 70, 60, FALSE);
   EXPECT_EQ(c.GetBoundsRect(), (MyRect{30, 31, 100, 91}));
   EXPECT_EQ(SendMessageA(h, WM_USER + 7, 0, 0), 42);
 
   // A recreated window takes the current bounds and state.
   c.SetEnabled(false);
-  EXPECT_FALSE(IsWindowEnabled(h));
+  EXPECT_EQ("popup 30,31 70x60 visible disabled", Window(h));
   c.DestroyHandle();
-  EXPECT_FALSE(IsWindow(h));
+  EXPECT_EQ("none", Window(h));
   HWND h2 = c.GetHandle();
-  EXPECT_EQ(WindowRectInParent(h2), (MyRect{30, 31, 100, 91}));
-  EXPECT_FALSE(IsWindowEnabled(h2));
+  EXPECT_EQ("popup 30,31 70x60 visible disabled", Window(h2));
   DestroyWindow(h2);
   EXPECT_FALSE(c.HandleAllocated()) << "a window destroyed by someone else";
 
@@ -79,9 +82,9 @@ TEST(ControlsWindow, HandleOnDemandWithBoundsAndState) {
   TProbe host;
   h = c.GetHandle();
   c.SetParentWindow(host.GetHandle());
-  EXPECT_FALSE(IsWindow(h));
+  EXPECT_EQ("none", Window(h));
   EXPECT_EQ(GetParent(c.GetHandle()), host.GetHandle());
-  EXPECT_EQ(WindowRectInParent(c.GetHandle()), (MyRect{30, 31, 100, 91}));
+  EXPECT_EQ("child 30,31 70x60 visible disabled", Window(c.GetHandle()));
   c.DestroyHandle();
 }
 
@@ -90,12 +93,9 @@ TEST(ControlsWindow, ParentOwnsAndHostsChildren) {
   TProbe other;
   auto* parent = new TProbe;
   parent->SetBounds(0, 0, 200, 150);
-  auto* child = new TProbe(&childGone);
-  auto* plain = new TPlain(&plainGone);
-  auto* grand = new TProbe(&grandGone);
-  child->SetParent(parent);
-  plain->SetParent(parent);
-  grand->SetParent(child);
+  auto* child = new TProbe(parent, &childGone);
+  auto* plain = new TPlain(parent, &plainGone);
+  auto* grand = new TProbe(child, &grandGone);
   child->SetBounds(10, 10, 100, 80);
   EXPECT_EQ(parent->GetControl(1), plain);
 
@@ -105,8 +105,7 @@ TEST(ControlsWindow, ParentOwnsAndHostsChildren) {
   HWND childWnd = child->GetHandle();
   EXPECT_EQ(GetParent(grandWnd), childWnd);
   EXPECT_EQ(GetParent(childWnd), parent->GetHandle());
-  EXPECT_TRUE(HasStyle(childWnd, WS_CHILD));
-  EXPECT_EQ(WindowRectInParent(childWnd), (MyRect{10, 10, 110, 90}));
+  EXPECT_EQ("child 10,10 100x80 visible", Window(childWnd));
 
   // No control lives inside itself or its descendants.
   parent->SetParent(grand);
@@ -117,7 +116,7 @@ TEST(ControlsWindow, ParentOwnsAndHostsChildren) {
   // The parent's window goes with the children's; they come back on demand.
   parent->DestroyHandle();
   EXPECT_FALSE(grand->HandleAllocated());
-  EXPECT_FALSE(IsWindow(childWnd));
+  EXPECT_EQ("none", Window(childWnd));
   childWnd = child->GetHandle();
   EXPECT_EQ(GetParent(childWnd), parent->GetHandle());
 
@@ -132,8 +131,8 @@ TEST(ControlsWindow, ParentOwnsAndHostsChildren) {
   // Out of any parent: the window goes; a new one on demand is top-level.
   grand->SetParent(nullptr);
   EXPECT_EQ(child->GetControlCount(), 0);
-  EXPECT_FALSE(IsWindow(grandWnd));
-  EXPECT_TRUE(HasStyle(grand->GetHandle(), WS_POPUP));
+  EXPECT_EQ("none", Window(grandWnd));
+  EXPECT_EQ(0u, Window(grand->GetHandle()).find("popup "));
   grand->SetParent(child);
   grandWnd = grand->GetHandle();
 
@@ -143,9 +142,22 @@ TEST(ControlsWindow, ParentOwnsAndHostsChildren) {
   EXPECT_EQ(TWinControl::FindControl(grandWnd), grand);
   for (HWND none : {foreign.get(), GetDesktopWindow(), HWND{}}) EXPECT_EQ(TWinControl::FindControl(none), nullptr);
 
+  // Focusable only while the control and every parent are visible and enabled.
+  EXPECT_TRUE(grand->CanFocus());
+  for (TControl* c : std::initializer_list<TControl*>{grand, child, parent})
+    for (void (TControl::*set)(bool) : {&TControl::SetVisible, &TControl::SetEnabled}) {
+      const std::string what = std::string(set == &TControl::SetVisible ? "hidden" : "disabled") + ", level " +
+                               std::to_string(c == grand   ? 0
+                                              : c == child ? 1
+                                                           : 2);
+      (c->*set)(false);
+      EXPECT_FALSE(grand->CanFocus()) << what;
+      (c->*set)(true);
+      EXPECT_TRUE(grand->CanFocus()) << what << ", then back";
+    }
+
   // A child deleted on its own leaves its parent's list.
-  auto* temp = new TPlain(&tempGone);
-  temp->SetParent(parent);
+  auto* temp = new TPlain(parent, &tempGone);
   delete temp;
   EXPECT_FALSE(parent->ContainsControl(temp));
   HWND parentWnd = parent->GetHandle();
@@ -155,47 +167,25 @@ TEST(ControlsWindow, ParentOwnsAndHostsChildren) {
   EXPECT_EQ(TWinControl::FindControl(childWnd), nullptr) << "a destroyed window";
 }
 
-// Focusable only while the control and every parent are visible and enabled.
-TEST(ControlsWindow, CanFocusAsksEveryParent) {
-  TProbe top;
-  auto* middle = new TProbe;
-  auto* leaf = new TProbe;
-  middle->SetParent(&top);
-  leaf->SetParent(middle);
-  EXPECT_TRUE(leaf->CanFocus());
-  for (TControl* c : {static_cast<TControl*>(leaf), static_cast<TControl*>(middle), static_cast<TControl*>(&top)})
-    for (void (TControl::*set)(bool) : {&TControl::SetVisible, &TControl::SetEnabled}) {
-      const char* what = set == &TControl::SetVisible ? "hidden" : "disabled";
-      const int level = c == leaf ? 0 : c == middle ? 1 : 2;
-      (c->*set)(false);
-      EXPECT_FALSE(leaf->CanFocus()) << what << ", level " << level;
-      (c->*set)(true);
-      EXPECT_TRUE(leaf->CanFocus()) << what << ", level " << level << ", then back";
-    }
-}
-
 // Invalidate marks the control's area, Update paints what is marked now,
 // Repaint does both; a windowless control's area is in its parent's window.
 // SendToBack puts a control first among its siblings and its window last.
 TEST(ControlsWindow, PaintOnRequestAndSendToBack) {
   TProbe parent;
   parent.SetBounds(0, 0, 200, 150);
-  auto* windowed = new TProbe;
-  windowed->SetParent(&parent);
+  auto* windowed = new TProbe(&parent);
   windowed->SetBounds(10, 10, 50, 40);
   bool plainGone = false;
-  auto* plain = new TPlain(&plainGone);
-  plain->SetParent(&parent);
+  auto* plain = new TPlain(&parent, &plainGone);
   plain->SetBounds(100, 20, 30, 25);
-  auto* last = new TProbe;
-  last->SetParent(&parent);
+  auto* last = new TProbe(&parent);
   RedrawWindow(parent.GetHandle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   RECT r;
   ASSERT_TRUE(IsWindowVisible(windowed->GetHandle()));
   ASSERT_FALSE(GetUpdateRect(parent.GetHandle(), &r, FALSE) || GetUpdateRect(windowed->GetHandle(), &r, FALSE))
       << "painted before the steps";
 
-  for (TControl* c : {static_cast<TControl*>(windowed), static_cast<TControl*>(plain)}) {
+  for (TControl* c : std::initializer_list<TControl*>{windowed, plain}) {
     TProbe* painted = c == plain ? &parent : windowed;  // the window that paints the control
     const struct {
       const char* what;
@@ -206,13 +196,13 @@ TEST(ControlsWindow, PaintOnRequestAndSendToBack) {
                 {"Update", &TControl::Update, false, 1},
                 {"Repaint", &TControl::Repaint, false, 1}};
     for (const auto& row : rows) {
+      const std::string what = (c == plain ? "windowless, " : "windowed, ") + std::string(row.what);
       const int before = painted->paints;
       (c->*row.act)();
-      const char* who = c == plain ? "windowless, " : "windowed, ";
-      EXPECT_EQ(row.invalidAfter, GetUpdateRect(painted->GetHandle(), &r, FALSE) != 0) << who << row.what;
-      EXPECT_EQ(row.paints, painted->paints - before) << who << row.what;
+      EXPECT_EQ(row.invalidAfter, GetUpdateRect(painted->GetHandle(), &r, FALSE) != 0) << what;
+      EXPECT_EQ(row.paints, painted->paints - before) << what;
       if (row.invalidAfter && c == plain) {
-        EXPECT_EQ((MyRect{r.left, r.top, r.right, r.bottom}), plain->GetBoundsRect()) << row.what << ": only its area";
+        EXPECT_EQ((MyRect{r.left, r.top, r.right, r.bottom}), plain->GetBoundsRect()) << what << ": only its area";
       }
     }
   }

@@ -10,9 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "platform/vcl/application.h"
@@ -21,6 +19,7 @@
 #include "platform/vcl/ext_panels.h"
 #include "platform/vcl/forms.h"
 #include "platform/vcl/menus.h"
+#include "platform/vcl/object_text.h"
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_label.h"
@@ -274,17 +273,9 @@ TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
   }
 }
 
-// A stream written by hand: a form named F with the properties body adds.
-std::string Hand(const std::function<void(TWriter&)>& body) {
-  TMemoryStream s;
-  {
-    TWriter w(&s);
-    w.WriteSignature();
-    w.WriteStr("TStreamedForm");
-    w.WriteStr("F");
-    body(w);
-  }
-  return Bytes(s);
+// The binary stream of a text description of a form F.
+std::string FromText(const std::string& body) {
+  return Convert(&ObjectTextToBinary, "object F: TStreamedForm\n" + body + "end\n");
 }
 
 TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
@@ -300,10 +291,6 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
     if (at != std::string::npos) b.replace(at, from.size(), to);
     return b;
   };
-  const auto child = [](TWriter& w, const char* cls, const char* name) {
-    w.WriteStr(cls);
-    w.WriteStr(name);
-  };
   const struct {
     const char* what;
     std::string bytes;
@@ -315,37 +302,14 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
        "Error reading Designed.NameEdit.MaxLangth: Property MaxLangth does not exist"},
       {"unknown sub-object", patched("Font.Height", "Fant.Height"),
        "Error reading Designed.Fant.Height: Property Fant does not exist"},
-      {"a number for a string", Hand([](TWriter& w) {
-         w.WriteStr("Caption");
-         w.WriteInteger(5);
-       }),
-       "Error reading F.Caption: Invalid property value"},
-      {"an unknown enumeration value", Hand([](TWriter& w) {
-         w.WriteStr("BorderStyle");
-         w.WriteIdent("bsRound");
-       }),
+      {"a number for a string", FromText("Caption = 5\n"), "Error reading F.Caption: Invalid property value"},
+      {"an unknown enumeration value", FromText("BorderStyle = bsRound\n"),
        "Error reading F.BorderStyle: Invalid property value"},
-      {"a handler the form does not publish", Hand([&](TWriter& w) {
-         w.WriteListEnd();
-         child(w, "TButton", "OkButton");
-         w.WriteStr("OnClick");
-         w.WriteIdent("CancelClick");
-       }),
+      {"a handler the form does not publish", FromText("object OkButton: TButton\nOnClick = CancelClick\nend\n"),
        "Error reading F.OkButton.OnClick: Method CancelClick not found in TStreamedForm"},
-      {"a reference to nothing", Hand([&](TWriter& w) {
-         w.WriteStr("ActiveControl");
-         w.WriteIdent("Ghost");
-         w.WriteListEnd();
-         child(w, "TEdit", "NameEdit");
-         for (int i = 0; i < 3; ++i) w.WriteListEnd();
-       }),
+      {"a reference to nothing", FromText("ActiveControl = Ghost\nobject NameEdit: TEdit\nend\n"),
        "Error reading F.ActiveControl: Unresolved reference to Ghost"},
-      {"a field of another class", Hand([&](TWriter& w) {
-         w.WriteListEnd();
-         child(w, "TPanel", "Panel1");
-         w.WriteListEnd();
-         child(w, "TLabel", "OkButton");
-       }),
+      {"a field of another class", FromText("object Panel1: TPanel\nobject OkButton: TLabel\nend\nend\n"),
        "Error reading F.OkButton: Field OkButton of TStreamedForm cannot hold a TLabel"},
       {"cut after the first child", bytes.substr(0, bytes.find("TButton") + 12),
        "Error reading Designed.Panel1: Stream read error"},

@@ -77,50 +77,74 @@ TEST(TCustomForm, EnterAndEscapeEndShowModalThroughDefaultAndCancelButtons) {
   EXPECT_THROW(d.form->ShowModal(), EInvalidOperation);
 }
 
-TEST(TCustomForm, KeyEventsCanSwallowKeysAndTabFollowsTheTabOrder) {
+// The key events run before the window sees the key, the form's preview
+// before the control's, until one zeroes the key: a key zeroed on its way
+// down does nothing (Delete deletes nothing, a letter's character is not
+// typed), a character zeroed never reaches the edit, one changed is typed
+// changed.
+TEST(TWinControl, KeyEventsSeeKeysFirstAndCanSwallowThem) {
   Dialog d;
-  struct Filter {
-    std::string seen;
-    char drop;
+  std::string log;
+  struct Keys {
+    std::string* log;
+    const char* who;
+    int zero = -1;  // the key or character to zero
+    void Note(const char* what, WORD& key) {
+      *log += std::string(who) + what + std::to_string(key) + " ";
+      if (key == zero) key = 0;
+    }
+    void Down(System::TObject*, WORD& key, Controls::TShiftState) { Note(".down", key); }
+    void Up(System::TObject*, WORD& key, Controls::TShiftState) { Note(".up", key); }
     void Press(System::TObject*, char& key) {
-      seen += key;
-      if (key == drop) key = 0;
-      if (key == 'a') key = 'A';
+      WORD k = static_cast<unsigned char>(key);
+      Note(".press", k);
+      key = k == 'a' && who[0] == 'e' ? 'A' : static_cast<char>(k);
     }
-  } filter{"", 'x'}, preview{"", 'b'};
-  d.edit->SetOnKeyPress({&filter, &Filter::Press});
-  const auto type = [&](const char* keys) {
-    for (const char* c = keys; *c; ++c) SendMessageA(d.edit->GetHandle(), WM_CHAR, static_cast<unsigned char>(*c), 1);
-  };
-  type("xaxb");
-  EXPECT_EQ("xaxb", filter.seen);
-  EXPECT_EQ("Ab", Str(d.edit->GetText())) << "x swallowed, a changed on its way";
-  // The form's preview sees the key before the control and can swallow it.
+  } edit{&log, "edit"}, form{&log, "form"};
+  for (Keys* k : {&edit, &form}) {
+    TWinControl* c = k == &edit ? static_cast<TWinControl*>(d.edit) : d.form;
+    c->SetOnKeyDown({k, &Keys::Down});
+    c->SetOnKeyUp({k, &Keys::Up});
+    c->SetOnKeyPress({k, &Keys::Press});
+  }
   d.form->SetKeyPreview(true);
-  d.form->SetOnKeyPress({&preview, &Filter::Press});
-  filter.seen.clear();
-  type("b");
-  EXPECT_EQ("b", preview.seen);
-  EXPECT_EQ("", filter.seen) << "the edit's handler never saw it";
-  EXPECT_EQ("Ab", Str(d.edit->GetText()));
-
-  d.form->Show();
-  ASSERT_TRUE(d.edit->Focused()) << "the first tab stop has the focus";
-  const auto tabs = [&](std::vector<TWinControl*> from) {
-    std::string path;
-    for (TWinControl* c : from) {
-      SendMessageA(c->GetHandle(), WM_KEYDOWN, VK_TAB, 1);
-      path += d.edit->Focused() ? "edit " : d.ok->Focused() ? "ok " : d.cancel->Focused() ? "cancel " : "? ";
-    }
-    return path;
+  const HWND w = d.edit->GetHandle();
+  const struct {
+    const char* what;
+    int formZero, editZero;
+    UINT msg;
+    WORD key;
+    char ch;  // the character TranslateMessage makes of a key down, or 0
+    const char *text, *log;
+  } rows[] = {
+      {"Delete reaches the edit", -1, -1, WM_KEYDOWN, VK_DELETE, 0, "bc", "form.down46 edit.down46 "},
+      {"Delete zeroed deletes nothing", -1, VK_DELETE, WM_KEYDOWN, VK_DELETE, 0, "abc", "form.down46 edit.down46 "},
+      {"Delete zeroed by the preview", VK_DELETE, -1, WM_KEYDOWN, VK_DELETE, 0, "abc", "form.down46 "},
+      {"A typed, its character changed on its way", -1, -1, WM_KEYDOWN, 'A', 'a', "Aabc",
+       "form.down65 edit.down65 form.press97 edit.press97 "},
+      {"A zeroed: its character is swallowed too", -1, 'A', WM_KEYDOWN, 'A', 'a', "abc", "form.down65 edit.down65 "},
+      {"x zeroed in OnKeyPress", -1, 'x', WM_CHAR, 'x', 0, "abc", "form.press120 edit.press120 "},
+      {"b zeroed by the preview: the edit never sees it", 'b', -1, WM_CHAR, 'b', 0, "abc", "form.press98 "},
+      {"F5 released", -1, -1, WM_KEYUP, VK_F5, 0, "abc", "form.up116 edit.up116 "},
+      {"F5's release zeroed by the preview", VK_F5, -1, WM_KEYUP, VK_F5, 0, "abc", "form.up116 "},
   };
-  EXPECT_EQ("ok cancel edit ", tabs({d.edit, d.ok, d.cancel})) << "round to the first";
-  d.cancel->SetTabOrder(0);
-  EXPECT_EQ(1, d.edit->GetTabOrder()) << "the others move on";
-  EXPECT_EQ("ok cancel ", tabs({d.edit, d.ok})) << "the last stop, after reordering";
+  for (const auto& r : rows) {
+    d.edit->SetText("abc");
+    SendMessageA(w, EM_SETSEL, 0, 0);
+    form.zero = r.formZero;
+    edit.zero = r.editZero;
+    log.clear();
+    SendMessageA(w, r.msg, r.key, r.msg == WM_KEYUP ? 0xC0000001 : 1);
+    if (r.ch) SendMessageA(w, WM_CHAR, static_cast<unsigned char>(r.ch), 1);
+    EXPECT_EQ(r.text, Str(d.edit->GetText())) << r.what;
+    EXPECT_EQ(r.log, log) << r.what;
+  }
 }
 
-TEST(TCustomForm, AltAndAMnemonicFocusesOrClicksItsControl) {
+// Tab follows the tab order, which can be changed; Alt and a letter focuses
+// the label's control or clicks the button whose mnemonic it is. Focus moving
+// on runs the one control's OnExit, then the other's OnEnter.
+TEST(TCustomForm, TabAndMnemonicsMoveTheFocus) {
   Dialog d;
   auto* label = Make<TLabel>(d.form, d.form);
   label->SetText("&Name:");
@@ -131,7 +155,28 @@ TEST(TCustomForm, AltAndAMnemonicFocusesOrClicksItsControl) {
   d.cancel->SetText("&Cancel");
   d.cancel->SetModalResult(Controls::mrNone);
   d.cancel->SetOnClick(clicks.Event());
+  EventLog log;
+  d.edit->SetOnEnter(log.On("edit.enter "));
+  d.edit->SetOnExit(log.On("edit.exit "));
+  d.ok->SetOnEnter(log.On("ok.enter "));
+  d.ok->SetOnExit(log.On("ok.exit "));
   d.form->Show();
+  ASSERT_TRUE(d.edit->Focused()) << "the first tab stop has the focus";
+  const auto tabs = [&](std::vector<TWinControl*> from) {
+    std::string path;
+    for (TWinControl* c : from) {
+      SendMessageA(c->GetHandle(), WM_KEYDOWN, VK_TAB, 1);
+      path += d.edit->Focused() ? "edit " : d.ok->Focused() ? "ok " : d.cancel->Focused() ? "cancel " : "box ";
+    }
+    return path;
+  };
+  log.text.clear();
+  EXPECT_EQ("ok cancel box edit ", tabs({d.edit, d.ok, d.cancel, box})) << "round to the first";
+  EXPECT_EQ("edit.exit ok.enter ok.exit edit.enter ", log.text);
+  d.cancel->SetTabOrder(0);
+  EXPECT_EQ(1, d.edit->GetTabOrder()) << "the others move on";
+  EXPECT_EQ("ok box cancel ", tabs({d.edit, d.ok, box})) << "the first stop, after reordering";
+
   d.ok->SetFocus();
   const auto alt = [&](char c) { return SendMessageA(GetFocus(), WM_SYSCHAR, static_cast<unsigned char>(c), 1 << 29); };
   alt('n');
@@ -184,36 +229,27 @@ TEST(TCustomForm, LifeEventsComeInOrder) {
     f->SetOnResize(log.On(n + "resize "));
     f->SetOnDestroy(log.On(n + "destroy "));
   }
-  const struct {
-    const char* what;
-    void (*act)(TForm*, TForm*);
-    const char* events;
-  } steps[] = {
-      {"create", [](TForm* f, TForm*) { f->DoCreate(); }, "A.create "},
-      {"show", [](TForm* f, TForm*) { f->Show(); }, "A.show "},
-      {"resize", [](TForm* f, TForm*) { f->SetBounds(10, 10, 333, 222); }, "A.resize "},
-      {"another form shown", [](TForm*, TForm* g) { g->Show(); }, "B.show "},
-      {"hidden through Visible", [](TForm*, TForm* g) { g->SetVisible(false); }, "B.hide "},
-      {"hide", [](TForm* f, TForm*) { f->Hide(); }, "A.hide "},
-      {"hidden again: nothing", [](TForm* f, TForm*) { f->Hide(); }, ""},
-      {"freed", [](TForm* f, TForm*) { delete f; }, "A.destroy "},
-  };
-  for (const auto& s : steps) {
+  const auto after = [&](auto act) {
     log.text.clear();
-    s.act(a, b);
+    act();
     Application->ProcessMessages();
-    EXPECT_EQ(s.events, log.text) << s.what;
-  }
+    return log.text;
+  };
+  EXPECT_EQ("A.create ", after([&] { a->DoCreate(); }));
+  EXPECT_EQ("A.show ", after([&] { a->Show(); }));
+  EXPECT_EQ("A.resize ", after([&] { a->SetBounds(10, 10, 333, 222); }));
+  EXPECT_EQ("B.show ", after([&] { b->Show(); })) << "another form shown";
+  EXPECT_EQ("B.hide ", after([&] { b->SetVisible(false); })) << "hidden through Visible";
+  EXPECT_EQ("A.hide ", after([&] { a->Hide(); }));
+  EXPECT_EQ("", after([&] { a->Hide(); })) << "hidden again: nothing";
+  EXPECT_EQ("A.destroy ", after([&] { delete a; }));
   // Which form is active depends on the desktop, which other test processes
   // share: activation is driven by its message.
   b->SetOnActivate(log.On("B.activate "));
   b->SetOnDeactivate(log.On("B.deactivate "));
-  log.text.clear();
-  SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_CLICKACTIVE, 0);
-  EXPECT_EQ(0u, log.text.find("B.activate ")) << log.text;  // the system may activate it again
-  log.text.clear();
-  SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_INACTIVE, 0);
-  EXPECT_EQ("B.deactivate ", log.text);
+  const std::string activated = after([&] { SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_CLICKACTIVE, 0); });
+  EXPECT_EQ(0u, activated.find("B.activate ")) << activated;  // the system may activate it again
+  EXPECT_EQ("B.deactivate ", after([&] { SendMessageA(b->GetHandle(), WM_ACTIVATE, WA_INACTIVE, 0); }));
   delete b;
 }
 
@@ -298,73 +334,6 @@ TEST(TCustomForm, AFormFreedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
   const int before = Screen->GetFormCount();
   SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
   EXPECT_EQ(before - 1, Screen->GetFormCount());
-}
-
-// OnKeyDown runs before the window sees the key: zeroed, the key does nothing
-// (Delete deletes nothing) and its character is not typed. OnKeyUp sees the
-// release after the form's preview. Focus moving on runs the one control's
-// OnExit, then the other's OnEnter.
-TEST(TWinControl, KeyDownKeyUpEnterAndExit) {
-  Dialog d;
-  EventLog log;
-  struct Keys {
-    std::string* text;
-    const char* who;
-    bool zero = false;
-    void Note(const char* what, WORD& key) {
-      *text += std::string(who) + what + std::to_string(key) + " ";
-      if (zero) key = 0;
-    }
-    void Down(System::TObject*, WORD& key, Controls::TShiftState) { Note(".down", key); }
-    void Up(System::TObject*, WORD& key, Controls::TShiftState) { Note(".up", key); }
-  } edit{&log.text, "edit"}, form{&log.text, "form"};
-  d.edit->SetOnKeyDown({&edit, &Keys::Down});
-  d.edit->SetOnKeyUp({&edit, &Keys::Up});
-  const HWND w = d.edit->GetHandle();
-  const struct {
-    const char* what;
-    bool zero;
-    WORD key;
-    char ch;  // the character TranslateMessage makes of it, or 0
-    const char* text;
-  } rows[] = {
-      {"Delete reaches the edit", false, VK_DELETE, 0, "bc"},
-      {"Delete zeroed deletes nothing", true, VK_DELETE, 0, "abc"},
-      {"A is typed", false, 'A', 'a', "aabc"},
-      {"A zeroed: its character is swallowed too", true, 'A', 'a', "abc"},
-  };
-  for (const auto& r : rows) {
-    d.edit->SetText("abc");
-    SendMessageA(w, EM_SETSEL, 0, 0);
-    edit.zero = r.zero;
-    log.text.clear();
-    SendMessageA(w, WM_KEYDOWN, r.key, 1);
-    if (r.ch) SendMessageA(w, WM_CHAR, static_cast<unsigned char>(r.ch), 1);
-    EXPECT_EQ(r.text, Str(d.edit->GetText())) << r.what;
-    EXPECT_EQ("edit.down" + std::to_string(r.key) + " ", log.text) << r.what;
-  }
-  edit.zero = false;
-  d.form->SetKeyPreview(true);
-  d.form->SetOnKeyUp({&form, &Keys::Up});
-  for (bool zero : {false, true}) {
-    form.zero = zero;
-    log.text.clear();
-    SendMessageA(w, WM_KEYUP, VK_F5, 0xC0000001);
-    EXPECT_EQ(zero ? "form.up116 " : "form.up116 edit.up116 ", log.text) << "preview zeroing: " << zero;
-  }
-
-  d.edit->SetOnEnter(log.On("edit.enter "));
-  d.edit->SetOnExit(log.On("edit.exit "));
-  d.ok->SetOnEnter(log.On("ok.enter "));
-  d.ok->SetOnExit(log.On("ok.exit "));
-  d.form->Show();
-  ASSERT_TRUE(d.edit->Focused());
-  log.text.clear();
-  d.ok->SetFocus();
-  SendMessageA(d.ok->GetHandle(), WM_KEYDOWN, VK_TAB, 1);
-  d.edit->SetFocus();
-  EXPECT_EQ("edit.exit ok.enter ok.exit edit.enter ", log.text);
-  EXPECT_TRUE(d.edit->Focused());
 }
 
 // Closing asks OnCloseQuery, then OnClose's action decides: hide (the

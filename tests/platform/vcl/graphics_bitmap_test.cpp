@@ -38,18 +38,17 @@ TEST(TBitmap, ResizingKeepsTheOverlapAndBlackensTheRest) {
 
 TEST(TBitmap, SizesBelowZeroMakeAnEmptyBitmap) {
   const struct {
-    int w, h, storedW, storedH;
-    bool empty;
-  } rows[] = {{-5, 3, 0, 3, true}, {3, -1, 3, 0, true}, {0, 0, 0, 0, true}, {1, 1, 1, 1, false}};
+    int w, h;
+    const char* expected;  // width x height, empty or not
+  } rows[] = {{-5, 3, "0x3 empty"}, {3, -1, "3x0 empty"}, {0, 0, "0x0 empty"}, {1, 1, "1x1"}};
   for (const auto& r : rows) {
-    const std::string row = "SetSize(" + std::to_string(r.w) + ", " + std::to_string(r.h) + ")";
     Graphics::TBitmap b;
     b.SetSize(r.w, r.h);
-    EXPECT_EQ(r.storedW, b.GetWidth()) << row << ", width";
-    EXPECT_EQ(r.storedH, b.GetHeight()) << row << ", height";
-    EXPECT_EQ(r.empty, b.GetEmpty()) << row << ", empty";
-    EXPECT_EQ(r.empty, b.GetHandle() == nullptr) << row << ", no handle";
-    EXPECT_EQ(r.empty, b.GetScanLine(0) == nullptr) << row << ", no first row";
+    const bool empty = b.GetEmpty();
+    EXPECT_EQ(r.expected, std::to_string(b.GetWidth()) + "x" + std::to_string(b.GetHeight()) + (empty ? " empty" : ""))
+        << r.w << ", " << r.h;
+    EXPECT_EQ(empty, b.GetHandle() == nullptr) << r.w << ", " << r.h << ": a handle only when not empty";
+    EXPECT_EQ(empty, b.GetScanLine(0) == nullptr) << r.w << ", " << r.h << ": a first row only when not empty";
   }
 }
 

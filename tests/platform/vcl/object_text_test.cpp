@@ -16,14 +16,8 @@ namespace {
 
 using namespace Classes;
 
-// What convert makes of input.
-std::string Convert(void (*convert)(TStream*, TStream*), const std::string& input) {
-  TMemoryStream in, out;
-  in.WriteBuffer(input.data(), static_cast<long>(input.size()));
-  in.SetPosition(0);
-  convert(&in, &out);
-  return vcl_test::Bytes(out);
-}
+using vcl_test::Convert;
+
 std::string ToBinary(const std::string& text) { return Convert(&ObjectTextToBinary, text); }
 std::string ToText(const std::string& binary) { return Convert(&ObjectBinaryToText, binary); }
 

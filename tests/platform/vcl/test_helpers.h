@@ -6,6 +6,7 @@
 #include <deque>
 #include <ostream>
 #include <string>
+#include <type_traits>
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
@@ -37,6 +38,15 @@ inline std::string WindowText(HWND w) {
 // Everything a memory stream holds.
 inline std::string Bytes(Classes::TMemoryStream& s) {
   return std::string(static_cast<char*>(s.GetMemory()), static_cast<size_t>(s.GetSize()));
+}
+
+// What convert (text to binary or back) makes of input.
+inline std::string Convert(void (*convert)(Classes::TStream*, Classes::TStream*), const std::string& input) {
+  Classes::TMemoryStream in, out;
+  in.WriteBuffer(input.data(), static_cast<long>(input.size()));
+  in.SetPosition(0);
+  convert(&in, &out);
+  return Bytes(out);
 }
 
 // The message of the E that call raises; "" when it raises none.
