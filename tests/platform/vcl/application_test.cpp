@@ -14,8 +14,6 @@
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_lists.h"
-#include "platform/vcl/thread.h"
-#include "tests/platform/vcl/loop_driver.h"
 #include "tests/platform/vcl/test_helpers.h"
 
 using namespace Forms;
@@ -156,12 +154,6 @@ class TMainWindow : public TForm {
 
  private:
   void AddClick(System::TObject*) { list->GetItems()->Add(memo->GetText()); }
-};
-
-struct TQueuer : Classes::TThread {
-  explicit TQueuer(Classes::TThreadMethod m) : TThread(true), method(m) { Start(); }
-  void Execute() override { Queue(method); }
-  Classes::TThreadMethod method;
 };
 
 // Run shows the main form and handles messages until the main form is

@@ -4,8 +4,8 @@
 // paints itself on its canvas.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
-#include <vector>
 
 #include "platform/vcl/ext_panels.h"
 #include "platform/vcl/forms.h"
@@ -36,6 +36,20 @@ struct MouseLog {
   }
 };
 
+// Sends the mouse messages of a script: "L60,30 l61,31" is a left press at
+// (60, 30) and its release at (61, 31); R and r the right button, D a double
+// click.
+void Play(HWND wnd, const char* script) {
+  char what;
+  int x, y, n;
+  for (const char* p = script; std::sscanf(p, " %c%d,%d%n", &what, &x, &y, &n) == 3; p += n) {
+    const UINT msgs[] = {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_RBUTTONDOWN, WM_RBUTTONUP};
+    const WPARAM keys[] = {MK_LBUTTON, 0, MK_LBUTTON, MK_RBUTTON, 0};
+    const size_t k = std::string("LlDRr").find(what);
+    Mouse(wnd, msgs[k], x, y, keys[k]);
+  }
+}
+
 TEST(TControlMouse, ClicksGoToTheControlUnderTheMouse) {
   Forms::TForm form(nullptr);
   form.SetBorderStyle(Forms::bsNone);
@@ -51,33 +65,22 @@ TEST(TControlMouse, ClicksGoToTheControlUnderTheMouse) {
   formLog.Watch(&form);
   const HWND wnd = form.GetHandle();
 
-  struct Event {
-    UINT msg;
-    int x, y;
-    WPARAM keys;
-  };
-  const Event down{WM_LBUTTONDOWN, 60, 30, MK_LBUTTON}, up{WM_LBUTTONUP, 60, 30, 0};
   const struct {
     const char* what;
-    std::vector<Event> events;
+    const char* script;
     const char *back, *front, *form;
   } cases[] = {
-      {"a press and release on the front label", {down, {WM_LBUTTONUP, 61, 31, 0}}, "",
-       "down0@10,10 up0@11,11 click ", ""},
-      {"on the part of the back label left uncovered",
-       {{WM_LBUTTONDOWN, 20, 15, MK_LBUTTON}, {WM_LBUTTONUP, 20, 15, 0}}, "down0@10,5 up0@10,5 click ", "", ""},
-      {"released outside: the label keeps the mouse, no click", {down, {WM_LBUTTONUP, 250, 150, 0}}, "",
-       "down0@10,10 up0@200,130 ", ""},
-      {"a double click", {down, up, {WM_LBUTTONDBLCLK, 60, 30, MK_LBUTTON}, up}, "",
+      {"a press and release on the front label", "L60,30 l61,31", "", "down0@10,10 up0@11,11 click ", ""},
+      {"on the part of the back label left uncovered", "L20,15 l20,15", "down0@10,5 up0@10,5 click ", "", ""},
+      {"released outside: the label keeps the mouse, no click", "L60,30 l250,150", "", "down0@10,10 up0@200,130 ", ""},
+      {"a double click", "L60,30 l60,30 D60,30 l60,30", "",
        "down0@10,10 up0@10,10 click dblclick down0d@10,10 up0@10,10 ", ""},
-      {"the right button presses but does not click",
-       {{WM_RBUTTONDOWN, 60, 30, MK_RBUTTON}, {WM_RBUTTONUP, 60, 30, 0}}, "", "down1@10,10 up1@10,10 ", ""},
-      {"on the form itself", {{WM_LBUTTONDOWN, 200, 150, MK_LBUTTON}, {WM_LBUTTONUP, 200, 150, 0}}, "", "",
-       "down0@200,150 up0@200,150 click "},
+      {"the right button presses but does not click", "R60,30 r60,30", "", "down1@10,10 up1@10,10 ", ""},
+      {"on the form itself", "L200,150 l200,150", "", "", "down0@200,150 up0@200,150 click "},
   };
   for (const auto& c : cases) {
     backLog.text = frontLog.text = formLog.text = "";
-    for (const Event& e : c.events) Mouse(wnd, e.msg, e.x, e.y, e.keys);
+    Play(wnd, c.script);
     EXPECT_EQ(c.back, backLog.text) << c.what;
     EXPECT_EQ(c.front, frontLog.text) << c.what;
     EXPECT_EQ(c.form, formLog.text) << c.what;
@@ -148,7 +151,8 @@ TEST(TControlLook, ColorAndFontFollowTheParentUntilSet) {
   form.GetFont()->SetHeight(-40);
   EXPECT_EQ(-12, WindowFontHeight(edit)) << "its own font kept";
   EXPECT_EQ(-40, WindowFontHeight(inner));
-  EXPECT_EQ(-40, WindowFontHeight(Make<Stdctrls::TEdit>(&form, &form))) << "a new child takes the font when it comes in";
+  EXPECT_EQ(-40, WindowFontHeight(Make<Stdctrls::TEdit>(&form, &form)))
+      << "a new child takes the font when it comes in";
 }
 
 // Paints a cross in its font colour over its Color.

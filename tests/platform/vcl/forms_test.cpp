@@ -14,8 +14,6 @@
 #include "platform/vcl/std_buttons.h"
 #include "platform/vcl/std_edits.h"
 #include "platform/vcl/std_label.h"
-#include "platform/vcl/thread.h"
-#include "tests/platform/vcl/loop_driver.h"
 #include "tests/platform/vcl/test_helpers.h"
 
 using namespace Forms;
@@ -478,12 +476,7 @@ TEST(TCustomForm, PositionPlacesTheFormWhenFirstShown) {
   }
 }
 
-// A call queued by a worker that fails: the modal loop lets the failure out.
-struct TQueuer : Classes::TThread {
-  explicit TQueuer(Classes::TThreadMethod m) : TThread(true), method(m) { Start(); }
-  void Execute() override { Queue(method); }
-  Classes::TThreadMethod method;
-};
+// A queued call that fails: the modal loop lets the failure out.
 struct Failing {
   void Run() { throw Sysutils::Exception("queued call failed"); }
 };

@@ -33,7 +33,7 @@ std::string PackageError(const char* name) {
   return "(no exception)";
 }
 
-TEST(VclPackage, LoadRunsEntryPointsAndReadsTheDescriptor) {
+TEST(VclPackage, LoadRunsEntryPointsReadsTheDescriptorAndLoadsRequirementsFirst) {
   // The fixture counts how often its entry points ran; our own reference keeps
   // the counters readable after UnloadPackage.
   HMODULE pin = LoadLibraryA("vclfix_pkg.dll");
@@ -58,11 +58,28 @@ TEST(VclPackage, LoadRunsEntryPointsAndReadsTheDescriptor) {
   EXPECT_TRUE(theirs == ours);
   bind(&theirs, &other);
   EXPECT_FALSE(theirs == ours);
-
   UnloadPackage(pkg);
   EXPECT_EQ(1, finals());
+
+  // A package that requires it: started for each user (its units count
+  // once), stopped when the last goes.
+  void* first = LoadPackage("vclfix_req.dll");
+  void* second = LoadPackage("vclfix_pkg.dll");  // required, and loaded on its own too
+  EXPECT_EQ(3, inits());
+  UnloadPackage(first);
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_req.dll"));
+  EXPECT_EQ(2, finals());
+  EXPECT_EQ(pin, GetModuleHandleA("vclfix_pkg.dll")) << "still in use";
+  UnloadPackage(second);
+  EXPECT_EQ(3, finals());
+
+  // A requirement that cannot be had names itself and leaves nothing loaded.
+  EXPECT_EQ("Can't load package vclfix_badreq.dll.\nIt requires NOSUCHPKG, which cannot be loaded",
+            PackageError("vclfix_badreq.dll"));
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_badreq.dll"));
+  EXPECT_EQ(4, finals()) << "the requirement it had started was stopped again";
   FreeLibrary(pin);
-  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_pkg.dll")) << "UnloadPackage left the DLL loaded";
+  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_pkg.dll")) << "every load given back";
 }
 
 TEST(VclPackage, NonPackagesAndMissingFilesRaise) {
@@ -73,31 +90,6 @@ TEST(VclPackage, NonPackagesAndMissingFilesRaise) {
   EXPECT_EQ(0u, missing.rfind("Can't load package no_such_package.dll.\n", 0)) << missing;
   EXPECT_NE(std::string::npos, missing.find("(126)")) << "the system's reason, ERROR_MOD_NOT_FOUND: " << missing;
   EXPECT_EQ("Module has no package descriptor", PackageError(nullptr)) << "GetPackageInfo of the test program";
-}
-
-TEST(VclPackage, RequiredPackagesLoadFirstOnceAndUnloadAfter) {
-  HMODULE pin = LoadLibraryA("vclfix_pkg.dll");
-  ASSERT_NE(nullptr, pin);
-  auto inits = Export<int (*)()>(pin, "InitializeCount"), finals = Export<int (*)()>(pin, "FinalizeCount");
-  const int inits0 = inits(), finals0 = finals();
-
-  void* first = LoadPackage("vclfix_req.dll");
-  void* second = LoadPackage("vclfix_pkg.dll");  // required, and loaded on its own too
-  EXPECT_EQ(inits0 + 2, inits()) << "started for each user (its units count once)";
-  UnloadPackage(first);
-  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_req.dll"));
-  EXPECT_EQ(finals0 + 1, finals());
-  EXPECT_EQ(pin, GetModuleHandleA("vclfix_pkg.dll")) << "still in use";
-  UnloadPackage(second);
-  EXPECT_EQ(finals0 + 2, finals());
-
-  // A requirement that cannot be had names itself and leaves nothing loaded.
-  EXPECT_EQ("Can't load package vclfix_badreq.dll.\nIt requires NOSUCHPKG, which cannot be loaded",
-            PackageError("vclfix_badreq.dll"));
-  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_badreq.dll"));
-  EXPECT_EQ(finals0 + 3, finals()) << "the requirement it had started was stopped again";
-  FreeLibrary(pin);
-  EXPECT_EQ(nullptr, GetModuleHandleA("vclfix_pkg.dll")) << "every load given back";
 }
 
 constexpr int kShared = 100;   // in the package (English) and the satellite (French)

@@ -12,6 +12,8 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/controls.h"
 #include "platform/vcl/streams.h"
+#include "platform/vcl/thread.h"
+#include "tests/platform/vcl/loop_driver.h"
 
 inline std::ostream& operator<<(std::ostream& os, const MyRect& r) {
   return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
@@ -142,6 +144,13 @@ class PaintTarget {
   OwnedMemoryDC dc_;
   OwnedBitmap bitmap_;
   DCChanger use_;
+};
+
+// A thread that queues a call to the main thread and ends.
+struct TQueuer : Classes::TThread {
+  explicit TQueuer(Classes::TThreadMethod m) : TThread(true), method(m) { Start(); }
+  void Execute() override { Queue(method); }
+  Classes::TThreadMethod method;
 };
 
 }  // namespace vcl_test

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "platform/vcl/application.h"
-#include "tests/platform/vcl/loop_driver.h"
 #include "tests/platform/vcl/test_helpers.h"
 
 using namespace Classes;
