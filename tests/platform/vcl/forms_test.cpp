@@ -45,36 +45,6 @@ struct Dialog {
   }
 };
 
-TEST(TCustomForm, EnterAndEscapeEndShowModalThroughDefaultAndCancelButtons) {
-  const struct {
-    const char* what;
-    WORD key;
-    bool toButton;  // the key goes to the OK button's window, else to the edit's
-    TModalResult expected;
-  } rows[] = {
-      {"Enter in the edit", VK_RETURN, false, Controls::mrOk},
-      {"Escape in the edit", VK_ESCAPE, false, Controls::mrCancel},
-      {"Escape on the OK button", VK_ESCAPE, true, Controls::mrCancel},
-  };
-  for (const auto& r : rows) {
-    Dialog d;
-    Counter clicks;
-    d.ok->SetOnClick(clicks.Event());
-    const HWND target = r.toButton ? d.ok->GetHandle() : d.edit->GetHandle();
-    PostMessageA(target, WM_KEYDOWN, r.key, 1);
-    PostMessageA(target, WM_KEYUP, r.key, 0xC0000001);
-    EXPECT_EQ(r.expected, d.Modal()) << r.what << " (3: the watchdog ended it)";
-    EXPECT_FALSE(IsWindowVisible(d.form->GetHandle())) << r.what;
-    EXPECT_EQ(r.expected == Controls::mrOk ? 1 : 0, clicks.n) << r.what;
-    EXPECT_EQ("", Str(d.edit->GetText())) << r.what << ": no character reached the edit";
-    EXPECT_EQ("OK", WindowText(d.ok->GetHandle())) << "the text set before the window was made is its caption";
-  }
-  // A visible form cannot be made modal.
-  Dialog d;
-  d.form->Show();
-  EXPECT_THROW(d.form->ShowModal(), EInvalidOperation);
-}
-
 // The key events run before the window sees the key, the form's preview
 // before the control's, until one zeroes the key: a key zeroed on its way
 // down does nothing (Delete deletes nothing, a letter's character is not
@@ -481,10 +451,12 @@ struct Failing {
   void Run() { throw Sysutils::Exception("queued call failed"); }
 };
 
-// However ShowModal ends, by a result or by an exception out of its loop, the
-// windows it disabled come back, the form goes and the focus returns to where
-// it was. While it runs, a close that OnCloseQuery refuses keeps it open.
-TEST(TCustomForm, ShowModalGivesBackTheWindowsAndTheFocusHoweverItEnds) {
+// ShowModal ends through the default button (Enter in the edit) or the
+// cancel button (Escape, wherever the focus is), or by an exception out of
+// its loop. However it ends, the windows it disabled come back, the form goes
+// and the focus returns to where it was. While it runs, a close that
+// OnCloseQuery refuses keeps it open.
+TEST(TCustomForm, ShowModalEndsThroughItsButtonsAndGivesBackTheWindowsAndTheFocus) {
   TForm main(nullptr);
   auto* mainEdit = Make<TEdit>(&main, &main);
   main.Show();
@@ -494,21 +466,33 @@ TEST(TCustomForm, ShowModalGivesBackTheWindowsAndTheFocusHoweverItEnds) {
     bool allow = false;
     void Ask(System::TObject*, bool& can) { can = allow; }
   };
-  for (bool failing : {false, true}) {
-    SCOPED_TRACE(failing ? "an exception out of the loop" : "a button's result");
+  const struct {
+    const char* what;
+    WORD key;
+    bool toButton;          // the key goes to the OK button's window, else to the edit's
+    TModalResult expected;  // mrNone: a queued call fails inside the loop
+  } rows[] = {
+      {"Enter in the edit", VK_RETURN, false, Controls::mrOk},
+      {"Escape in the edit", VK_ESCAPE, false, Controls::mrCancel},
+      {"Escape on the OK button", VK_ESCAPE, true, Controls::mrCancel},
+      {"an exception out of the loop", 0, false, Controls::mrNone},
+  };
+  for (const auto& r : rows) {
     Dialog d;
     Query query;
     d.form->SetOnCloseQuery({&query, &Query::Ask});
-    bool mainDisabled = false, stayedOpen = false;
+    Counter clicks;
+    d.ok->SetOnClick(clicks.Event());
     Failing fail;
     std::unique_ptr<TQueuer> queuer;
-    if (failing) {
+    if (r.expected == Controls::mrNone) {
       queuer = std::make_unique<TQueuer>(Classes::TThreadMethod(&fail, &Failing::Run));
       ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(queuer->GetHandle(), 10000));
     }
-    std::string error;
+    const HWND target = r.toButton ? d.ok->GetHandle() : d.edit->GetHandle();
+    bool mainDisabled = false, stayedOpen = false;
     TModalResult result = Controls::mrNone;
-    try {
+    const std::string error = ErrorOf<Sysutils::Exception>([&] {
       result = d.Modal({[&] {
                           if (!IsWindowVisible(d.form->GetHandle())) return false;
                           mainDisabled = !IsWindowEnabled(main.GetHandle()) && IsWindowEnabled(d.form->GetHandle());
@@ -518,25 +502,30 @@ TEST(TCustomForm, ShowModalGivesBackTheWindowsAndTheFocusHoweverItEnds) {
                         [&] {
                           stayedOpen = d.form->IsModal() && IsWindowVisible(d.form->GetHandle());
                           query.allow = true;
-                          PostMessageA(d.ok->GetHandle(), BM_CLICK, 0, 0);
+                          PostMessageA(target, WM_KEYDOWN, r.key, 1);
+                          PostMessageA(target, WM_KEYUP, r.key, 0xC0000001);
                           return true;
                         }});
-    } catch (const Sysutils::Exception& e) {
-      error = e.Message.c_str();
-    }
-    if (failing) {
+    });
+    if (r.expected == Controls::mrNone) {
       EXPECT_EQ("queued call failed", error);
     } else {
-      EXPECT_TRUE(loop_driver::Finished());
-      EXPECT_EQ(Controls::mrOk, result);
-      EXPECT_TRUE(mainDisabled) << "the other window was disabled while the form was modal";
-      EXPECT_TRUE(stayedOpen) << "the close OnCloseQuery refused";
+      EXPECT_TRUE(loop_driver::Finished()) << r.what;
+      EXPECT_EQ(r.expected, result) << r.what << " (3: the watchdog ended it)";
+      EXPECT_EQ(r.expected == Controls::mrOk ? 1 : 0, clicks.n) << r.what;
+      EXPECT_EQ("", Str(d.edit->GetText())) << r.what << ": no character reached the edit";
+      EXPECT_TRUE(mainDisabled) << r.what << ": the other window was disabled while the form was modal";
+      EXPECT_TRUE(stayedOpen) << r.what << ": the close OnCloseQuery refused";
     }
-    EXPECT_FALSE(d.form->IsModal());
-    EXPECT_FALSE(IsWindowVisible(d.form->GetHandle()));
-    EXPECT_TRUE(IsWindowEnabled(main.GetHandle()));
-    EXPECT_TRUE(mainEdit->Focused()) << "the focus came back";
+    EXPECT_FALSE(d.form->IsModal()) << r.what;
+    EXPECT_FALSE(IsWindowVisible(d.form->GetHandle())) << r.what;
+    EXPECT_TRUE(IsWindowEnabled(main.GetHandle())) << r.what;
+    EXPECT_TRUE(mainEdit->Focused()) << r.what << ": the focus came back";
   }
+  Dialog d;
+  EXPECT_EQ("OK", WindowText(d.ok->GetHandle())) << "the text set before the window was made is its caption";
+  d.form->Show();
+  EXPECT_THROW(d.form->ShowModal(), EInvalidOperation) << "a visible form cannot be made modal";
 }
 
 }  // namespace
