@@ -17,7 +17,6 @@ static_assert(std::is_nothrow_move_constructible_v<OwnedPen> && std::is_nothrow_
 static_assert(!std::is_convertible_v<OwnedPen, HPEN> && !std::is_convertible_v<HPEN, OwnedPen>);
 static_assert(!std::is_copy_constructible_v<OwnedWindowDC> && !std::is_convertible_v<OwnedWindowDC, HDC>);
 
-bool GdiAlive(void* h, DWORD type) { return GetObjectType(h) == type; }
 bool KernelAlive(void* h) {
   DWORD flags = 0;
   return GetHandleInformation(h, &flags) != 0;
@@ -87,27 +86,19 @@ TEST(OwnedHandle, EveryKindClosesExactlyOnceWithItsOwnFunction) {
   for (const char* library : kLibraries)
     ASSERT_EQ(nullptr, GetModuleHandleA(library)) << "the module row needs libraries nobody else holds";
   static BYTE mask[32], image[32];
+  const auto gdi = [](DWORD type) { return [type](void* h) { return GetObjectType(h) == type; }; };
+  // clang-format off
   const KindRow rows[] = {
-      {"pen", CheckKind<OwnedPen>, OK_GdiObject, [] { return CreatePen(PS_SOLID, 1, 0); },
-       [](void* h) { return GdiAlive(h, OBJ_PEN); }},
-      {"brush", CheckKind<OwnedBrush>, OK_GdiObject, [] { return CreateSolidBrush(0); },
-       [](void* h) { return GdiAlive(h, OBJ_BRUSH); }},
-      {"font", CheckKind<OwnedFont>, OK_GdiObject,
-       [] { return CreateFontA(12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, ""); },
-       [](void* h) { return GdiAlive(h, OBJ_FONT); }},
-      {"bitmap", CheckKind<OwnedBitmap>, OK_GdiObject, [] { return CreateBitmap(4, 4, 1, 1, nullptr); },
-       [](void* h) { return GdiAlive(h, OBJ_BITMAP); }},
-      {"region", CheckKind<OwnedRegion>, OK_GdiObject, [] { return CreateRectRgn(0, 0, 5, 5); },
-       [](void* h) { return GdiAlive(h, OBJ_REGION); }},
-      {"any GDI object", CheckKind<OwnedGdiObject>, OK_GdiObject, [] { return CreateRectRgn(0, 0, 5, 5); },
-       [](void* h) { return GdiAlive(h, OBJ_REGION); }},
-      {"memory DC", CheckKind<OwnedMemoryDC>, OK_MemoryDC, [] { return CreateCompatibleDC(nullptr); },
-       [](void* h) { return GdiAlive(h, OBJ_MEMDC); }},
-      {"window", CheckKind<OwnedWindow>, OK_Window,
-       [] { return CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr); },
+      {"pen", CheckKind<OwnedPen>, OK_GdiObject, [] { return CreatePen(PS_SOLID, 1, 0); }, gdi(OBJ_PEN)},
+      {"brush", CheckKind<OwnedBrush>, OK_GdiObject, [] { return CreateSolidBrush(0); }, gdi(OBJ_BRUSH)},
+      {"font", CheckKind<OwnedFont>, OK_GdiObject, [] { return CreateFontA(12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, ""); }, gdi(OBJ_FONT)},
+      {"bitmap", CheckKind<OwnedBitmap>, OK_GdiObject, [] { return CreateBitmap(4, 4, 1, 1, nullptr); }, gdi(OBJ_BITMAP)},
+      {"region", CheckKind<OwnedRegion>, OK_GdiObject, [] { return CreateRectRgn(0, 0, 5, 5); }, gdi(OBJ_REGION)},
+      {"any GDI object", CheckKind<OwnedGdiObject>, OK_GdiObject, [] { return CreateRectRgn(0, 0, 5, 5); }, gdi(OBJ_REGION)},
+      {"memory DC", CheckKind<OwnedMemoryDC>, OK_MemoryDC, [] { return CreateCompatibleDC(nullptr); }, gdi(OBJ_MEMDC)},
+      {"window", CheckKind<OwnedWindow>, OK_Window, [] { return CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr); },
        [](void* h) { return IsWindow(static_cast<HWND>(h)) != 0; }},
-      {"menu", CheckKind<OwnedMenu>, OK_Menu, [] { return CreateMenu(); },
-       [](void* h) { return IsMenu(static_cast<HMENU>(h)) != 0; }},
+      {"menu", CheckKind<OwnedMenu>, OK_Menu, [] { return CreateMenu(); }, [](void* h) { return IsMenu(static_cast<HMENU>(h)) != 0; }},
       {"icon", CheckKind<OwnedIcon>, OK_Icon, [] { return CreateIcon(nullptr, 16, 16, 1, 1, mask, image); },
        [](void* h) {
          ICONINFO info{};
@@ -115,8 +106,7 @@ TEST(OwnedHandle, EveryKindClosesExactlyOnceWithItsOwnFunction) {
          const OwnedBitmap mask(info.hbmMask), color(info.hbmColor);  // copies made for the caller
          return alive;
        }},
-      {"event", CheckKind<OwnedKernelHandle>, OK_Kernel, [] { return CreateEventA(nullptr, FALSE, FALSE, nullptr); },
-       KernelAlive},
+      {"event", CheckKind<OwnedKernelHandle>, OK_Kernel, [] { return CreateEventA(nullptr, FALSE, FALSE, nullptr); }, KernelAlive},
       {"file", CheckKind<OwnedFile>, OK_File, TempFile, KernelAlive},
       {"view", CheckKind<OwnedView>, OK_View, [] { return MapViewOfFile(sharedMapping, FILE_MAP_WRITE, 0, 0, 0); },
        [](void* p) {
@@ -124,13 +114,10 @@ TEST(OwnedHandle, EveryKindClosesExactlyOnceWithItsOwnFunction) {
          return VirtualQuery(p, &info, sizeof info) && info.Type == MEM_MAPPED;
        }},
       // Loading one library twice gives the same handle: take turns with two.
-      {"module", CheckKind<OwnedModule>, OK_Module,
-       [] {
-         static int turn = 0;
-         return LoadLibraryA(kLibraries[turn++ % 2]);
-       },
+      {"module", CheckKind<OwnedModule>, OK_Module, [] { static int turn = 0; return LoadLibraryA(kLibraries[turn++ % 2]); },
        [](void* h) { return h && (GetModuleHandleA(kLibraries[0]) == h || GetModuleHandleA(kLibraries[1]) == h); }},
   };
+  // clang-format on
   for (const KindRow& row : rows) row.check(row);
   CloseHandle(sharedMapping);
 }

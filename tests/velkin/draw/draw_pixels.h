@@ -1,23 +1,22 @@
 #pragma once
 // Pixels read back from what the drawing tests draw on, as 0xRRGGBB, and
 // pictures of one letter per pixel so that a failure prints both pictures.
+#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
-#include <ostream>
 #include <string>
 
+#include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics_bitmap.h"
+#include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/draw/gdi_canvas_bitmap.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/gdi/gdi_dib.h"
-
-inline std::ostream& operator<<(std::ostream& os, const MyRect& r) {
-  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
-}
 
 namespace draw_pixels {
 
@@ -28,41 +27,27 @@ inline uint32_t Px(unsigned long c) { return ((c & 0xFF) << 16) | (c & 0xFF00) |
 
 inline Reader Of(HBitmapCanvas& c) {
   return [&c](int x, int y) {  // a bottom-up DIB
-    GdiFlush();
     const HGDIDib32* d = c.GetDib();
-    return static_cast<const uint32_t*>(d->GetData())[(d->GetHeight() - 1 - y) * d->GetLineSize() / 4 + x] & 0xFFFFFF;
+    return GdiFlush(),
+           static_cast<const uint32_t*>(d->GetData())[(d->GetHeight() - 1 - y) * d->GetLineSize() / 4 + x] & 0xFFFFFF;
   };
 }
 
 inline Reader Of(Graphics::TBitmap& bmp) {
-  return [&bmp](int x, int y) {
-    GdiFlush();
-    return static_cast<const uint32_t*>(bmp.GetScanLine(y))[x] & 0xFFFFFF;
-  };
+  return [&bmp](int x, int y) { return GdiFlush(), static_cast<const uint32_t*>(bmp.GetScanLine(y))[x] & 0xFFFFFF; };
 }
 
 // A top-down 32-bit DIB section of the test's own, selected into a memory DC.
 class Surface {
  public:
-  Surface(int w, int h, uint32_t fill = 0) : w_(w), h_(h), dc_(CreateCompatibleDC(nullptr)) {
+  Surface(int w, int h, uint32_t fill = 0) : w_(w), h_(h) {
     BITMAPINFO bi{{sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
-    void* bits = nullptr;
-    bmp_ = CreateDIBSection(dc_, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
-    bits_ = static_cast<uint32_t*>(bits);
-    old_ = SelectObject(dc_, bmp_);
+    bmp_.reset(CreateDIBSection(dc_.get(), &bi, DIB_RGB_COLORS, reinterpret_cast<void**>(&bits_), nullptr, 0));
+    select_.Select(bmp_.get());
     std::fill(bits_, bits_ + w * h, fill);
   }
-  ~Surface() {
-    SelectObject(dc_, old_);
-    DeleteObject(bmp_);
-    DeleteDC(dc_);
-  }
-  Surface(const Surface&) = delete;
-  HDC Dc() const { return dc_; }
-  uint32_t At(int x, int y) const {
-    GdiFlush();
-    return bits_[y * w_ + x] & 0xFFFFFF;
-  }
+  HDC Dc() const { return dc_.get(); }
+  uint32_t At(int x, int y) const { return GdiFlush(), bits_[y * w_ + x] & 0xFFFFFF; }
   void FillNoise() {
     for (int i = 0; i < w_ * h_; ++i) bits_[i] = (static_cast<uint32_t>(i) * 2654435761u) & 0xFFFFFF;
   }
@@ -72,10 +57,10 @@ class Surface {
 
  private:
   int w_, h_;
-  HDC dc_;
-  HBITMAP bmp_;
-  HGDIOBJ old_;
-  uint32_t* bits_;
+  uint32_t* bits_ = nullptr;
+  OwnedMemoryDC dc_{CreateCompatibleDC(nullptr)};
+  OwnedBitmap bmp_;
+  DCChanger select_{dc_.get()};
 };
 
 // Letters for the colours the tests use; '?' for any other.
@@ -132,11 +117,13 @@ struct BothSurfaces {
   HBitmapCanvas hc;
 };
 
-// Both families draw `rows`.
-#define EXPECT_BOTH_PICTURE(s, rows, what)                                                \
-  do {                                                                                    \
-    EXPECT_EQ(Picture((s).Framework(), (s).w, (s).h), Rows(rows)) << what << ", TCanvas"; \
-    EXPECT_EQ(Picture((s).Own(), (s).w, (s).h), Rows(rows)) << what << ", HCustomCanvas"; \
-  } while (0)
+// On both families, w x h, draw draws `rows`.
+template <class Draw>
+void ExpectPicture(int w, int h, const char* rows, const std::string& what, Draw draw) {
+  BothSurfaces s(w, h);
+  s.Run(draw);
+  EXPECT_EQ(Picture(s.Framework(), w, h), Rows(rows)) << what << ", TCanvas";
+  EXPECT_EQ(Picture(s.Own(), w, h), Rows(rows)) << what << ", HCustomCanvas";
+}
 
 }  // namespace draw_pixels

@@ -13,15 +13,9 @@ using namespace Graphics;
 
 namespace {
 
-// A window of the scene's size.
-std::unique_ptr<Controls::TWinControl> Window() {
+TEST(HControlCanvas, ReleasesItsContext) {
   auto w = std::make_unique<Controls::TWinControl>();
   w->SetBounds(0, 0, 48, 26);
-  return w;
-}
-
-TEST(HControlCanvas, ReleasesItsContext) {
-  auto w = Window();
   HWND window = w->GetHandle();
   ASSERT_NE(window, nullptr);
   auto* c = new HControlCanvas(w.get());

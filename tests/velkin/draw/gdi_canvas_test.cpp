@@ -5,11 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <functional>
+#include <iterator>
 #include <memory>
-#include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -49,13 +50,6 @@ void Scene(HCustomCanvas* c) {
   c->Line(MyPoint{34, 20}, MyPoint{46, 14}, HFT_FillArrow, 5);
 }
 
-// A window of the scene's size.
-std::unique_ptr<Controls::TWinControl> Window() {
-  auto w = std::make_unique<Controls::TWinControl>();
-  w->SetBounds(0, 0, W, H);
-  return w;
-}
-
 // Runs draw on each backing, W x H, and hands its pixels to check, read once
 // the canvas is gone (the control canvas's through CopyTo before it goes).
 void OnEveryBacking(const std::function<void(HCustomCanvas*)>& draw,
@@ -71,19 +65,19 @@ void OnEveryBacking(const std::function<void(HCustomCanvas*)>& draw,
   draw(std::make_unique<HCanvasCanvas>(bmp.GetCanvas(), W, H).get());
   check("HCanvasCanvas", Of(bmp));
 
-  Surface raw(W, H);
-  auto* api = new HAPICanvas;
+  Surface raw(W, H), copy(W, H);
+  auto api = std::make_unique<HAPICanvas>();
   api->SetHDC(raw.Dc(), W, H);
-  draw(api);
-  delete api;
+  draw(api.get());
+  api.reset();
   check("HAPICanvas", raw.Read());
 
-  auto w = Window();
-  HCustomCanvas* c = new HControlCanvas(w.get());
-  draw(c);
-  Surface copy(W, H);
-  c->CopyTo(copy.Dc());
-  delete c;
+  auto window = std::make_unique<Controls::TWinControl>();
+  window->SetBounds(0, 0, W, H);
+  std::unique_ptr<HCustomCanvas> control = std::make_unique<HControlCanvas>(window.get());
+  draw(control.get());
+  control->CopyTo(copy.Dc());
+  control.reset();
   check("HControlCanvas", copy.Read());
 }
 
@@ -100,44 +94,31 @@ TEST(HCustomCanvas, EveryBackingDrawsTheSamePixels) {
       Scene, [&](const char* backing, const Reader& read) { EXPECT_EQ(Diff(read, expected, W, H), "") << backing; });
 }
 
-TEST(HCustomCanvas, ClipStackNarrowsAndUnwinds) {
-  HBitmapCanvas c;  // black
-  c.Resize(12, 8);
-  c.AddClip(MyRect{2, 2, 40, 40});
-  EXPECT_EQ(c.CurClip(), (MyRect{2, 2, 12, 8}));
-  // Reversed edges are put in order, edges are inclusive, a second clip
-  // stays inside the first.
-  c.AddClip(MyRect{6, 5, 1, 1});
-  EXPECT_EQ(c.CurClip(), (MyRect{2, 2, 7, 6}));
-  c.Fill(MyRect{0, 0, 12, 8}, clRed);
-  EXPECT_EQ(
-      Picture(Of(c), 12, 8),
-      Rows("KKKKKKKKKKKK KKKKKKKKKKKK KKRRRRRKKKKK KKRRRRRKKKKK KKRRRRRKKKKK KKRRRRRKKKKK KKKKKKKKKKKK KKKKKKKKKKKK"));
-  c.RestoreClip();
-  EXPECT_EQ(c.CurClip(), (MyRect{2, 2, 12, 8}));
-  c.RestoreClip();
-  c.RestoreClip();  // on an empty stack: nothing
-  EXPECT_EQ(c.CurClip(), (MyRect{0, 0, 12, 8}));
-  c.Fill(MyRect{0, 0, 12, 8}, clLime);
-  EXPECT_EQ(Diff(Of(c), Plain(0x00FF00), 12, 8), "") << "no clip left: the whole surface draws";
-}
-
-TEST(HCustomCanvas, NestedClipStopsAtTheOuterClipsRightAndBottomEdges) {
-  MyRect nested{};
+// Edges are inclusive and put in order; a clip stays inside the one before
+// and the surface; each RestoreClip unwinds one, one too many does nothing.
+TEST(HCustomCanvas, ClipsNarrowAndUnwind) {
+  std::ostringstream clips;
   OnEveryBacking(
       [&](HCustomCanvas* c) {
+        clips.str("");
         c->Fill(MyRect{0, 0, W, H}, clSilver);
-        c->AddClip(MyRect{2, 1, 6, 4});    // columns 2-6, rows 1-4
+        c->AddClip(MyRect{40, 20, 90, 90});
+        clips << c->CurClip() << " ";
+        c->RestoreClip();
+        c->AddClip(MyRect{6, 4, 2, 1});  // columns 2-6, rows 1-4
+        clips << c->CurClip() << " ";
         c->AddClip(MyRect{4, 3, 30, 30});  // reaches past both: columns 4-6, rows 3-4
-        nested = c->CurClip();
+        clips << c->CurClip() << " ";
         c->Fill(MyRect{0, 0, W, H}, clRed);
         c->RestoreClip();  // the outer clip again
         c->Fill(MyRect{0, 0, W, 2}, clBlue);
-        c->RestoreClip();  // none
+        c->RestoreClip();
+        c->RestoreClip();  // on an empty stack: nothing
+        clips << c->CurClip() << " " << c->GetClipCount();
         c->Fill(MyRect{0, 7, W, 8}, clLime);
       },
       [&](const char* backing, const Reader& read) {
-        EXPECT_EQ((MyRect{4, 3, 7, 5}), nested) << backing << ", CurClip of the nested clip";
+        EXPECT_EQ("(40,20)-(48,26) (2,1)-(7,5) (4,3)-(7,5) (0,0)-(48,26) 0", clips.str()) << backing << ", CurClip";
         EXPECT_EQ(Rows("............ ..BBBBB..... ............ ....RRR..... ....RRR..... ............ ............ "
                        "LLLLLLLLLLLL"),
                   Picture(read, 12, 8))
@@ -145,44 +126,27 @@ TEST(HCustomCanvas, NestedClipStopsAtTheOuterClipsRightAndBottomEdges) {
       });
 }
 
+// A fresh canvas holds no clip and its pen at (0, 0); its size, context and
+// clip are the backing's (its pen, brush and font are fresh wrappers').
+std::string Describe(HCustomCanvas& c) {
+  return (std::ostringstream() << "clips " << c.GetClipCount() << ", pen at " << c.GetPenPos().x << ","
+                               << c.GetPenPos().y << ", " << c.GetWidth() << "x" << c.GetHeight() << ", context "
+                               << (c.GetHandle() != nullptr) << ", clip " << c.CurClip())
+      .str();
+}
+
 TEST(HCustomCanvas, FreshCanvasesHoldTheirDefaults) {
-  LOGFONTA stock{};
-  GetObjectA(GetStockObject(ANSI_VAR_FONT), sizeof stock, &stock);
   TBitmap bmp;
   bmp.SetSize(5, 4);
   HBitmapCanvas bitmap;
   HCanvasCanvas canvas(bmp.GetCanvas(), 5, 4);
   HAPICanvas api;
   HControlCanvas control(nullptr);
-  const struct {
-    const char* backing;
-    HCustomCanvas* c;
-    bool handle;
-    int width, height;
-  } fresh[] = {{"HBitmapCanvas", &bitmap, true, 1, 1},
-               {"HCanvasCanvas", &canvas, true, 5, 4},
-               {"HAPICanvas without a context", &api, false, 0, 0},
-               {"HControlCanvas without a control", &control, false, 0, 0}};
-  for (const auto& f : fresh) {
-    HCustomCanvas& c = *f.c;
-    const struct {
-      const char* field;
-      long long actual, expected;
-    } rows[] = {
-        {"clip count", c.GetClipCount(), 0},
-        {"anti-alias", c.GetAntiAlias(), false},
-        {"pen position x", c.GetPenPos().x, 0},
-        {"pen position y", c.GetPenPos().y, 0},
-        {"pen colour", c.GetPen()->GetColor(), clBlack},
-        {"brush colour", c.GetBrush()->GetColor(), clWhite},
-        {"font record is the stock variable font's", std::memcmp(&c.GetFont()->GetLogFont(), &stock, sizeof stock), 0},
-        {"width", c.GetWidth(), f.width},
-        {"height", c.GetHeight(), f.height},
-        {"has a context", c.GetHandle() != nullptr, f.handle},
-    };
-    for (const auto& r : rows) EXPECT_EQ(r.expected, r.actual) << f.backing << ", " << r.field;
-    EXPECT_EQ((MyRect{0, 0, f.width, f.height}), c.CurClip()) << f.backing << ", CurClip";
-  }
+  EXPECT_EQ("clips 0, pen at 0,0, 1x1, context 1, clip (0,0)-(1,1)", Describe(bitmap)) << "HBitmapCanvas";
+  EXPECT_EQ("clips 0, pen at 0,0, 5x4, context 1, clip (0,0)-(5,4)", Describe(canvas)) << "HCanvasCanvas";
+  EXPECT_EQ("clips 0, pen at 0,0, 0x0, context 0, clip (0,0)-(0,0)", Describe(api)) << "HAPICanvas, no context";
+  EXPECT_EQ("clips 0, pen at 0,0, 0x0, context 0, clip (0,0)-(0,0)", Describe(control)) << "HControlCanvas, no control";
+  EXPECT_FALSE(bitmap.GetAntiAlias()) << "a copy is not smoothed unless asked";
 }
 
 TEST(HCustomCanvas, PenSlotHoldsOneCopy) {
@@ -295,11 +259,10 @@ class OldDashes {
   void LineTo(int x, int y, TColor color) {
     HDC dc = Dc();
     HCustomGDIPen* pen = c_.GetPen();
-    const MyRect clip = c_.CurClip();
+    const TColor saved = pen->GetColor(), use = color == clDefault ? saved : color;
     if (color == clNone) {
-      GR_LineDDA(x_, y_, x, y, clip.left, clip.top, clip.right, clip.bottom, HLineDDAProc(this, &OldDashes::Step));
+      Walk(x, y, nullptr);
     } else {
-      const TColor use = color == clDefault ? pen->GetColor() : color, saved = pen->GetColor();
       DCChanger change(dc);
       if (pen->GetWidth() <= 1 && pen->GetStyle() == HPS_Solid) {
         change.Select(static_cast<HPEN>(GetStockObject(DC_PEN)));
@@ -308,11 +271,7 @@ class OldDashes {
         pen->SetColor(use);
         pen->Select(dc);
       }
-      const int before = step_;
-      drawOn_ = dc;
-      GR_LineDDA(x_, y_, x, y, clip.left, clip.top, clip.right, clip.bottom, HLineDDAProc(this, &OldDashes::Step));
-      drawOn_ = nullptr;
-      if (step_ != before && down_) ::LineTo(dc, x, y);
+      Walk(x, y, dc);
       change.Restore();
       pen->SetColor(saved);
     }
@@ -320,19 +279,26 @@ class OldDashes {
     x_ = x, y_ = y;
   }
 
-  void Step(int x, int y) {
-    const bool on = c_.GetPen()->GetPatternBits()[step_ % c_.GetPen()->GetPatternLength()];
-    if (on != down_) {
-      if (drawOn_) {
-        if (down_) ::LineTo(drawOn_, x, y);
-        MoveToEx(drawOn_, x, y, nullptr);
-      }
-      x_ = x, y_ = y, down_ = on;
-    }
-    ++step_;
+ private:
+  // Steps the pattern along the line inside the clip, drawing on dc (when
+  // given) each dash that ends, and the last one to the line's end.
+  void Walk(int x, int y, HDC dc) {
+    const MyRect clip = c_.CurClip();
+    const int before = step_;
+    drawOn_ = dc;
+    GR_LineDDA(x_, y_, x, y, clip.left, clip.top, clip.right, clip.bottom, HLineDDAProc(this, &OldDashes::Step));
+    drawOn_ = nullptr;
+    if (dc && step_ != before && down_) ::LineTo(dc, x, y);
   }
 
- private:
+  void Step(int x, int y) {
+    const bool on = c_.GetPen()->GetPatternBits()[step_++ % c_.GetPen()->GetPatternLength()];
+    if (on == down_) return;
+    if (drawOn_ && down_) ::LineTo(drawOn_, x, y);
+    if (drawOn_) MoveToEx(drawOn_, x, y, nullptr);
+    x_ = x, y_ = y, down_ = on;
+  }
+
   HDC Dc() { return static_cast<HDC>(c_.GetHandle()); }
 
   HBitmapCanvas& c_;
@@ -341,94 +307,57 @@ class OldDashes {
   bool down_ = false;  // as a fresh canvas: no MoveTo yet
 };
 
-// One drawing step of a row: a MoveTo, or a LineTo in a colour.
+// One drawing step: a MoveTo, or a LineTo in a colour.
 struct Op {
   bool move;
   int x, y;
   TColor color;
 };
 
-struct Row {
-  std::string name;
-  const char* pattern;
-  int width;
-  bool round;
-  MyRect clip;  // all zero: no clip
-  std::vector<Op> ops;
-  int rop = R2_COPYPEN;
-};
+template <class... T>
+std::string Str(const T&... parts) {
+  std::ostringstream s;
+  (s << ... << parts);
+  return s.str();
+}
 
 struct Pair {
   HBitmapCanvas fast, old;
-  Pair() {
-    fast.Resize(kSize, kSize);
-    old.Resize(kSize, kSize);
-  }
+  Pair() { fast.Resize(kSize, kSize), old.Resize(kSize, kSize); }
 };
 
-uint8_t* Bits(HBitmapCanvas& c) {
+const uint32_t* Bits(HBitmapCanvas& c) {
   c.GetHandle();  // makes the DIB
   GdiFlush();
-  return static_cast<uint8_t*>(c.GetDib()->GetData());
+  return static_cast<const uint32_t*>(c.GetDib()->GetData());
 }
 
-// Draws the row on both canvases (fresh pens, a silver ground) and compares.
-void Check(Pair& p, const Row& row) {
-  HGDIPen pen;
-  pen.SetPattern(row.pattern);
-  pen.SetWidth(row.width);
-  pen.SetRoundEnd(row.round);
-  pen.SetColor(clBlue);
-  const size_t bytes = static_cast<size_t>(kSize) * kSize * 4;
+// Draws ops on both canvases (fresh pens like `pen`, a silver ground, the
+// clip unless all zero, the mix mode) and compares the pixels and the
+// context's position.
+void Check(Pair& p, const std::string& name, HGDIPen& pen, const MyRect& clip, const std::vector<Op>& ops, int rop) {
   for (HBitmapCanvas* c : {&p.fast, &p.old}) {
     c->SetPen(&pen);
-    std::memset(Bits(*c), 0xC0, bytes);
-    if (!(row.clip == MyRect{})) c->AddClip(row.clip);
-    SetROP2(static_cast<HDC>(c->GetHandle()), row.rop);
+    std::fill_n(const_cast<uint32_t*>(Bits(*c)), kSize * kSize, 0xC0C0C0u);
+    if (!(clip == MyRect{})) c->AddClip(clip);
+    SetROP2(static_cast<HDC>(c->GetHandle()), rop);
   }
   OldDashes old(p.old);
-  for (const Op& op : row.ops) {
-    if (op.move) {
-      p.fast.MoveTo(op.x, op.y);
-      old.MoveTo(op.x, op.y);
-    } else {
-      p.fast.LineTo(op.x, op.y, op.color);
-      old.LineTo(op.x, op.y, op.color);
-    }
+  for (const Op& op : ops) {
+    op.move ? p.fast.MoveTo(op.x, op.y) : p.fast.LineTo(op.x, op.y, op.color);
+    op.move ? old.MoveTo(op.x, op.y) : old.LineTo(op.x, op.y, op.color);
   }
   POINT fastPos{}, oldPos{};
   GetCurrentPositionEx(static_cast<HDC>(p.fast.GetHandle()), &fastPos);
   GetCurrentPositionEx(static_cast<HDC>(p.old.GetHandle()), &oldPos);
-  EXPECT_TRUE(fastPos.x == oldPos.x && fastPos.y == oldPos.y)
-      << row.name << ": context position (" << fastPos.x << "," << fastPos.y << "), expected (" << oldPos.x << ","
-      << oldPos.y << ")";
-  const uint8_t *got = Bits(p.fast), *want = Bits(p.old);
-  for (size_t i = 0; i < bytes; i += 4)
-    if (std::memcmp(got + i, want + i, 4) != 0) {
-      const int pixel = static_cast<int>(i / 4), x = pixel % kSize, y = kSize - 1 - pixel / kSize;
-      uint32_t g, w;
-      std::memcpy(&g, got + i, 4);
-      std::memcpy(&w, want + i, 4);
-      ADD_FAILURE() << row.name << ": pixel (" << x << "," << y << ") is " << std::hex << g << ", expected " << w;
-      break;
-    }
+  EXPECT_EQ(Str(oldPos.x, ",", oldPos.y), Str(fastPos.x, ",", fastPos.y)) << name << ": context position";
+  const uint32_t *got = Bits(p.fast), *want = Bits(p.old), *end = got + kSize * kSize;
+  const auto [g, w] = std::mismatch(got, end, want);
+  if (g != end)
+    ADD_FAILURE() << name << ": pixel (" << (g - got) % kSize << "," << kSize - 1 - (g - got) / kSize << ") is "
+                  << std::hex << *g << ", expected " << *w;
   for (HBitmapCanvas* c : {&p.fast, &p.old})
     while (c->GetClipCount() > 0) c->RestoreClip();
-}
-
-std::string Name(const char* pattern, int width, bool round, const MyRect& clip, const std::string& what) {
-  std::string s = std::string("pattern ") + pattern + " width " + std::to_string(width) + (round ? " round" : "");
-  if (clip == MyRect{})
-    s += " no clip ";
-  else
-    s += " clip (" + std::to_string(clip.left) + "," + std::to_string(clip.top) + "," + std::to_string(clip.right) +
-         "," + std::to_string(clip.bottom) + ") ";
-  return s + what;
-}
-
-std::string Line(int x1, int y1, int x2, int y2) {
-  return "(" + std::to_string(x1) + "," + std::to_string(y1) + ")->(" + std::to_string(x2) + "," + std::to_string(y2) +
-         ")";
 }
 
 TEST(HCustomCanvas, DashedLinesMatchThePixelByPixelWalk) {
@@ -441,59 +370,45 @@ TEST(HCustomCanvas, DashedLinesMatchThePixelByPixelWalk) {
       {50, 50, 50, 100},   // one pixel wide (clip edges are inclusive)
   };
   const int ds[] = {-75, -17, -9, -3, -2, -1, 0, 1, 2, 5, 13, 41, 76};
+  // Chains: the pattern goes on where the last LineTo stopped, through other
+  // colours and an undrawn (clNone) stretch; a LineTo with no MoveTo before
+  // it starts with the pen up; the last draws more dashes than one batch.
+  const TColor D = clDefault;
+  // clang-format off
+  const std::vector<Op> chains[] = {
+      {{true, 10, 10, D}, {false, 37, 12, D}, {false, 100, 125, clRed}, {false, 12, 140, D}, {false, 11, 9, clLime}},
+      {{true, 150, 5, D}, {false, 50, 50, clNone}, {false, 5, 60, D}, {false, 6, 61, D}, {false, 6, 61, D},
+       {false, 140, 150, clNone}, {false, 94, 3, clRed}},
+      {{false, 70, 33, D}, {false, 20, 90, clRed}},
+      {{true, 80, 80, D}, {false, 81, 80, D}, {false, 81, 81, D}, {false, 80, 81, D}, {false, 80, 79, D},
+       {false, 84, 79, D}},
+      {{true, 2, 2, D}, {false, 157, 150, D}, {false, 3, 158, clRed}},
+  };
+  // clang-format on
   for (const char* pattern : patterns)
     for (auto [width, round] : {std::pair{1, false}, std::pair{0, false}, std::pair{3, false}, std::pair{3, true}})
       for (const MyRect& clip : clips) {
+        HGDIPen pen;
+        pen.SetPattern(pattern);
+        pen.SetWidth(width);
+        pen.SetRoundEnd(round);
+        pen.SetColor(clBlue);
+        const std::string prefix =
+            Str("pattern ", pattern, " width ", width, round ? " round" : "", " clip ", clip, " ");
         // Single lines in every octant and of many lengths, from the middle
         // and from a corner outside the clips.
         for (int dx : ds)
           for (int dy : ds)
-            for (auto [x0, y0] : {std::pair{80, 80}, std::pair{4, 150}}) {
-              const Row row{
-                  Name(pattern, width, round, clip, Line(x0, y0, x0 + dx, y0 + dy)), pattern, width, round, clip,
-                  {{true, x0, y0, clDefault}, {false, x0 + dx, y0 + dy, clDefault}}};
-              Check(p, row);
-            }
-        // Chains: the pattern goes on where the last LineTo stopped, through
-        // other colours and an undrawn (clNone) stretch; a LineTo with no
-        // MoveTo before it starts with the pen up.
-        const std::vector<Op> chains[] = {
-            {{true, 10, 10, clDefault},
-             {false, 37, 12, clDefault},
-             {false, 100, 125, clRed},
-             {false, 12, 140, clDefault},
-             {false, 11, 9, clLime}},
-            {{true, 150, 5, clDefault},
-             {false, 50, 50, clNone},
-             {false, 5, 60, clDefault},
-             {false, 6, 61, clDefault},
-             {false, 6, 61, clDefault},
-             {false, 140, 150, clNone},
-             {false, 94, 3, clRed}},
-            {{false, 70, 33, clDefault}, {false, 20, 90, clRed}},
-            {{true, 80, 80, clDefault},
-             {false, 81, 80, clDefault},
-             {false, 81, 81, clDefault},
-             {false, 80, 81, clDefault},
-             {false, 80, 79, clDefault},
-             {false, 84, 79, clDefault}},
-            // More dashes than one batch draws.
-            {{true, 2, 2, clDefault}, {false, 157, 150, clDefault}, {false, 3, 158, clRed}},
-        };
-        // Again with a mix mode where what dashes overlap shows.
-        for (int rop : {R2_COPYPEN, R2_XORPEN}) {
-          int n = 0;
-          for (const std::vector<Op>& ops : chains) {
-            const std::string what = (rop == R2_XORPEN ? "xor chain " : "chain ") + std::to_string(n++);
-            const Row row{Name(pattern, width, round, clip, what), pattern, width, round, clip, ops, rop};
-            if (ops.front().move) {
-              Check(p, row);
-            } else {
-              Pair fresh;  // the canvases' state as constructed
-              Check(fresh, row);
-            }
+            for (auto [x0, y0] : {std::pair{80, 80}, std::pair{4, 150}})
+              Check(p, prefix + Str("(", x0, ",", y0, ")->(", x0 + dx, ",", y0 + dy, ")"), pen, clip,
+                    {{true, x0, y0, D}, {false, x0 + dx, y0 + dy, D}}, R2_COPYPEN);
+        // Chains again with a mix mode where what dashes overlap shows.
+        for (int rop : {R2_COPYPEN, R2_XORPEN})
+          for (size_t n = 0; n < std::size(chains); ++n) {
+            Pair fresh;  // the canvases' state as constructed, for a chain without a MoveTo
+            Check(chains[n].front().move ? p : fresh, prefix + Str(rop == R2_XORPEN ? "xor " : "", "chain ", n), pen,
+                  clip, chains[n], rop);
           }
-        }
         if (HasFailure()) return;
       }
 }

@@ -1,3 +1,5 @@
+// Window captions: which part a point hits, where the buttons and the text go,
+// and what is drawn there.
 #include <gtest/gtest.h>
 
 #include "platform/vcl/graphics_canvas.h"
@@ -5,10 +7,7 @@
 #include "velkin/draw/h_extdraw.h"
 
 using namespace draw_pixels;
-using Controls::alBottom;
-using Controls::alLeft;
-using Controls::alRight;
-using Controls::alTop;
+using namespace Controls;
 
 namespace {
 
@@ -24,19 +23,20 @@ struct Painted : Surface {
 bool In(const MyRect& r, int x, int y) { return x >= r.left && x < r.right && y >= r.top && y < r.bottom; }
 
 // Each point (x, y pairs) hits `expected`.
-void CheckHits(const MyRect& bar, const HCaptionTypes& parts, Controls::TAlign align, int expected,
+void CheckHits(const MyRect& bar, const HCaptionTypes& parts, TAlign align, int expected,
                std::initializer_list<int> xy) {
   for (auto p = xy.begin(); p != xy.end(); p += 2)
     EXPECT_EQ(TC_WinCaptionHitTest(bar, parts, align, MyPoint{p[0], p[1]}), expected)
         << "bar " << bar << ", align " << int(align) << ", point (" << p[0] << "," << p[1] << ")";
 }
 
-TEST(HExtDrawCaptionHitTest, HorizontalBar) {
+// Buttons from the end, the text area, the margins and outside; the layout.
+TEST(HExtDrawCaptionHitTest, ButtonsTextMarginsAndLayout) {
   const MyRect bar{0, 0, 200, 20};
   const HCaptionTypes parts{HCT_Caption, HCT_Minimize, HCT_Close};
   // The close button's first and last pixels, buttons touching, the text
   // area, the right, top and bottom margins, outside.
-  for (Controls::TAlign a : {alTop, alBottom}) {
+  for (TAlign a : {alTop, alBottom}) {
     CheckHits(bar, parts, a, HCT_Close, {190, 10, 181, 2, 197, 17});
     CheckHits(bar, parts, a, HCT_Minimize, {180, 10, 164, 10});
     CheckHits(bar, parts, a, HCT_Caption, {163, 10, 199, 10, 190, 1, 190, 18});
@@ -46,10 +46,7 @@ TEST(HExtDrawCaptionHitTest, HorizontalBar) {
   CheckHits(bar, HCaptionTypes{HCT_Minimize, HCT_Close}, alTop, 0, {100, 10, 199, 10});
   CheckHits(MyRect{50, 30, 250, 50}, parts, alTop, HCT_Close, {240, 40, 231, 32});
   CheckHits(MyRect{50, 30, 250, 50}, parts, alTop, HCT_Minimize, {230, 40});
-}
 
-TEST(HExtDrawCaptionHitTest, ButtonOrderAndLayout) {
-  const MyRect bar{0, 0, 200, 20};
   const HCaptionTypes all{HCT_Help, HCT_Minimize, HCT_Maximize, HCT_Restore, HCT_Close, HCT_Caption};
   const HCaptionLayout l = TC_WinCaptionLayout(bar, all, alTop);
   const HCaptionType order[5] = {HCT_Close, HCT_Restore, HCT_Maximize, HCT_Minimize, HCT_Help};
@@ -65,23 +62,22 @@ TEST(HExtDrawCaptionHitTest, ButtonOrderAndLayout) {
   CheckHits(bar, HCaptionTypes{HCT_Close, HCT_Help}, alTop, HCT_Help, {164, 2, 180, 17});
   EXPECT_EQ(TC_WinCaptionLayout(bar, HCaptionTypes{HCT_Caption}, alTop).Text, (MyRect{2, 2, 198, 18}));
   EXPECT_EQ(TC_WinCaptionLayout(MyRect{0, 0, 40, 20}, all, alTop).Text.Width(), 0);
-}
 
-TEST(HExtDrawCaptionHitTest, VerticalBar) {
-  const MyRect bar{0, 0, 20, 200};
-  EXPECT_EQ(TC_WinCaptionLayout(bar, HCaptionTypes{HCT_Close}, alLeft).Text, (MyRect{2, 19, 18, 198}));
-  const HCaptionTypes parts{HCT_Caption, HCT_Close, HCT_Maximize};
-  for (Controls::TAlign a : {alLeft, alRight, Controls::alNone, Controls::alClient}) {
-    CheckHits(bar, parts, a, HCT_Close, {10, 2, 10, 18});
-    CheckHits(bar, parts, a, HCT_Maximize, {10, 19, 10, 35});
-    CheckHits(bar, parts, a, HCT_Caption, {10, 36, 10, 1, 1, 10, 18, 10});
-    CheckHits(bar, parts, a, 0, {20, 10, 10, 200});
+  // A vertical bar stacks the buttons from the top, whatever else its align.
+  const MyRect up{0, 0, 20, 200};
+  EXPECT_EQ(TC_WinCaptionLayout(up, HCaptionTypes{HCT_Close}, alLeft).Text, (MyRect{2, 19, 18, 198}));
+  for (TAlign a : {alLeft, alRight, alNone, alClient}) {
+    const HCaptionTypes ccm{HCT_Caption, HCT_Close, HCT_Maximize};
+    CheckHits(up, ccm, a, HCT_Close, {10, 2, 10, 18});
+    CheckHits(up, ccm, a, HCT_Maximize, {10, 19, 10, 35});
+    CheckHits(up, ccm, a, HCT_Caption, {10, 36, 10, 1, 1, 10, 18, 10});
+    CheckHits(up, ccm, a, 0, {20, 10, 10, 200});
   }
 }
 
 TEST(HExtDrawCaptionDraw, ButtonsAndFillFollowTheGeometry) {
   for (UINT state : {0u, UINT(DFCS_PUSHED | DFCS_FLAT | DFCS_INACTIVE)})
-    for (Controls::TAlign align : {alTop, alLeft}) {
+    for (TAlign align : {alTop, alLeft}) {
       SCOPED_TRACE(testing::Message() << "state 0x" << std::hex << state << ", align " << int(align));
       const MyRect bar = align == alTop ? MyRect{10, 5, 210, 25} : MyRect{5, 10, 25, 210};
       const HCaptionTypes parts = HCaptionTypes{HCT_Fill, HCT_Caption, HCT_Close, HCT_Minimize, HCT_Help} +
@@ -106,11 +102,11 @@ TEST(HExtDrawCaptionDraw, ButtonsAndFillFollowTheGeometry) {
     }
 }
 
+// Text lands in the text area in the font colour, or the inactive caption
+// text colour.
 TEST(HExtDrawCaptionDraw, TextInTheTextArea) {
-  // Text lands in the text area in the font colour, or the inactive caption
-  // text colour.
   for (bool active : {true, false})
-    for (Controls::TAlign align : {alTop, alRight}) {
+    for (TAlign align : {alTop, alRight}) {
       SCOPED_TRACE(testing::Message() << (active ? "active" : "inactive") << ", align " << int(align));
       const MyRect b = align == alTop ? MyRect{0, 0, 200, 20} : MyRect{0, 0, 20, 200};
       Painted s(200, 200);

@@ -1,3 +1,5 @@
+// The drawing routines on both canvas families: borders, boxes, frames and
+// shaded fills as pictures, and the other routines pixel for pixel alike.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -6,12 +8,7 @@
 
 using namespace draw_pixels;
 using namespace Graphics;
-using Controls::alBottom;
-using Controls::alClient;
-using Controls::alLeft;
-using Controls::alNone;
-using Controls::alRight;
-using Controls::alTop;
+using namespace Controls;
 
 namespace {
 
@@ -19,38 +16,32 @@ TEST(TcDrawBorder, SidesLinesAndTheirOrder) {
   // Sides from a set go top, bottom, left, right: the later sides own the
   // corners (sunken, left). alClient goes right, bottom, left, top: the top
   // and left own them (raised, right). Below: single and double.
-  BothSurfaces s(12, 11);
-  s.Run([](auto* c) {
-    TC_Border(c, MyRect{0, 0, 6, 6}, HBRD_Lowered, TC_Sides{alTop, alBottom, alLeft, alRight}, clNone);
-    TC_Border(c, MyRect{6, 0, 12, 6}, alClient, HBRD_Raised, clNone);
-    TC_Border(c, 0, 6, 5, 11, alClient, HBRD_Single, clRed);
-    TC_Border(c, MyRect{6, 6, 10, 8}, alLeft, HBRD_Double, clBlue);
-  });
-  EXPECT_BOTH_PICTURE(s,
-                      "GWGGWGWWWWWW GWWWWGGGGGGG GW..WGWG..GW GW..WGWG..GW GWWWWGWGGGGG GWGGWGWGWWWW RRRRR.BB.... "
-                      "R...R.BB.... R...R....... R...R....... RRRRR.......",
-                      "sunken set, raised alClient, single, double");
+  ExpectPicture(12, 11,
+                "GWGGWGWWWWWW GWWWWGGGGGGG GW..WGWG..GW GW..WGWG..GW GWWWWGWGGGGG GWGGWGWGWWWW RRRRR.BB.... "
+                "R...R.BB.... R...R....... R...R....... RRRRR.......",
+                "sunken set, raised alClient, single, double", [](auto* c) {
+                  TC_Border(c, MyRect{0, 0, 6, 6}, HBRD_Lowered, TC_Sides{alTop, alBottom, alLeft, alRight}, clNone);
+                  TC_Border(c, MyRect{6, 0, 12, 6}, alClient, HBRD_Raised, clNone);
+                  TC_Border(c, 0, 6, 5, 11, alClient, HBRD_Single, clRed);
+                  TC_Border(c, MyRect{6, 6, 10, 8}, alLeft, HBRD_Double, clBlue);
+                });
   // Four-line styles keep their order on every side: bottom goes inside out;
   // they do not test clNone, their white lines are drawn.
-  BothSurfaces four(6, 12);
-  four.Run([](auto* c) {
-    TC_Border(c, MyRect{0, 0, 6, 8}, alTop, HBRD_ColorWhite, clRed);
-    TC_Border(c, MyRect{0, 0, 6, 8}, alBottom, HBRD_WhiteColor, clBlue);
-    TC_Border(c, MyRect{0, 8, 6, 12}, alTop, HBRD_ColorWhite, clNone);
-  });
-  EXPECT_BOTH_PICTURE(four, "RRRRRR WWWWWW RRRRRR WWWWWW WWWWWW BBBBBB WWWWWW BBBBBB ...... WWWWWW ...... WWWWWW",
-                      "types 5 and 6");
-  BothSurfaces none(6, 6);
-  none.Run([](auto* c) {
-    TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_Single, clNone);
-    TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_Double, clNone);
-    TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_None, clRed);
-    TC_Border(c, MyRect{0, 0, 6, 6}, alNone, HBRD_Single, clRed);
-    TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_Types(7), clRed);
-    TC_Border(c, MyRect{0, 0, 6, 6}, HBRD_Single, TC_Sides{}, clRed);
-  });
-  EXPECT_BOTH_PICTURE(none, "...... ...... ...... ...... ...... ......",
-                      "clNone for 3 and 4, type 0, alNone, type 7, no sides");
+  ExpectPicture(6, 12, "RRRRRR WWWWWW RRRRRR WWWWWW WWWWWW BBBBBB WWWWWW BBBBBB ...... WWWWWW ...... WWWWWW",
+                "types 5 and 6", [](auto* c) {
+                  TC_Border(c, MyRect{0, 0, 6, 8}, alTop, HBRD_ColorWhite, clRed);
+                  TC_Border(c, MyRect{0, 0, 6, 8}, alBottom, HBRD_WhiteColor, clBlue);
+                  TC_Border(c, MyRect{0, 8, 6, 12}, alTop, HBRD_ColorWhite, clNone);
+                });
+  ExpectPicture(6, 6, "...... ...... ...... ...... ...... ......",
+                "clNone for 3 and 4, type 0, alNone, type 7, no sides", [](auto* c) {
+                  TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_Single, clNone);
+                  TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_Double, clNone);
+                  TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_None, clRed);
+                  TC_Border(c, MyRect{0, 0, 6, 6}, alNone, HBRD_Single, clRed);
+                  TC_Border(c, MyRect{0, 0, 6, 6}, alClient, HBRD_Types(7), clRed);
+                  TC_Border(c, MyRect{0, 0, 6, 6}, HBRD_Single, TC_Sides{}, clRed);
+                });
 }
 
 TEST(TcDrawBox, EveryStyleFramesAndFills) {
@@ -80,11 +71,27 @@ TEST(TcDrawBox, EveryStyleFramesAndFills) {
        "WWWWWWWWW WGGGGGGGW WGWWWWWGW WGWGGGWGW WGWGRGWGW WGWGGGWGW WGWWWWWGW WGGGGGGGW WWWWWWWWW"},
       {HBOX_Types(14), 3, "RRR RRR RRR"},
   };
-  for (const auto& k : cases) {
-    BothSurfaces s(k.size, k.size);
-    s.Run([&](auto* c) { TC_Box(c, MyRect{0, 0, k.size, k.size}, clRed, k.type); });
-    EXPECT_BOTH_PICTURE(s, k.expected, "box type " << int(k.type));
-  }
+  for (const auto& k : cases)
+    ExpectPicture(k.size, k.size, k.expected, "box type " + std::to_string(k.type), [&](auto* c) {
+      TC_Box(c, MyRect{0, 0, k.size, k.size}, clRed, k.type);
+    });
+  // clDefault fills with the brush colour, clNone draws nothing.
+  ExpectPicture(5, 5, "KKKKK KBBBK KBBBK KBBBK KKKKK", "clDefault and clNone", [](auto* c) {
+    c->GetBrush()->SetColor(clBlue);
+    TC_Box(c, MyRect{0, 0, 5, 5}, clDefault, HBOX_Black);
+    TC_Box(c, MyRect{0, 0, 3, 3}, clNone, HBOX_Outline);
+    TC_Box(c, MyRect{1, 1, 4, 4}, clNone, HBOX_Fill);
+  });
+  // The routines draw one-pixel lines whatever the pen, and leave it as it was.
+  ExpectPicture(8, 8, "RRRRRRRR ........ KKKKKKKK KLLLLLLK KLLLLLLK KLLLLLLK KLLLLLLK KKKKKKKK",
+                "border and box with a wide pen", [](auto* c) {
+                  c->GetPen()->SetWidth(3);
+                  c->GetPen()->SetColor(clBlue);
+                  TC_Border(c, MyRect{0, 0, 8, 8}, alTop, HBRD_Single, clRed);
+                  TC_Box(c, MyRect{0, 2, 8, 8}, clLime, HBOX_Black);
+                  EXPECT_EQ(c->GetPen()->GetWidth(), 3);
+                  EXPECT_EQ(c->GetPen()->GetColor(), clBlue);
+                });
 }
 
 TEST(TcDrawColorRect, FrameThickerThanHalfFillsTheRectangleAndNoMore) {
@@ -98,35 +105,8 @@ TEST(TcDrawColorRect, FrameThickerThanHalfFillsTheRectangleAndNoMore) {
       {"far thicker than the rectangle", 40, "........ .RRRRRR. .RRRRRR. .RRRRRR. ........"},
       {"no width", 0, "........ ........ ........ ........ ........"},
   };
-  for (const auto& r : rows) {
-    BothSurfaces s(8, 5);
-    s.Run([&](auto* c) { TC_ColorRect(c, MyRect{1, 1, 7, 4}, clRed, r.width); });
-    EXPECT_BOTH_PICTURE(s, r.picture, r.what);
-  }
-}
-
-TEST(TcDrawBox, ColoursOutlinesAndThePenThatComesBack) {
-  BothSurfaces s(5, 5);
-  s.Run([](auto* c) {
-    c->GetBrush()->SetColor(clBlue);
-    TC_Box(c, MyRect{0, 0, 5, 5}, clDefault, HBOX_Black);
-    TC_Box(c, MyRect{0, 0, 3, 3}, clNone, HBOX_Outline);
-    TC_Box(c, MyRect{1, 1, 4, 4}, clNone, HBOX_Fill);
-  });
-  EXPECT_BOTH_PICTURE(s, "KKKKK KBBBK KBBBK KBBBK KKKKK",
-                      "clDefault fills with the brush colour, clNone draws nothing");
-  // The routines draw one-pixel lines whatever the pen, and leave it as it was.
-  BothSurfaces w(8, 8);
-  w.Run([](auto* c) {
-    c->GetPen()->SetWidth(3);
-    c->GetPen()->SetColor(clBlue);
-    TC_Border(c, MyRect{0, 0, 8, 8}, alTop, HBRD_Single, clRed);
-    TC_Box(c, MyRect{0, 2, 8, 8}, clLime, HBOX_Black);
-    EXPECT_EQ(c->GetPen()->GetWidth(), 3);
-    EXPECT_EQ(c->GetPen()->GetColor(), clBlue);
-  });
-  EXPECT_BOTH_PICTURE(w, "RRRRRRRR ........ KKKKKKKK KLLLLLLK KLLLLLLK KLLLLLLK KLLLLLLK KKKKKKKK",
-                      "border and box with a wide pen");
+  for (const auto& r : rows)
+    ExpectPicture(8, 5, r.picture, r.what, [&](auto* c) { TC_ColorRect(c, MyRect{1, 1, 7, 4}, clRed, r.width); });
 }
 
 // The same call on either family draws the same pixels, and draws something.

@@ -1,3 +1,5 @@
+// Where a picture of w x h goes in an area: size modes, placements, clamps,
+// and sizes of zero.
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -16,6 +18,7 @@ TEST(GetScaledRect, SizeModesPlacementsCorrectionsAndZeroSizes) {
     unsigned long flags;
     MyRect expected;
   } cases[] = {
+      // clang-format off
       // Sizes: the product is formed first and truncated, in 64 bits.
       {{10, 20, 110, 220}, 50, 30, gsrFitWidth, {10, 20, 110, 80}},
       {a, 3, 2, gsrFitWidth, {0, 0, 100, 66}},
@@ -46,11 +49,7 @@ TEST(GetScaledRect, SizeModesPlacementsCorrectionsAndZeroSizes) {
       {a, 200, 50, gsrOwnSize | gsrRight | gsrClampLeft, {0, 0, 200, 50}},
       {a, 50, 200, gsrOwnSize | gsrBottom | gsrClampTop, {0, 0, 50, 200}},
       {a, 50, 20, gsrOwnSize | gsrRight | gsrClampLeft | gsrClampTop, {50, 0, 100, 20}},
-      {{-50, -50, 50, 50},
-       200,
-       200,
-       gsrOwnSize | gsrRight | gsrBottom | gsrClampLeft | gsrClampTop,
-       {-50, -50, 150, 150}},
+      {{-50, -50, 50, 50}, 200, 200, gsrOwnSize | gsrRight | gsrBottom | gsrClampLeft | gsrClampTop, {-50, -50, 150, 150}},
       {b, 20, 10, gsrOwnSize | gsrRight, {90, 10, 110, 20}},
       {b, 20, 10, gsrOwnSize | gsrRight | gsrRelative, {80, 0, 100, 10}},
       // A zero-size area gives an empty rectangle at the origin.
@@ -62,11 +61,11 @@ TEST(GetScaledRect, SizeModesPlacementsCorrectionsAndZeroSizes) {
       {{0, 0, 100, 50}, 0, 0, gsrOwnSize | gsrRight, {100, 0, 100, 0}},
       {{0, 0, 100, 50}, 10, 1, gsrFit, {0, 0, 100, 10}},
       {{0, 0, 100, 50}, 100, 0, gsrFit, {0, 0, 100, 0}},  // no fall-back to the height division
+      // clang-format on
   };
-  for (const auto& c : cases) {
+  for (const auto& c : cases)
     EXPECT_EQ(GetScaledRect(c.area, c.w, c.h, c.flags), c.expected)
         << "area " << c.area << ", picture " << c.w << "x" << c.h << ", flags 0x" << std::hex << c.flags;
-  }
   // A zero picture side raises where it divides.
   for (auto [w, h, flags] :
        {std::tuple{0, 10, gsrFitWidth}, std::tuple{10, 0, gsrFitHeight}, std::tuple{0, 10, gsrFit}}) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_dib.h"
 
 namespace {
@@ -45,10 +46,7 @@ TEST(HCustomGDIBitmap, CorrectRectOrdersThenClampsToTheBitmap) {
   for (const auto& r : rows) {
     MyRect got = r.given;
     bitmap.CorrectRect(got);
-    EXPECT_EQ(r.corrected.left, got.left) << r.what << ", left";
-    EXPECT_EQ(r.corrected.top, got.top) << r.what << ", top";
-    EXPECT_EQ(r.corrected.right, got.right) << r.what << ", right";
-    EXPECT_EQ(r.corrected.bottom, got.bottom) << r.what << ", bottom";
+    EXPECT_EQ(r.corrected, got) << r.what;
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "platform/vcl/graphics.h"
 #include "platform/vcl/sysutils.h"
+#include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_pen.h"
 
@@ -28,9 +29,9 @@ void ExpectHandle(HCustomGDIBrush& brush, UINT style, COLORREF color, ULONG_PTR 
 }
 
 // Every fill style of the framework's brush maps to one of ours; each of ours
-// reaches the handle. The copy is one change, ended by Dirtied, and leaves a
+// reaches the handle. A copy is one change, ended by Dirtied, and leaves a
 // brush that locks on change unlocked.
-TEST(HCustomGDIBrush, CopyOfAFrameworkBrushIsOneChange) {
+TEST(HCustomGDIBrush, CopyIsOneChange) {
   const struct {
     TBrushStyle from;  // in declaration order
     HFillStyle_Types style;
@@ -63,10 +64,21 @@ TEST(HCustomGDIBrush, CopyOfAFrameworkBrushIsOneChange) {
       EXPECT_EQ("C", notes([&] { brush.SetColor(clRed); })) << row << ", a later change is announced";
     }
   TBrush* none = nullptr;
-  HGDIBrush brush;
-  Notes notes(brush);
-  EXPECT_EQ("", notes([&] { brush.Assign(none); })) << "a null framework brush";
+  HGDIBrush brush, copy;
+  Notes notes(copy);
+  EXPECT_EQ("", notes([&] { copy.Assign(none); })) << "a null framework brush";
   EXPECT_EQ(0, notes.changing) << "a null framework brush";
+
+  // A GDI brush gives its polygon style too; other objects are refused.
+  brush.SetColor(clLime);
+  brush.SetStyle(HFS_DiagCross);
+  brush.SetPolygonStyle(HPF_Include);
+  EXPECT_EQ("D", notes([&] { copy.Assign(static_cast<TPersistent*>(&brush)); })) << "a GDI brush";
+  EXPECT_EQ(HFS_DiagCross, copy.GetStyle()) << "a GDI brush, style";
+  EXPECT_EQ(clLime, copy.GetColor()) << "a GDI brush, colour";
+  EXPECT_EQ(HPF_Include, copy.GetPolygonStyle()) << "a GDI brush, polygon style";
+  HGDIPen notABrush;
+  EXPECT_THROW(copy.Assign(static_cast<TPersistent*>(&notABrush)), Sysutils::EConvertError);
 }
 
 TEST(HCustomGDIBrush, SolidBitmapUnknownStylesFillModeAndNotifications) {
@@ -77,35 +89,21 @@ TEST(HCustomGDIBrush, SolidBitmapUnknownStylesFillModeAndNotifications) {
   brush.SetStyle(HFillStyle_Types(42));
   ExpectHandle(brush, BS_HATCHED, 0x00A0B0C0, HS_CROSS, "style 42");
 
-  MemoryDC m;
-  SetPolyFillMode(m.dc, ALTERNATE);
+  const OwnedMemoryDC m(CreateCompatibleDC(nullptr));
+  SetPolyFillMode(m.get(), ALTERNATE);
   brush.SetPolygonStyle(HPF_Include);
-  brush.Select(m.dc);
-  EXPECT_EQ(WINDING, GetPolyFillMode(m.dc)) << "set on select";
+  brush.Select(m.get());
+  EXPECT_EQ(WINDING, GetPolyFillMode(m.get())) << "set on select";
   brush.Restore();
-  EXPECT_EQ(WINDING, GetPolyFillMode(m.dc)) << "kept on restore";
+  EXPECT_EQ(WINDING, GetPolyFillMode(m.get())) << "kept on restore";
   brush.SetPolygonStyle(HPF_Exclude);
-  brush.Select(m.dc);
-  EXPECT_EQ(ALTERNATE, GetPolyFillMode(m.dc)) << "HPF_Exclude";
+  brush.Select(m.get());
+  EXPECT_EQ(ALTERNATE, GetPolyFillMode(m.get())) << "HPF_Exclude";
   brush.Restore();
 
   Notes notes(brush);
   EXPECT_EQ("CCC", notes([&] { brush.SetStyle(HFS_Solid), brush.SetPolygonStyle(HPF_Exclude), brush.SetColor(clRed); }))
       << "every setter notifies, with the same value too";
-}
-
-TEST(HCustomGDIBrush, CopyOfAGdiBrush) {
-  HGDIBrush brush, copy;
-  brush.SetColor(clLime);
-  brush.SetStyle(HFS_DiagCross);
-  brush.SetPolygonStyle(HPF_Include);
-  Notes notes(copy);
-  EXPECT_EQ("D", notes([&] { copy.Assign(static_cast<TPersistent*>(&brush)); }));
-  EXPECT_EQ(HFS_DiagCross, copy.GetStyle()) << "style";
-  EXPECT_EQ(clLime, copy.GetColor()) << "colour";
-  EXPECT_EQ(HPF_Include, copy.GetPolygonStyle()) << "polygon style";
-  HGDIPen notABrush;
-  EXPECT_THROW(copy.Assign(static_cast<TPersistent*>(&notABrush)), Sysutils::EConvertError);
 }
 
 }  // namespace

@@ -1,22 +1,21 @@
 #pragma once
-// What the GDI wrapper tests share: a memory context of their own and a record
-// of the change notifications a wrapper raises.
+// What the GDI wrapper tests share: rectangles and points in failure
+// messages and a record of the change notifications a wrapper raises.
 #include <windows.h>
 
 #include <functional>
+#include <ostream>
 #include <string>
 
+#include "platform/ostrel/mygeom.h"
 #include "velkin/core/h_chobj.h"
 
-namespace gdi_fixtures {
+inline std::ostream& operator<<(std::ostream& os, const MyRect& r) {
+  return os << "(" << r.left << "," << r.top << ")-(" << r.right << "," << r.bottom << ")";
+}
+inline std::ostream& operator<<(std::ostream& os, const MyPoint& p) { return os << "(" << p.x << "," << p.y << ")"; }
 
-struct MemoryDC {
-  HDC dc = CreateCompatibleDC(nullptr);
-  MemoryDC() = default;
-  MemoryDC(const MemoryDC&) = delete;
-  MemoryDC& operator=(const MemoryDC&) = delete;
-  ~MemoryDC() { DeleteDC(dc); }
-};
+namespace gdi_fixtures {
 
 // The notifications an action raises: C = OnChanged, D = OnDirtied; OnChanging
 // is counted apart, as it precedes every change.

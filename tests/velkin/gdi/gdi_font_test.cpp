@@ -11,6 +11,7 @@
 
 #include "platform/vcl/graphics.h"
 #include "platform/vcl/sysutils.h"
+#include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_pen.h"
 
@@ -71,15 +72,15 @@ TEST(HCustomGDIFont, PropertiesOverLogFont) {
 }
 
 TEST(HCustomGDIFont, SelectAndAssign) {
-  MemoryDC m;
-  SetTextColor(m.dc, RGB(1, 2, 3));
+  const OwnedMemoryDC m(CreateCompatibleDC(nullptr));
+  SetTextColor(m.get(), RGB(1, 2, 3));
   HGDIFont font;
   font.SetColor(clBlue);
-  font.Select(m.dc);
-  EXPECT_EQ(font.GetHandle(), GetCurrentObject(m.dc, OBJ_FONT)) << "selected";
-  EXPECT_EQ(RGB(0, 0, 255), GetTextColor(m.dc)) << "the font's colour while selected";
+  font.Select(m.get());
+  EXPECT_EQ(font.GetHandle(), GetCurrentObject(m.get(), OBJ_FONT)) << "selected";
+  EXPECT_EQ(RGB(0, 0, 255), GetTextColor(m.get())) << "the font's colour while selected";
   font.Restore();
-  EXPECT_EQ(RGB(1, 2, 3), GetTextColor(m.dc));
+  EXPECT_EQ(RGB(1, 2, 3), GetTextColor(m.get()));
 
   font.SetHeight(-24);
   // A GDI font copies the record and colour; a framework font is ignored.

@@ -7,13 +7,14 @@
 #include <windows.h>
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics.h"
-#include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_bitmap.h"
 #include "velkin/gdi/gdi_brush.h"
 #include "velkin/gdi/gdi_dib.h"
@@ -22,7 +23,6 @@
 #include "velkin/gdi/gdi_region.h"
 
 using namespace Graphics;
-using namespace gdi_fixtures;
 
 namespace {
 
@@ -54,8 +54,8 @@ class CountingObject : public HGDIObject {
 };
 
 TEST(HGDIObject, SelectRestoreRefreshDelete) {
-  MemoryDC a, b;
-  HGDIOBJ stock = GetCurrentObject(a.dc, OBJ_PEN);
+  const OwnedMemoryDC a(CreateCompatibleDC(nullptr)), b(CreateCompatibleDC(nullptr));
+  HGDIOBJ stock = GetCurrentObject(a.get(), OBJ_PEN);
   auto* o = new CountingObject;
   o->Dirtied();
   o->Refresh();  // no handle: only clears the flags
@@ -63,106 +63,80 @@ TEST(HGDIObject, SelectRestoreRefreshDelete) {
   EXPECT_FALSE(o->GetDirty()) << "Refresh without a handle: dirty";
   EXPECT_FALSE(o->GetModified()) << "Refresh without a handle: modified";
 
-  o->Select(a.dc);
-  o->Select(a.dc);  // same context, unchanged: nothing
+  o->Select(a.get());
+  o->Select(a.get());  // same context, unchanged: nothing
   EXPECT_EQ("create,select", Take());
-  EXPECT_EQ(o->GetHandle(), GetCurrentObject(a.dc, OBJ_PEN)) << "selected";
+  EXPECT_EQ(o->GetHandle(), GetCurrentObject(a.get(), OBJ_PEN)) << "selected";
   EXPECT_EQ(stock, o->GetOldObject()) << "what the selection displaced";
-  o->Select(b.dc);
+  o->Select(b.get());
   EXPECT_EQ("restore,select", Take());
-  EXPECT_EQ(stock, GetCurrentObject(a.dc, OBJ_PEN));
+  EXPECT_EQ(stock, GetCurrentObject(a.get(), OBJ_PEN));
 
   // A change while selected: the old handle stays until the next Select.
   void* before = o->GetHandle();
   o->Touch();
-  EXPECT_EQ(before, GetCurrentObject(b.dc, OBJ_PEN));
-  o->Select(b.dc);
+  EXPECT_EQ(before, GetCurrentObject(b.get(), OBJ_PEN));
+  o->Select(b.get());
   EXPECT_EQ("restore,destroy,create,select", Take());
-  EXPECT_EQ(o->GetHandle(), GetCurrentObject(b.dc, OBJ_PEN));
+  EXPECT_EQ(o->GetHandle(), GetCurrentObject(b.get(), OBJ_PEN));
   // GetHandle alone after a change also restores the selection first.
   o->Touch();
   o->GetHandle();
   EXPECT_EQ("restore,destroy,create", Take());
-  EXPECT_EQ(stock, GetCurrentObject(b.dc, OBJ_PEN));
+  EXPECT_EQ(stock, GetCurrentObject(b.get(), OBJ_PEN));
 
-  o->Select(a.dc);
+  o->Select(a.get());
   Take();
   o->Refresh();
   EXPECT_EQ("restore,destroy,create,select", Take());
-  EXPECT_EQ(o->GetHandle(), GetCurrentObject(a.dc, OBJ_PEN)) << "re-selected after Refresh";
+  EXPECT_EQ(o->GetHandle(), GetCurrentObject(a.get(), OBJ_PEN)) << "re-selected after Refresh";
   EXPECT_FALSE(o->GetModified()) << "Refresh clears the changed flag";
 
   // delete releases from the before-destruction hook, not from a destructor.
   delete o;
   EXPECT_EQ("restore,destroy", Take());
-  EXPECT_EQ(stock, GetCurrentObject(a.dc, OBJ_PEN));
+  EXPECT_EQ(stock, GetCurrentObject(a.get(), OBJ_PEN));
 }
 
-// The protocol state as "field value" pairs.
-std::string State(HGDIObject& o) {
-  return "handle valid " + std::to_string(o.GetHandleValid()) + ", selected " + std::to_string(o.GetSelected()) +
-         ", modified " + std::to_string(o.GetModified()) + ", dirty " + std::to_string(o.GetDirty()) + ", lock count " +
-         std::to_string(o.GetLockCount()) + ", lock on change " + std::to_string(o.GetLockOnChange());
-}
-
-// No handle, nothing selected, unlocked. The pen builds its pattern and the
-// bitmaps take their size through their setters: they start out changed (and
-// the bitmaps dirty), which only means the first GetHandle makes the handle.
-TEST(HGDIObject, FreshWrappersHoldTheirDefaults) {
+// What each kind's first handle holds when nothing was set.
+TEST(HGDIObject, FreshWrappersMakeTheirDefaultHandles) {
   HGDIPen pen;
   HGDIBrush brush;
   HGDIFont font;
   HGDIBitmap bitmap;
-  HGDIDib dib(8, 0, -5);                  // sizes below 1 become 1
-  HGDIRegion region(MyRect{2, 3, 5, 7});  // inclusive edges
-  const std::string changed = "handle valid 0, selected 0, modified 1, dirty 0, lock count 0, lock on change 0";
-  const std::string dirty = "handle valid 0, selected 0, modified 1, dirty 1, lock count 0, lock on change 0";
-  const std::string clean = "handle valid 0, selected 0, modified 0, dirty 0, lock count 0, lock on change 0";
-  EXPECT_EQ(changed, State(pen)) << "pen";
-  EXPECT_EQ(clean, State(brush)) << "brush";
-  EXPECT_EQ(clean, State(font)) << "font";
-  EXPECT_EQ(dirty, State(bitmap)) << "bitmap";
-  EXPECT_EQ(dirty, State(dib)) << "dib";
-  EXPECT_EQ(clean, State(region)) << "region";
-
+  HGDIDib dib(8, 0, -5);  // sizes below 1 become 1
   EXTLOGPEN lp{};
-  GetObjectA(pen.GetHandle(), sizeof lp, &lp);
   LOGBRUSH lb{};
-  GetObjectA(brush.GetHandle(), sizeof lb, &lb);
-  LOGFONTA stock{};
-  GetObjectA(GetStockObject(ANSI_VAR_FONT), sizeof stock, &stock);
+  LOGFONTA lf{}, stock{};
   BITMAP bm{};
+  GetObjectA(pen.GetHandle(), sizeof lp, &lp);
+  GetObjectA(brush.GetHandle(), sizeof lb, &lb);
+  GetObjectA(font.GetHandle(), sizeof lf, &lf);
+  GetObjectA(GetStockObject(ANSI_VAR_FONT), sizeof stock, &stock);
   GetObjectA(bitmap.GetHandle(), sizeof bm, &bm);
   dib.GetHandle();
+  const BITMAP& dm = dib.GetDibSection().dsBm;
   const struct {
-    const char* wrapper;
     const char* field;
     long long actual, expected;
   } rows[] = {
-      {"pen", "colour", pen.GetColor(), clBlack},
-      {"pen", "width", pen.GetWidth(), 1},
-      {"pen", "style", pen.GetStyle(), HPS_Solid},
-      {"pen", "round end", pen.GetRoundEnd(), true},
-      {"pen", "pattern is \"1\"", pen.GetPattern() == "1", true},
-      {"pen", "pattern length", pen.GetPatternLength(), 1},
-      {"pen", "handle elpPenStyle", lp.elpPenStyle, PS_GEOMETRIC | PS_SOLID | PS_ENDCAP_ROUND | PS_JOIN_ROUND},
-      {"pen", "handle elpWidth", lp.elpWidth, 1},
-      {"brush", "colour", brush.GetColor(), clWhite},
-      {"brush", "style", brush.GetStyle(), HFS_Solid},
-      {"brush", "polygon style", brush.GetPolygonStyle(), HPF_Exclude},
-      {"brush", "handle lbColor", lb.lbColor, 0xFFFFFF},
-      {"font", "colour", font.GetColor(), clBlack},
-      {"font", "record is the stock variable font's", std::memcmp(&font.GetLogFont(), &stock, sizeof stock), 0},
-      {"bitmap", "handle bmWidth", bm.bmWidth, 1},
-      {"bitmap", "handle bmHeight", bm.bmHeight, 1},
-      {"dib", "bit count", dib.GetDibSection().dsBm.bmBitsPixel, 8},
-      {"dib", "width", dib.GetWidth(), 1},
-      {"dib", "height", dib.GetHeight(), 1},
-      {"dib", "request biCompression", dib.GetBitmapInfo().bmiHeader.biCompression, BI_RGB},
-      {"region", "rect right", region.GetRect().right, 6},
-      {"region", "rect bottom", region.GetRect().bottom, 8},
+      {"pen elpPenStyle", lp.elpPenStyle, PS_GEOMETRIC | PS_SOLID | PS_ENDCAP_ROUND | PS_JOIN_ROUND},
+      {"pen elpWidth", lp.elpWidth, 1},
+      {"pen elpColor", lp.elpColor, 0},
+      {"pen pattern \"1\"", pen.GetPattern() == "1" && pen.GetPatternLength() == 1 && pen.GetPatternBits()[0], true},
+      {"brush lbStyle", lb.lbStyle, BS_SOLID},
+      {"brush lbColor", lb.lbColor, 0xFFFFFF},
+      {"brush polygon style", brush.GetPolygonStyle(), HPF_Exclude},
+      {"font colour", font.GetColor(), clBlack},
+      {"font record is the stock variable font's", std::memcmp(&lf, &stock, sizeof stock), 0},
+      {"bitmap bmWidth", bm.bmWidth, 1},
+      {"bitmap bmHeight", bm.bmHeight, 1},
+      {"dib bmBitsPixel", dm.bmBitsPixel, 8},
+      {"dib bmWidth", dm.bmWidth, 1},
+      {"dib bmHeight", dm.bmHeight, 1},
+      {"dib request biCompression", dib.GetBitmapInfo().bmiHeader.biCompression, BI_RGB},
   };
-  for (const auto& r : rows) EXPECT_EQ(r.expected, r.actual) << r.wrapper << ", " << r.field;
+  for (const auto& r : rows) EXPECT_EQ(r.expected, r.actual) << r.field;
 }
 
 // Every handle any wrapper creates, through any path of the protocol, is gone
@@ -210,9 +184,7 @@ void Cycles(HDC a, HDC b, int count, Args... args) {
       o.Refresh();
     };
     if (i % 2) {
-      T* o = new T(args...);
-      run(*o);
-      delete o;
+      run(*std::make_unique<T>(args...));  // ends by delete
     } else {
       T o(args...);
       run(o);
@@ -221,7 +193,9 @@ void Cycles(HDC a, HDC b, int count, Args... args) {
 }
 
 TEST(HGDIObject, EveryWrapperKindReleasesEveryHandle) {
-  HDC dcs[] = {CreateCompatibleDC(nullptr), CreateCompatibleDC(nullptr)};
+  const OwnedMemoryDC owned[] = {OwnedMemoryDC(CreateCompatibleDC(nullptr)),
+                                 OwnedMemoryDC(CreateCompatibleDC(nullptr))};
+  const HDC dcs[] = {owned[0].get(), owned[1].get()};
   const int types[] = {OBJ_PEN, OBJ_BRUSH, OBJ_FONT, OBJ_BITMAP};
   HGDIOBJ original[2][4];
   for (int d = 0; d < 2; ++d)
@@ -245,7 +219,6 @@ TEST(HGDIObject, EveryWrapperKindReleasesEveryHandle) {
   for (int d = 0; d < 2; ++d) {
     for (int k = 0; k < 4; ++k) EXPECT_EQ(original[d][k], GetCurrentObject(dcs[d], types[k])) << "type " << types[k];
     SelectClipRgn(dcs[d], nullptr);  // region selections leave the empty clip behind, as documented
-    DeleteDC(dcs[d]);
   }
 }
 

@@ -8,11 +8,11 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 
 namespace {
 
-using gdi_fixtures::MemoryDC;
 
 // "kind:left,top,right,bottom" of the context's clip box.
 std::string Clip(HDC dc) {
@@ -24,26 +24,26 @@ std::string Clip(HDC dc) {
 }
 
 TEST(HGDIRegion, SelectAndRestoreClip) {
-  MemoryDC m;  // on a 50x50 bitmap, unclipped
-  HBITMAP bmp = CreateCompatibleBitmap(m.dc, 50, 50);
-  HGDIOBJ oldBmp = SelectObject(m.dc, bmp);
-  EXPECT_EQ("2:0,0,50,50", Clip(m.dc));
+  const OwnedMemoryDC m(CreateCompatibleDC(nullptr));  // on a 50x50 bitmap, unclipped
+  HBITMAP bmp = CreateCompatibleBitmap(m.get(), 50, 50);
+  HGDIOBJ oldBmp = SelectObject(m.get(), bmp);
+  EXPECT_EQ("2:0,0,50,50", Clip(m.get()));
   HGDIRegion region(0, 0, 9, 9);  // inclusive edges
-  region.Select(m.dc);
-  EXPECT_EQ("2:0,0,10,10", Clip(m.dc));
+  region.Select(m.get());
+  EXPECT_EQ("2:0,0,10,10", Clip(m.get()));
   region.Restore();  // the context had no clip: the empty region
-  EXPECT_EQ("1:0,0,0,0", Clip(m.dc));
+  EXPECT_EQ("1:0,0,0,0", Clip(m.get()));
 
   // A context with a clip gets that clip back.
   HRGN outer = CreateRectRgn(5, 5, 40, 30);
-  SelectClipRgn(m.dc, outer);
+  SelectClipRgn(m.get(), outer);
   DeleteObject(outer);
   HGDIRegion inner(MyRect{20, 20, 24, 24});
-  inner.Select(m.dc);
-  EXPECT_EQ("2:20,20,25,25", Clip(m.dc));
+  inner.Select(m.get());
+  EXPECT_EQ("2:20,20,25,25", Clip(m.get()));
   inner.Restore();
-  EXPECT_EQ("2:5,5,40,30", Clip(m.dc));
-  SelectObject(m.dc, oldBmp);
+  EXPECT_EQ("2:5,5,40,30", Clip(m.get()));
+  SelectObject(m.get(), oldBmp);
   DeleteObject(bmp);
 }
 

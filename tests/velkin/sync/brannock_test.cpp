@@ -4,34 +4,34 @@
 #include "velkin/sync/brannock.h"
 
 #include <gtest/gtest.h>
-#include <process.h>
 #include <windows.h>
 
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/ostrel/oslib.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/sysutils.h"
 #include "tests/velkin/sync/misuse_recorder.h"
 
 namespace {
 
-// Misuse outside a MisuseRecorder fails the running test with its reason, at
-// once: without a handler it would break into a debugger and the program
-// would wait for it until the run's time limit.
+// Misuse outside a MisuseRecorder fails the running test at once: without a
+// handler it would break into a debugger and the run would wait for it.
 struct FailOnMisuse {
   FailOnMisuse() { SetLockMisuseHandler(&Fail); }
   static void Fail(const char* reason) { ADD_FAILURE() << "lock misused: " << reason; }
 } failOnMisuse;
 
-// Polls cond until it holds or about ten seconds have passed; the bound only
-// keeps a broken lock from hanging the run, it never decides a result.
+// Polls cond until it holds or about ms have passed; the bound only keeps a
+// broken lock from hanging the run, it never decides a result.
 template <class Cond>
-bool WaitUntil(Cond cond) {
-  for (int i = 0; i < 10000 && !cond(); ++i) Sleep(1);
+bool WaitUntil(Cond cond, int ms = 10000) {
+  for (int i = 0; i < ms && !cond(); ++i) Sleep(1);
   return cond();
 }
 
@@ -67,10 +67,8 @@ void Hammer(COptex& lock, int threads, int iterations, bool useTryEnter) {
   for (int t = 0; t < threads; ++t)
     pool.emplace_back([&] {
       for (int i = 0; i < iterations; ++i) {
-        if (useTryEnter)
-          while (!lock.TryEnter()) SwitchToThread();
-        else
-          lock.Enter();
+        if (!useTryEnter) lock.Enter();
+        while (useTryEnter && !lock.TryEnter()) SwitchToThread();
         if (++inside != 1) ++overlaps;
         const long value = counter;
         if (i % 64 == 0) SwitchToThread();
@@ -101,9 +99,8 @@ TEST(COptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
   COptex priv(0ul), named(name.c_str(), 0), sameName(wide.c_str(), 0);
   EXPECT_TRUE(priv.IsSingleProcessOptex()) << "no name";
   EXPECT_FALSE(sameName.IsSingleProcessOptex()) << "a wide name";
-  HANDLE event = OpenEventA(SYNCHRONIZE, FALSE, ("Optex_Event_" + name).c_str());
-  EXPECT_NE(nullptr, event) << "the failure test below looks for this name";
-  if (event) CloseHandle(event);
+  EXPECT_TRUE(OwnedKernelHandle(OpenEventA(SYNCHRONIZE, FALSE, ("Optex_Event_" + name).c_str())))
+      << "the failure test below looks for this name";
 
   // A wide and a narrow optex of one name are one lock: what one holds, the other waits for.
   for (auto [mine, others] : {std::pair{&priv, &priv}, std::pair{&named, &sameName}}) {
@@ -129,11 +126,7 @@ TEST(COptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
     // A blocked Enter sleeps on the event and is woken by the last Leave.
     mine->Enter();
     std::atomic<bool> in{false};
-    std::thread t([&, others = others] {
-      others->Enter();
-      in = true;
-      others->Leave();
-    });
+    std::thread t([&, others = others] { others->Enter(), in = true, others->Leave(); });
     EXPECT_TRUE(WaitUntil([&] { return COptex::GetEventWaits() == waits + 1; }))
         << "waits " << COptex::GetEventWaits() << ", expected " << waits + 1;
     EXPECT_FALSE(in);
@@ -144,35 +137,32 @@ TEST(COptex, OwnerNestsOthersWaitAndOnlyABlockedEnterCallsTheKernel) {
   }
 }
 
-TEST(COptex, NamesThatDoNotFitAreRefusedNotCut) {
+// Names that do not fit are refused, not cut; a failed creation throws the
+// assertion's text and leaves none of its kernel objects behind.
+TEST(COptex, FailedCreationThrowsItsTextAndLeaksNothing) {
   const std::string longest(COptex::MaxNameLength, 'n');
   EXPECT_FALSE(COptex(longest.c_str()).IsSingleProcessOptex());
   const std::string tooLong = "Optex name too long: 248 characters, at most 247 allowed";
   EXPECT_EQ(tooLong, ThrownText((longest + "a").c_str()));
   EXPECT_EQ(tooLong, ThrownText(std::wstring(248, L'w').c_str()));
-}
-
-TEST(COptex, FailedCreationThrowsTheAssertionTextsAndLeaksNothing) {
   EXPECT_EQ("Assert: [m_hevt != NULL] in Brannock:94", ThrownText("no\\such\\namespace"));
+
   // Foreign objects under the mapping's name: an event, and a read-only
   // section of a file (this program), which cannot give a writable view.
   const std::string clash = Unique("kern_clash"), readOnly = Unique("kern_readonly");
-  HANDLE squatter = CreateEventA(nullptr, FALSE, FALSE, ("Optex_MMF_" + clash).c_str());
+  const OwnedKernelHandle squatter(CreateEventA(nullptr, FALSE, FALSE, ("Optex_MMF_" + clash).c_str()));
   char exe[MAX_PATH];
   GetModuleFileNameA(nullptr, exe, sizeof exe);
-  HANDLE file = CreateFileA(exe, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
-  HANDLE section = CreateFileMappingA(file, nullptr, PAGE_READONLY, 0, 0, ("Optex_MMF_" + readOnly).c_str());
+  const OwnedFile file(
+      CreateFileA(exe, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr));
+  const OwnedKernelHandle section(
+      CreateFileMappingA(file.get(), nullptr, PAGE_READONLY, 0, 0, ("Optex_MMF_" + readOnly).c_str()));
   ASSERT_TRUE(squatter && section);
   EXPECT_EQ("Assert: [m_hfm != NULL] in Brannock:99", ThrownText(clash.c_str()));
   EXPECT_EQ("Assert: [m_psi != NULL] in Brannock:103", ThrownText(readOnly.c_str()));
-  for (const std::string& name : {clash, readOnly}) {
-    HANDLE event = OpenEventA(SYNCHRONIZE, FALSE, ("Optex_Event_" + name).c_str());
-    EXPECT_EQ(nullptr, event) << "the half-built optex " << name << " kept its event";
-    if (event) CloseHandle(event);
-  }
-  CloseHandle(section);
-  CloseHandle(file);
-  CloseHandle(squatter);
+  for (const std::string& name : {clash, readOnly})
+    EXPECT_FALSE(OwnedKernelHandle(OpenEventA(SYNCHRONIZE, FALSE, ("Optex_Event_" + name).c_str())))
+        << "the half-built optex " << name << " kept its event";
 }
 
 TEST(COptex, MisuseIsReportedWithItsReasonAndLeavesTheLockAlone) {
@@ -195,6 +185,7 @@ TEST(COptex, MisuseIsReportedWithItsReasonAndLeavesTheLockAlone) {
 }
 
 TEST(CSingleWriteMultiRead, MisuseIsReportedWithItsReason) {
+  const std::string reasons = "Done on a reader/writer lock nobody is in\nreader/writer lock destroyed while in use\n";
   MisuseRecorder misuse;
   {
     CSingleWriteMultiRead lock;
@@ -202,129 +193,101 @@ TEST(CSingleWriteMultiRead, MisuseIsReportedWithItsReason) {
     EXPECT_EQ(0, lock.GetActive()) << "an idle Done let a phantom entry in";
     lock.WaitToRead();
   }  // destroyed with a reader inside
-  EXPECT_EQ("Done on a reader/writer lock nobody is in\nreader/writer lock destroyed while in use\n", misuse.Reasons());
+  EXPECT_EQ(reasons, misuse.Reasons());
   {
     CSingleWriteMultiRead lock;
     lock.WaitToWrite();
     lock.Done();
   }
-  EXPECT_EQ("Done on a reader/writer lock nobody is in\nreader/writer lock destroyed while in use\n", misuse.Reasons())
-      << "proper use";
+  EXPECT_EQ(reasons, misuse.Reasons()) << "proper use";
 }
+
+// A child process of velkin_sync_optex_child, killed if need be and closed
+// when the object goes.
+class Child {
+ public:
+  explicit Child(std::string args) {
+    const std::string exe = std::string(GetStartupDir()) + "velkin_sync_optex_child.exe";
+    args = "velkin_sync_optex_child.exe " + args;
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    if (CreateProcessA(exe.c_str(), args.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
+      CloseHandle(info.hThread);
+      process_.reset(info.hProcess);
+    }
+  }
+  ~Child() {
+    if (process_ && TerminateProcess(process_.get(), 99)) WaitForSingleObject(process_.get(), 5000);
+  }
+  bool Started() const { return bool(process_); }
+  void Kill() { TerminateProcess(process_.get(), 9); }
+  // The exit code, or -1 when the process is still running after ms.
+  long ExitCode(DWORD ms) {
+    DWORD code = 0;
+    if (WaitForSingleObject(process_.get(), ms) != WAIT_OBJECT_0) return -1;
+    GetExitCodeProcess(process_.get(), &code);
+    return static_cast<long>(code);
+  }
+
+ private:
+  OwnedKernelHandle process_;
+};
 
 TEST(COptex, ThreeProcessesShareOneNamedOptex) {
   const std::string lockName = Unique("kern_xproc"), counterName = Unique("kern_xproc_counter");
-  const int iterations = 20000, children = 3;
-  HANDLE mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 64, counterName.c_str());
-  ASSERT_NE(nullptr, mapping);
-  auto* shared = static_cast<volatile long*>(MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, 0));
+  const OwnedKernelHandle mapping(
+      CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 64, counterName.c_str()));
+  const OwnedView view(mapping ? MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, 0) : nullptr);
+  auto* shared = static_cast<volatile long*>(view.get());
   ASSERT_NE(nullptr, shared);
   // Held until all children run, so that they start counting together: each
   // is slower to start than to count.
   COptex gate(lockName.c_str());
   gate.Enter();
-  const std::string exe = std::string(GetStartupDir()) + "velkin_sync_optex_child.exe";
-  std::vector<HANDLE> processes;
-  for (int i = 0; i < children; ++i) {
-    const intptr_t process = _spawnl(_P_NOWAIT, exe.c_str(), "child", lockName.c_str(), counterName.c_str(),
-                                     std::to_string(iterations).c_str(), nullptr);
-    ASSERT_NE(-1, process) << exe;
-    processes.push_back(reinterpret_cast<HANDLE>(process));
+  std::vector<std::unique_ptr<Child>> children;
+  for (int i = 0; i < 3; ++i) {
+    children.push_back(std::make_unique<Child>(lockName + " " + counterName + " 20000"));
+    ASSERT_TRUE(children.back()->Started());
   }
-  for (int i = 0; i < 60000 && shared[3] < children; ++i) Sleep(1);
+  WaitUntil([&] { return shared[3] == 3; }, 60000);
   gate.Leave();
-  EXPECT_EQ(WAIT_OBJECT_0, WaitForMultipleObjects(children, processes.data(), TRUE, 60000)) << "children still running";
-  for (HANDLE p : processes) {
-    DWORD code = 0;
-    TerminateProcess(p, 1);  // fails for one that ended: its exit code stays
-    EXPECT_TRUE(GetExitCodeProcess(p, &code) && code == 0) << "exit code " << code;
-    CloseHandle(p);
-  }
-  EXPECT_EQ(long(children) * iterations, shared[0]);
-  UnmapViewOfFile(const_cast<long*>(shared));
-  CloseHandle(mapping);
+  for (auto& child : children) EXPECT_EQ(0, child->ExitCode(60000)) << "exit code (-1: still running)";
+  EXPECT_EQ(3 * 20000L, shared[0]);
 }
-
-// A child process of velkin_sync_optex_child, ended (killed if need be) and
-// closed when the object goes.
-class Child {
- public:
-  explicit Child(const std::vector<std::string>& args) {
-    std::string command = "velkin_sync_optex_child.exe";
-    for (const std::string& a : args) command += " " + a;
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info{};
-    const std::string exe = std::string(GetStartupDir()) + "velkin_sync_optex_child.exe";
-    if (CreateProcessA(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
-      CloseHandle(info.hThread);
-      process_ = info.hProcess;
-    }
-  }
-  ~Child() {
-    if (!process_) return;
-    TerminateProcess(process_, 99);
-    WaitForSingleObject(process_, 5000);
-    CloseHandle(process_);
-  }
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-
-  bool Started() const { return process_ != nullptr; }
-  void Kill() { TerminateProcess(process_, 9); }
-  // The exit code, or -1 when the process is still running after ms.
-  long ExitCode(DWORD ms) {
-    if (WaitForSingleObject(process_, ms) != WAIT_OBJECT_0) return -1;
-    DWORD code = 0;
-    GetExitCodeProcess(process_, &code);
-    return static_cast<long>(code);
-  }
-
- private:
-  HANDLE process_ = nullptr;
-};
 
 // Waits up to ms for the event a child sets; true when it was set.
 bool ChildSignalled(const std::string& name, DWORD ms) {
-  HANDLE event = CreateEventA(nullptr, TRUE, FALSE, name.c_str());
-  const bool set = WaitForSingleObject(event, ms) == WAIT_OBJECT_0;
-  CloseHandle(event);
-  return set;
+  const OwnedKernelHandle event(CreateEventA(nullptr, TRUE, FALSE, name.c_str()));
+  return WaitForSingleObject(event.get(), ms) == WAIT_OBJECT_0;
 }
 
 TEST(COptex, NamedOptexOutlivesItsOwnersProcessButNotALiveOwner) {
   using Clock = std::chrono::steady_clock;
-  const auto ms = [](Clock::duration d) { return std::chrono::duration_cast<std::chrono::milliseconds>(d).count(); };
-  struct Case {
+  const struct {
     const char* what;
     const char* holdMs;
     bool kill;
     long waiterExit;    // 16 + 1 abandoned + 4 free again afterwards
     long minMs, maxMs;  // from the kill or from the hold, until the waiter has the lock and ended
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"owner killed while holding", "60000", true, 16 + 1 + 4, 0, 1000},
       {"owner alive and slow", "2000", false, 16 + 4, 1500, 10000},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const std::string name = Unique(c.kill ? "kern_dead_owner" : "kern_slow_owner");
-    Child holder({"hold", name, c.holdMs});
+    Child holder("hold " + name + " " + c.holdMs);
     ASSERT_TRUE(holder.Started());
     ASSERT_TRUE(ChildSignalled(name + "_held", 20000)) << "the holder did not take the lock";
-    const auto held = Clock::now();
-    Child waiter({"wait", name});
+    auto from = Clock::now();
+    Child waiter("wait " + name);
     ASSERT_TRUE(waiter.Started());
     ASSERT_TRUE(ChildSignalled(name + "_waiting", 20000)) << "the waiter did not start";
     Sleep(300);  // the waiter sleeps in Enter by now
-    auto from = held;
-    if (c.kill) {
-      from = Clock::now();
-      holder.Kill();
-    }
-    const long exit = waiter.ExitCode(c.kill ? 5000 : 20000);
-    const long took = ms(Clock::now() - from);
-    EXPECT_EQ(c.waiterExit, exit) << "waiter's result (-1: still waiting)";
+    if (c.kill) from = Clock::now(), holder.Kill();
+    EXPECT_EQ(c.waiterExit, waiter.ExitCode(c.kill ? 5000 : 20000)) << "waiter's result (-1: still waiting)";
+    const long took = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - from).count();
     EXPECT_GE(took, c.minMs) << "the lock was taken from a live owner";
     EXPECT_LE(took, c.maxMs);
     if (!c.kill) {
@@ -348,7 +311,7 @@ TEST(CSingleWriteMultiRead, WaitingWriterGoesFirstThenAllWaitingReadersTogether)
   std::thread writer([&] {
     lock.WaitToWrite();
     writerAt = ++order;
-    while (!writerMayLeave) Sleep(1);
+    WaitUntil([&] { return writerMayLeave.load(); });
     lock.Done();
   });
   ASSERT_TRUE(WaitUntil([&] { return lock.GetWaitingWriters() == 1; }));
@@ -357,8 +320,7 @@ TEST(CSingleWriteMultiRead, WaitingWriterGoesFirstThenAllWaitingReadersTogether)
   for (int r = 0; r < 2; ++r)
     readers.emplace_back([&] {
       lock.WaitToRead();
-      ++order;
-      ++readersIn;
+      ++order, ++readersIn;
       if (!WaitUntil([&] { return readersIn == 2; })) ++apart;  // both must be inside at once
       lock.Done();
     });

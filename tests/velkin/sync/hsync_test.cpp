@@ -1,11 +1,12 @@
-// The cross-thread call window: calls before it exists, its reference count,
-// which callback runs and how often, calls from its own thread, a stress run
-// of four workers, and the window gone after the last release.
+// The cross-thread call window: which callback runs and how often, calls
+// from its own thread, a stress run of four workers, calls without a window
+// and its reference count.
 #include "velkin/sync/hsync.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <string>
@@ -24,23 +25,19 @@ bool Pump(const std::function<bool()>& done, int ms = 10000) {
   return done();
 }
 
-// Counts its runs and remembers the arguments.
+// The callbacks log which ran with what: "record", "param" or "other".
+std::string log;
+void* record = nullptr;
+int param = 0;
+std::string Arg(void* arg) { return arg == &param ? "param" : arg == record ? "record" : "other"; }
 struct Target {
-  std::vector<void*> args;
-  long Method(void* arg) {
-    args.push_back(arg);
-    return 7;
-  }
+  long Method(void* arg) { return log += "event " + Arg(arg) + ", ", 7; }
 };
-std::vector<void*> procArgs;
-long Proc(void* arg) {
-  procArgs.push_back(arg);
-  return 9;
-}
+long Proc(void* arg) { return log += "proc " + Arg(arg) + ", ", 9; }
 
 // A record that says when it is freed.
 struct Tracked : HSyncData {
-  explicit Tracked(bool* freed) : freed_(freed) {}
+  explicit Tracked(bool* freed) : freed_(freed) { Proc = &::Proc; }
   ~Tracked() override { *freed_ = true; }
   bool* freed_;
 };
@@ -51,89 +48,46 @@ bool Release() {
   return Pump([] { return !HSync_Window(); });
 }
 
-// Windows of the class on this thread.
-int SyncWindows() {
-  int count = 0;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND w, LPARAM counter) {
-        char name[32] = {};
-        GetClassNameA(w, name, sizeof name);
-        if (std::string(name) == "HSyncWindow") ++*reinterpret_cast<int*>(counter);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&count));
-  return count;
-}
-
-TEST(HSync, WithoutWindowEveryCallIsANoOp) {
-  ASSERT_EQ(nullptr, HSync_Window());
-  procArgs.clear();
-  HSyncData data;
-  data.Proc = &Proc;
-  data.Param = nullptr;
-  EXPECT_EQ(0, HSync_CallEvent(&Proc, nullptr));
-  EXPECT_EQ(0, HSync_CallData(data));
-  HSync_PostEvent(&Proc, nullptr);
-  bool freed = false;
-  auto* posted = new Tracked(&freed);
-  posted->Proc = &Proc;
-  HSync_PostData(posted);
-  EXPECT_TRUE(freed) << "HSync_PostData frees its record at once";
-  HSync_Delete();
-  Pump([] { return false; }, 100);
-  EXPECT_TRUE(procArgs.empty()) << "no callback ran";
-}
-
 TEST(HSync, WhichCallbackRunsWithWhatAndHowOften) {
   HSync_Add();
   Target target;
-  int param = 0;
-  procArgs.clear();
-  struct Row {
+  const struct {
     const char* what;
     bool event, proc;
     long result;
-    size_t eventRuns, procRuns;
-  };
-  const Row rows[] = {
-      {"event and proc: event wins", true, true, 7 * 1, 1, 0},
-      {"proc only", false, true, 9, 0, 1},
-      {"neither", false, false, 0, 0, 0},
-  };
-  for (const Row& r : rows) {
-    target.args.clear();
-    procArgs.clear();
+    const char* log;
+  } rows[] = {{"event and proc: event wins", true, true, 7, "event record, event param, "},
+              {"proc only", false, true, 9, "proc record, proc param, "},
+              {"neither", false, false, 0, ""}};
+  for (const auto& r : rows) {
     HSyncData data;
     if (r.event) data.Event = HSyncEvent(&target, &Target::Method);
     if (r.proc) data.Proc = &Proc;
     data.Param = &param;
+    record = &data;
+    log.clear();
     // CallData runs the callback twice: with the record, then with Param.
     EXPECT_EQ(r.result, HSync_CallData(data)) << r.what;
-    const std::vector<void*> twice{&data, &param};
-    EXPECT_EQ(r.eventRuns ? twice : std::vector<void*>{}, target.args) << r.what;
-    EXPECT_EQ(r.procRuns ? twice : std::vector<void*>{}, procArgs) << r.what;
+    EXPECT_EQ(r.log, log) << r.what;
   }
   // From the window's own thread a call runs at once.
-  target.args.clear();
+  log.clear();
   EXPECT_EQ(7, HSync_CallEvent(HSyncEvent(&target, &Target::Method), &param));
-  EXPECT_EQ(std::vector<void*>{&param}, target.args);
+  EXPECT_EQ("event param, ", log);
 
-  // A posted record runs later and is freed after its callback.
+  // A posted record runs later, with its own address, and is freed after its callback.
   bool freed = false;
-  auto* posted = new Tracked(&freed);
-  posted->Proc = &Proc;
-  procArgs.clear();
-  HSync_PostData(posted);
+  record = new Tracked(&freed);
+  log.clear();
+  HSync_PostData(static_cast<Tracked*>(record));
   EXPECT_FALSE(freed);
   ASSERT_TRUE(Pump([&] { return freed; }));
-  EXPECT_EQ(std::vector<void*>{posted}, procArgs) << "called with the record's address";
+  EXPECT_EQ("proc record, ", log);
   EXPECT_TRUE(Release());
 }
 
 TEST(HSync, FourWorkersCallingAndPostingAtOnce) {
   HSync_Add();
-  const DWORD owner = GetCurrentThreadId();
   constexpr int kWorkers = 4, kCalls = 10000;
   struct Seen {
     std::vector<int> posted;  // sequence numbers of one worker's posts, as run
@@ -141,8 +95,8 @@ TEST(HSync, FourWorkersCallingAndPostingAtOnce) {
   };
   static Seen seen[kWorkers];
   static std::atomic<int> offThread{0};
-  static DWORD ownerId = 0;
-  ownerId = owner;
+  static DWORD ownerId;
+  ownerId = GetCurrentThreadId();
   offThread = 0;
   for (Seen& s : seen) s = Seen{};
   // The argument packs worker and sequence number; a post is marked by bit 30.
@@ -171,10 +125,8 @@ TEST(HSync, FourWorkersCallingAndPostingAtOnce) {
       ++finished;
     });
   const bool done = Pump([&] {
-    if (finished < kWorkers) return false;
-    for (const Seen& s : seen)
-      if (s.posted.size() < kCalls / 2) return false;
-    return true;
+    return finished == kWorkers &&
+           std::all_of(seen, seen + kWorkers, [](auto& s) { return s.posted.size() == kCalls / 2; });
   });
   for (std::thread& t : workers) t.join();  // they finish: every blocking call was served above
   ASSERT_TRUE(done) << "calls still pending";
@@ -192,27 +144,32 @@ TEST(HSync, FourWorkersCallingAndPostingAtOnce) {
   EXPECT_TRUE(Release());
 }
 
-TEST(HSync, LastReleaseTakesTheWindowAndAFreshAddWorks) {
+// Without a window (before the first HSync_Add or after the last release)
+// every call does nothing. Deletes above one reference do nothing either, so
+// the window made last stays for the rest of the process: this test runs last.
+TEST(HSync, WithoutAWindowCallsDoNothingAndOnlyTheLastReleaseTakesIt) {
   HSync_Add();
   HWND old = static_cast<HWND>(HSync_Window());
-  EXPECT_EQ(1, SyncWindows());
   ASSERT_TRUE(Release());
   EXPECT_FALSE(IsWindow(old));
-  EXPECT_EQ(0, SyncWindows());
-  EXPECT_EQ(0, HSync_CallEvent(&Proc, nullptr)) << "calls after the release do nothing";
+  log.clear();
+  HSyncData data;
+  data.Proc = &Proc;
+  EXPECT_EQ(0, HSync_CallEvent(&Proc, nullptr));
+  EXPECT_EQ(0, HSync_CallData(data));
+  EXPECT_EQ(0, HSync_PostEvent(&Proc, nullptr));
+  bool freed = false;
+  HSync_PostData(new Tracked(&freed));
+  EXPECT_TRUE(freed) << "HSync_PostData frees its record at once";
+  HSync_Delete();
+  Pump([] { return false; }, 100);
+  EXPECT_EQ("", log) << "no callback ran";
 
   HSync_Add();
-  procArgs.clear();
-  int param = 0;
   EXPECT_EQ(9, HSync_CallEvent(&Proc, &param)) << "a fresh window works";
-  EXPECT_TRUE(Release());
-}
-
-// Last: the window it leaves stays for the rest of the process.
-TEST(HSync, DeletesAboveOneReferenceDoNothing) {
-  HSync_Add();
-  HSync_Add();
   HWND w = static_cast<HWND>(HSync_Window());
+  HSync_Add();
+  EXPECT_EQ(w, HSync_Window()) << "a second reference shares the window";
   HSync_Delete();
   HSync_Delete();
   Pump([] { return false; }, 200);
