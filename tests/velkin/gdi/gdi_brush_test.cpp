@@ -7,9 +7,9 @@
 
 #include <string>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics.h"
 #include "platform/vcl/sysutils.h"
-#include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_pen.h"
 
@@ -83,6 +83,7 @@ TEST(HCustomGDIBrush, CopyIsOneChange) {
 
 TEST(HCustomGDIBrush, SolidBitmapUnknownStylesFillModeAndNotifications) {
   HGDIBrush brush;
+  ExpectHandle(brush, BS_SOLID, 0xFFFFFF, 0, "a fresh brush");
   brush.SetColor(TColor(0x00A0B0C0));
   brush.SetStyle(HFS_Bitmap);
   ExpectHandle(brush, BS_SOLID, 0x00A0B0C0, 0, "HFS_Bitmap");
@@ -90,15 +91,14 @@ TEST(HCustomGDIBrush, SolidBitmapUnknownStylesFillModeAndNotifications) {
   ExpectHandle(brush, BS_HATCHED, 0x00A0B0C0, HS_CROSS, "style 42");
 
   const OwnedMemoryDC m(CreateCompatibleDC(nullptr));
-  SetPolyFillMode(m.get(), ALTERNATE);
+  SetPolyFillMode(m.get(), WINDING);
+  brush.Select(m.get());
+  EXPECT_EQ(ALTERNATE, GetPolyFillMode(m.get())) << "HPF_Exclude, the default, set on select";
+  brush.Restore();
+  EXPECT_EQ(ALTERNATE, GetPolyFillMode(m.get())) << "kept on restore";
   brush.SetPolygonStyle(HPF_Include);
   brush.Select(m.get());
-  EXPECT_EQ(WINDING, GetPolyFillMode(m.get())) << "set on select";
-  brush.Restore();
-  EXPECT_EQ(WINDING, GetPolyFillMode(m.get())) << "kept on restore";
-  brush.SetPolygonStyle(HPF_Exclude);
-  brush.Select(m.get());
-  EXPECT_EQ(ALTERNATE, GetPolyFillMode(m.get())) << "HPF_Exclude";
+  EXPECT_EQ(WINDING, GetPolyFillMode(m.get())) << "HPF_Include";
   brush.Restore();
 
   Notes notes(brush);

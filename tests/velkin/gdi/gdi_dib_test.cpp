@@ -21,6 +21,11 @@
 namespace {
 
 TEST(HGDIDib32, SizesRowsAndPixels) {
+  HGDIDib dib8(8, 0, -5);  // sizes below 1 become 1
+  dib8.GetHandle();
+  EXPECT_EQ(8, dib8.GetDibSection().dsBm.bmBitsPixel) << "bit count";
+  EXPECT_EQ((MyPoint{1, 1}), (MyPoint{dib8.GetDibSection().dsBm.bmWidth, dib8.GetDibSection().dsBm.bmHeight}));
+  EXPECT_EQ(DWORD(BI_RGB), dib8.GetBitmapInfo().bmiHeader.biCompression) << "request biCompression";
   // A side set to 0 makes a DIB one pixel across; other sizes are taken as they are.
   HGDIDib32 sized(5, 5);
   for (int side : {0, 1, 2}) {

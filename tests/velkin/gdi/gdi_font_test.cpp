@@ -9,9 +9,9 @@
 #include <cstring>
 #include <string>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics.h"
 #include "platform/vcl/sysutils.h"
-#include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_pen.h"
 
@@ -36,6 +36,7 @@ TEST(HCustomGDIFont, PropertiesOverLogFont) {
   GetObjectA(GetStockObject(ANSI_VAR_FONT), sizeof stock, &stock);
   HGDIFont font;
   EXPECT_EQ(Describe(stock), Describe(font.GetLogFont())) << "the default record";
+  EXPECT_EQ(clBlack, font.GetColor()) << "the default colour";
 
   font.SetWidth(7);
   font.SetHeight(-20);

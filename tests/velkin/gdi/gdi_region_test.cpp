@@ -13,7 +13,6 @@
 
 namespace {
 
-
 // "kind:left,top,right,bottom" of the context's clip box.
 std::string Clip(HDC dc) {
   RECT r{};
