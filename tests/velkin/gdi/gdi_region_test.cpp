@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
-#include "tests/velkin/gdi/gdi_fixtures.h"
 
 namespace {
 
@@ -24,8 +24,9 @@ std::string Clip(HDC dc) {
 
 TEST(HGDIRegion, SelectAndRestoreClip) {
   const OwnedMemoryDC m(CreateCompatibleDC(nullptr));  // on a 50x50 bitmap, unclipped
-  HBITMAP bmp = CreateCompatibleBitmap(m.get(), 50, 50);
-  HGDIOBJ oldBmp = SelectObject(m.get(), bmp);
+  const OwnedBitmap bmp(CreateCompatibleBitmap(m.get(), 50, 50));
+  DCChanger surface(m.get());
+  surface.Select(bmp.get());
   EXPECT_EQ("2:0,0,50,50", Clip(m.get()));
   HGDIRegion region(0, 0, 9, 9);  // inclusive edges
   region.Select(m.get());
@@ -34,16 +35,12 @@ TEST(HGDIRegion, SelectAndRestoreClip) {
   EXPECT_EQ("1:0,0,0,0", Clip(m.get()));
 
   // A context with a clip gets that clip back.
-  HRGN outer = CreateRectRgn(5, 5, 40, 30);
-  SelectClipRgn(m.get(), outer);
-  DeleteObject(outer);
+  SelectClipRgn(m.get(), OwnedRegion(CreateRectRgn(5, 5, 40, 30)).get());
   HGDIRegion inner(MyRect{20, 20, 24, 24});
   inner.Select(m.get());
   EXPECT_EQ("2:20,20,25,25", Clip(m.get()));
   inner.Restore();
   EXPECT_EQ("2:5,5,40,30", Clip(m.get()));
-  SelectObject(m.get(), oldBmp);
-  DeleteObject(bmp);
 }
 
 }  // namespace

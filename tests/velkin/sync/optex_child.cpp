@@ -22,11 +22,9 @@
 
 namespace {
 
+// The event is left open: the parent may open it after this process has moved on.
 void Signal(const char* optex, const char* what) {
-  const std::string name = std::string(optex) + what;
-  HANDLE event = CreateEventA(nullptr, TRUE, FALSE, name.c_str());
-  SetEvent(event);
-  // Left open: the parent may open it after this process has moved on.
+  SetEvent(CreateEventA(nullptr, TRUE, FALSE, (std::string(optex) + what).c_str()));
 }
 
 int Hold(const char* name, int ms) {
