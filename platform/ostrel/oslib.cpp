@@ -7,6 +7,13 @@
 
 void* GetHInstance() { return GetModuleHandleA(nullptr); }
 
+void* ModuleOf(const void* address) {
+  HMODULE module = nullptr;
+  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                     static_cast<LPCSTR>(address), &module);
+  return module;
+}
+
 const char* GetStartupDir() {
   // The executable does not move while the process runs: computed once.
   static const std::string dir = [] {

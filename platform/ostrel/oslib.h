@@ -9,6 +9,11 @@
 /// Instance handle of the process's main executable (not of the calling package).
 OSTREL_API void* GetHInstance();
 
+/// The module (executable or DLL) whose image holds address: a package's own
+/// handle, found from one of its functions or data. Null for an address in
+/// no module. The module's reference count is not changed.
+OSTREL_API void* ModuleOf(const void* address);
+
 /// Folder of the process's executable, ending in a path separator.
 OSTREL_API const char* GetStartupDir();
 

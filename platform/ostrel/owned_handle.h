@@ -25,8 +25,8 @@ enum OwnedKind_Types : int {
   OK_Menu,
   OK_Icon,
   OK_Kernel,  // events, semaphores, mappings, threads, processes
-  OK_File,  // files, and FindFirstFile searches
-  OK_View,  // mapped views of files
+  OK_File,    // files, and FindFirstFile searches
+  OK_View,    // mapped views of files
   OK_Module,
   OK_Memory,  // LocalAlloc blocks
   OK_Count

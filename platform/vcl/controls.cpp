@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/typinfo.h"
 
@@ -28,12 +29,7 @@ VCL_COMPONENT_IMPL(TCustomControl, TWinControl)
 namespace {
 
 HINSTANCE ThisModule() {
-  static HINSTANCE module = [] {
-    HMODULE m = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCSTR>(&ThisModule), &m);
-    return m;
-  }();
+  static const HINSTANCE module = static_cast<HINSTANCE>(ModuleOf(reinterpret_cast<const void*>(&ThisModule)));
   return module;
 }
 

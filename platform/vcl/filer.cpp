@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/ostrel/oslib.h"
 #include "platform/vcl/class_registry.h"
 
 namespace Classes {
@@ -722,12 +723,7 @@ void TReader::DefineBinaryProperty(const AnsiString& name, TStreamProc readData,
 
 // ---- designs in resources ----
 
-HINSTANCE FindClassHInstance(const System::TMetaClass* cls) {
-  HMODULE module = nullptr;
-  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCSTR>(cls), &module);
-  return module;
-}
+HINSTANCE FindClassHInstance(const System::TMetaClass* cls) { return static_cast<HINSTANCE>(ModuleOf(cls)); }
 
 bool InitInheritedComponent(TComponent* instance, const System::TMetaClass* rootAncestor) {
   std::vector<const System::TMetaClass*> chain;

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/ostrel/oslib.h"
+
 namespace Classes {
 
 VCL_CLASS_IMPL(EThread, Sysutils::Exception)
@@ -48,12 +50,7 @@ LRESULT CALLBACK WakeProc(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam) {
   return 0;
 }
 
-HINSTANCE ThisModule() {
-  HMODULE m = nullptr;
-  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCSTR>(&WakeProc), &m);
-  return m;
-}
+HINSTANCE ThisModule() { return static_cast<HINSTANCE>(ModuleOf(reinterpret_cast<const void*>(&WakeProc))); }
 
 // A message-only window of the main thread: a message posted to it reaches
 // WakeProc from whatever loop the main thread is in. Made on the main thread

@@ -14,7 +14,6 @@
 #include "velkin/controls/h_freewatch.h"
 #include "velkin/velkin_api.h"
 
-
 /// A field bound to one control at a time. Text, Hint, Position, Max, Min,
 /// Checked, Down, Strings, ItemIndex, Enabled and Visible are translated to
 /// what the bound control offers, with fixed defaults for the kinds that do

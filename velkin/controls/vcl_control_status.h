@@ -36,7 +36,8 @@ class VELKIN_API HControlStatusStore {
 class VELKIN_API HControlStatus : public MyArray<HControlStatusStore*> {
  public:
   /// fn(status, record, param) for each record, stopping at the first false.
-  using TForEachEvent = System::TClosure<bool(HControlStatus* status, HControlStatusStore* record, unsigned long param)>;
+  using TForEachEvent =
+      System::TClosure<bool(HControlStatus* status, HControlStatusStore* record, unsigned long param)>;
 
   HControlStatus();
   ~HControlStatus() override;

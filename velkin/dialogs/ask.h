@@ -27,7 +27,8 @@ VELKIN_API bool AskYesNo(void* owner, bool* remember, const char* format, ...) _
 /// answer of IDYES or IDNO is given without asking; a ticked Yes or No is
 /// stored there; Cancel is never remembered.
 VELKIN_API int AskYesNoCancel(void* owner, const System::AnsiString& text, int* remember = nullptr);
-VELKIN_API int AskYesNoCancel(void* owner, int* remember, const char* format, ...) __attribute__((format(printf, 3, 4)));
+VELKIN_API int AskYesNoCancel(void* owner, int* remember, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
 ///@}
 
 /// The message number the system gives a message name (the same number for

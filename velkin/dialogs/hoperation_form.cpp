@@ -4,9 +4,9 @@
 
 #include "platform/vcl/application.h"
 
-VCL_COMPONENT_IMPL(THLongOperationForm, Forms::TForm, VCL_FIELD(txtText), VCL_FIELD(pbProgress),
-                   VCL_FIELD(btnAbort), VCL_METHOD(FormCreate, System::TNotifyEvent),
-                   VCL_METHOD(FormHide, System::TNotifyEvent), VCL_METHOD(btnAbortClick, System::TNotifyEvent))
+VCL_COMPONENT_IMPL(THLongOperationForm, Forms::TForm, VCL_FIELD(txtText), VCL_FIELD(pbProgress), VCL_FIELD(btnAbort),
+                   VCL_METHOD(FormCreate, System::TNotifyEvent), VCL_METHOD(FormHide, System::TNotifyEvent),
+                   VCL_METHOD(btnAbortClick, System::TNotifyEvent))
 
 THLongOperationForm::THLongOperationForm(Classes::TComponent* owner) : TForm(owner) {
   if (Forms::TCustomForm* form = OwnerForm()) ownerEnabled_ = form->GetEnabled();

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/sysutils.h"
 #include "velkin/dialogs/xmessagebox_seams.h"
@@ -21,8 +22,6 @@ constexpr int IconId = 1000;
 constexpr int TextId = 1001;
 constexpr int HelpId = 300;
 constexpr int CheckId = 5555;
-constexpr unsigned CheckAskBit = XMB_DONOTASKAGAIN;
-constexpr unsigned CheckTellBit = XMB_DONOTTELLAGAIN;
 
 // Item kinds; the check box is written as a button.
 constexpr unsigned char KindScroll = 0x7F, KindButton = 0x80, KindEdit = 0x81, KindStatic = 0x82, KindCheck = 0x83;
@@ -31,7 +30,8 @@ constexpr unsigned char KindScroll = 0x7F, KindButton = 0x80, KindEdit = 0x81, K
 // version of the system accepts.
 constexpr UINT MetricsSize = offsetof(NONCLIENTMETRICSA, iPaddedBorderWidth);
 static_assert(MetricsSize == 340);
-static_assert(sizeof(DLGTEMPLATE) == 18 && sizeof(DLGITEMTEMPLATE) == 18, "the headers as the dialog manager reads them");
+static_assert(sizeof(DLGTEMPLATE) == 18 && sizeof(DLGITEMTEMPLATE) == 18,
+              "the headers as the dialog manager reads them");
 
 // Assertion failures name the expression and the line, and end the process
 // through the runtime's handler.
@@ -41,9 +41,19 @@ void Check(bool ok, const char* expression, unsigned line) {
 
 // Captions of ids 9001..9013; 9001 has no string-table entry.
 constexpr int FirstCaption = 9001, CaptionCount = 13, CaptionSize = 100;
-const char* const fallback[CaptionCount] = {
-    "OK",   "Cancel", "&Ignore",   "&Retry",     "&Abort",           "&Help",           "&Yes", "&No", "&Continue",
-    "Don't ask me again", "Don't tell me again", "Yes to &All", "No to A&ll"};
+const char* const fallback[CaptionCount] = {"OK",
+                                            "Cancel",
+                                            "&Ignore",
+                                            "&Retry",
+                                            "&Abort",
+                                            "&Help",
+                                            "&Yes",
+                                            "&No",
+                                            "&Continue",
+                                            "Don't ask me again",
+                                            "Don't tell me again",
+                                            "Yes to &All",
+                                            "No to A&ll"};
 
 // The working state of one call; every call starts it afresh.
 struct State {
@@ -66,12 +76,9 @@ XMessageBoxSeams seams;
 
 const char* Caption(int id) { return state.captions[id - FirstCaption]; }
 
+// The library's string tables, or its language satellite's when one was found.
 HINSTANCE LibraryModule() {
-  HMODULE own = nullptr;
-  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCSTR>(&XMessageBox), &own);
-  // The language satellite's tables when one was found.
-  return static_cast<HINSTANCE>(Sysutils::FindResourceHInstance(own));
+  return static_cast<HINSTANCE>(Sysutils::FindResourceHInstance(ModuleOf(reinterpret_cast<const void*>(&XMessageBox))));
 }
 
 std::string ExecutablePath(DWORD most) {
@@ -118,7 +125,9 @@ class MessageBoxTemplate {
     h.id = static_cast<WORD>(id);
     item->text = text ? std::string(text).substr(0, 1023) : std::string();
     switch (kind) {
-      case KindScroll: h.style = 0x50000003, item->classCode = KindScroll; break;
+      case KindScroll:
+        h.style = 0x50000003, item->classCode = KindScroll;
+        break;
       case KindButton:
         h.style = WS_CHILD | WS_VISIBLE | WS_TABSTOP, item->classCode = KindButton;
         if (++state.buttons == state.defaultNumber) {
@@ -126,10 +135,17 @@ class MessageBoxTemplate {
           state.defaultId = id;
         }
         break;
-      case KindEdit: h.style = 0x50010004, item->classCode = KindEdit; break;
-      case KindStatic: h.style = WS_CHILD | WS_VISIBLE, item->classCode = KindStatic; break;
-      case KindCheck: h.style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, item->classCode = KindButton; break;
-      default: Check(false, "FALSE", 1273);
+      case KindEdit:
+        h.style = 0x50010004, item->classCode = KindEdit;
+        break;
+      case KindStatic:
+        h.style = WS_CHILD | WS_VISIBLE, item->classCode = KindStatic;
+        break;
+      case KindCheck:
+        h.style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, item->classCode = KindButton;
+        break;
+      default:
+        Check(false, "FALSE", 1273);
     }
     items_[count] = std::move(item);
     ++count;
@@ -161,8 +177,8 @@ class MessageBoxTemplate {
       at += n * 2;
     };
     put(&state.header, sizeof state.header);
-    word(0);                 // no menu
-    word(0);                 // the dialog class
+    word(0);  // no menu
+    word(0);  // the dialog class
     text(caption, 1157);
     for (int i = 0; i < state.header.cdit; ++i) {
       at = buffer + ((at - buffer + 3) & ~3);  // each item starts on a DWORD boundary
@@ -184,14 +200,22 @@ class MessageBoxTemplate {
 
 int ButtonCount(unsigned set) {
   switch (set) {
-    case MB_OK: return 1;
-    case MB_OKCANCEL: return 2;
-    case MB_ABORTRETRYIGNORE: return 3;
-    case MB_YESNOCANCEL: return 3;
-    case MB_YESNO: return 2;
-    case MB_RETRYCANCEL: return 2;
-    case XMB_CONTINUEABORT: return 2;
-    default: return 0;
+    case MB_OK:
+      return 1;
+    case MB_OKCANCEL:
+      return 2;
+    case MB_ABORTRETRYIGNORE:
+      return 3;
+    case MB_YESNOCANCEL:
+      return 3;
+    case MB_YESNO:
+      return 2;
+    case MB_RETRYCANCEL:
+      return 2;
+    case XMB_CONTINUEABORT:
+      return 2;
+    default:
+      return 0;
   }
 }
 
@@ -268,9 +292,15 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
     dialog.AddItem(KindButton, id, &r, Caption(caption));
   };
   switch (set) {
-    case MB_OK: button(IDOK, 9001), state.okOnly = true; break;
-    case MB_OKCANCEL: button(IDOK, 9001), button(IDCANCEL, 9002), state.hasCancel = true; break;
-    case MB_ABORTRETRYIGNORE: button(IDABORT, 9005), button(IDRETRY, 9004), button(IDIGNORE, 9003); break;
+    case MB_OK:
+      button(IDOK, 9001), state.okOnly = true;
+      break;
+    case MB_OKCANCEL:
+      button(IDOK, 9001), button(IDCANCEL, 9002), state.hasCancel = true;
+      break;
+    case MB_ABORTRETRYIGNORE:
+      button(IDABORT, 9005), button(IDRETRY, 9004), button(IDIGNORE, 9003);
+      break;
     case MB_YESNOCANCEL:
     case MB_YESNO:
       button(IDYES, 9007);
@@ -279,9 +309,14 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
       if (style & XMB_NOTOALL) button(IDNOTOALL, 9013);
       if (set == MB_YESNOCANCEL) button(IDCANCEL, 9002), state.hasCancel = true;
       break;
-    case MB_RETRYCANCEL: button(IDRETRY, 9004), button(IDCANCEL, 9002), state.hasCancel = true; break;
-    case XMB_CONTINUEABORT: button(IDYESTOALL, 9009), button(IDABORT, 9005); break;
-    default: button(IDOK, 9001);
+    case MB_RETRYCANCEL:
+      button(IDRETRY, 9004), button(IDCANCEL, 9002), state.hasCancel = true;
+      break;
+    case XMB_CONTINUEABORT:
+      button(IDYESTOALL, 9009), button(IDABORT, 9005);
+      break;
+    default:
+      button(IDOK, 9001);
   }
   if (style & MB_HELP) button(HelpId, 9006);
 
@@ -378,9 +413,9 @@ void InitDialog(HWND dialog) {
     CheckDlgButton(dialog, CheckId, BST_UNCHECKED);
   }
   SetFocus(GetDlgItem(dialog, state.defaultId));
-  if (!state.hasCancel && !state.okOnly) EnableMenuItem(GetSystemMenu(dialog, FALSE), SC_CLOSE, MF_BYCOMMAND | MF_GRAYED);
-  if (state.icon)
-    SetWindowLongPtrA(GetDlgItem(dialog, IconId), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&IconPainter));
+  if (!state.hasCancel && !state.okOnly)
+    EnableMenuItem(GetSystemMenu(dialog, FALSE), SC_CLOSE, MF_BYCOMMAND | MF_GRAYED);
+  if (state.icon) SetWindowLongPtrA(GetDlgItem(dialog, IconId), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&IconPainter));
 }
 
 INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
@@ -391,20 +426,24 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
   if (message != WM_COMMAND) return 0;
   const int id = LOWORD(wParam);
   switch (id) {
-    case IDCLOSE: break;
+    case IDCLOSE:
+      break;
     case IDCANCEL:
       if (state.hasCancel)
         EndDialog(dialog, IDCANCEL);
       else if (state.okOnly)
         EndDialog(dialog, IDOK);
       break;
-    case HelpId: ShowHelp(dialog); break;
-    case CheckId: break;
+    case HelpId:
+      ShowHelp(dialog);
+      break;
+    case CheckId:
+      break;
     default: {
       int result = id;
       if (SendMessageA(GetDlgItem(dialog, CheckId), BM_GETCHECK, 0, 0) == BST_CHECKED) {
-        if (state.askAgain) result |= CheckAskBit;
-        if (state.tellAgain) result |= CheckTellBit;
+        if (state.askAgain) result |= XMB_DONOTASKAGAIN;
+        if (state.tellAgain) result |= XMB_DONOTTELLAGAIN;
       }
       EndDialog(dialog, result);
     }
@@ -432,8 +471,8 @@ int XMessageBox(void* owner, const char* text, const char* caption, unsigned sty
   }
   auto* buffer = static_cast<unsigned char*>(LocalLock(memory.get()));
   dialog.Write(title, buffer, size);
-  const INT_PTR result = DialogBoxIndirectParamA(state.module, reinterpret_cast<LPCDLGTEMPLATEA>(buffer), state.owner,
-                                                 &DialogProc, 0);
+  const INT_PTR result =
+      DialogBoxIndirectParamA(state.module, reinterpret_cast<LPCDLGTEMPLATEA>(buffer), state.owner, &DialogProc, 0);
   LocalUnlock(memory.get());
   return static_cast<int>(result);
 }

@@ -11,7 +11,7 @@
 /// Platform calls XMessageBox makes through these pointers; a null member
 /// stands for the system's own function.
 struct XMessageBoxSeams {
-  HLOCAL(WINAPI* Alloc)(UINT flags, SIZE_T bytes) = nullptr;  ///< the template's memory
+  HLOCAL(WINAPI* Alloc)(UINT flags, SIZE_T bytes) = nullptr;                             ///< the template's memory
   BOOL(WINAPI* Help)(HWND window, LPCSTR file, UINT command, ULONG_PTR data) = nullptr;  ///< the Help button
   BOOL(WINAPI* Beep)(UINT type) = nullptr;  ///< the sound made as the box comes
 };

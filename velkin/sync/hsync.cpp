@@ -6,6 +6,7 @@
 #include <mutex>
 #include <type_traits>
 
+#include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 
 namespace {
@@ -25,12 +26,7 @@ class OwnRecord : public HSyncData {};
 
 LRESULT CALLBACK SyncProc(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam);
 
-HINSTANCE LibraryModule() {
-  HMODULE m = nullptr;
-  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCSTR>(&SyncProc), &m);
-  return m;
-}
+HINSTANCE LibraryModule() { return static_cast<HINSTANCE>(ModuleOf(reinterpret_cast<const void*>(&SyncProc))); }
 
 // A callback that throws must not unwind through the window system: the
 // failure ends there, with result 0.

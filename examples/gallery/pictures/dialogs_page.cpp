@@ -57,8 +57,7 @@ bool IsForm(HWND w) {
 // Runs show (which opens a modal dialog on this thread); meanwhile a thread
 // of its own waits at most ten seconds for the dialog's window, writes it to
 // path and closes it. Whether the picture was written.
-bool CaptureModal(const std::function<void()>& show, const std::function<bool(HWND)>& filter,
-                  const std::string& path) {
+bool CaptureModal(const std::function<void()>& show, const std::function<bool(HWND)>& filter, const std::string& path) {
   const DWORD thread = GetCurrentThreadId();
   bool written = false;
   std::thread watcher([&] {
@@ -91,13 +90,25 @@ struct Texts {
   const char* prompt;
   const char* progress;
 };
-const Texts kEnglish{"en", "The file \"report.txt\" already exists.\nDo you want to replace it?", "Copying files",
-                     "Rename", "New name of the file:", "Copying report.txt"};
-const Texts kRussian{"ru", "\xD4\xE0\xE9\xEB \"report.txt\" \xF3\xE6\xE5 \xE5\xF1\xF2\xFC.\n\xC7\xE0\xEC\xE5\xED\xE8\xF2\xFC \xE5\xE3\xEE?",
-                     "\xCA\xEE\xEF\xE8\xF0\xEE\xE2\xE0\xED\xE8\xE5", "\xCF\xE5\xF0\xE5\xE8\xEC\xE5\xED\xEE\xE2\xE0\xED\xE8\xE5",
-                     "\xCD\xEE\xE2\xEE\xE5 \xE8\xEC\xFF \xF4\xE0\xE9\xEB\xE0:", "\xCA\xEE\xEF\xE8\xF0\xF3\xE5\xF2\xF1\xFF report.txt"};
-const Texts kFrench{"fr", "Le fichier \"report.txt\" existe d\xE9j\xE0.\nVoulez-vous le remplacer ?", "Copie de fichiers",
-                    "Renommer", "Nouveau nom du fichier :", "Copie de report.txt"};
+const Texts kEnglish{"en",
+                     "The file \"report.txt\" already exists.\nDo you want to replace it?",
+                     "Copying files",
+                     "Rename",
+                     "New name of the file:",
+                     "Copying report.txt"};
+const Texts kRussian{
+    "ru",
+    "\xD4\xE0\xE9\xEB \"report.txt\" \xF3\xE6\xE5 \xE5\xF1\xF2\xFC.\n\xC7\xE0\xEC\xE5\xED\xE8\xF2\xFC \xE5\xE3\xEE?",
+    "\xCA\xEE\xEF\xE8\xF0\xEE\xE2\xE0\xED\xE8\xE5",
+    "\xCF\xE5\xF0\xE5\xE8\xEC\xE5\xED\xEE\xE2\xE0\xED\xE8\xE5",
+    "\xCD\xEE\xE2\xEE\xE5 \xE8\xEC\xFF \xF4\xE0\xE9\xEB\xE0:",
+    "\xCA\xEE\xEF\xE8\xF0\xF3\xE5\xF2\xF1\xFF report.txt"};
+const Texts kFrench{"fr",
+                    "Le fichier \"report.txt\" existe d\xE9j\xE0.\nVoulez-vous le remplacer ?",
+                    "Copie de fichiers",
+                    "Renommer",
+                    "Nouveau nom du fichier :",
+                    "Copie de report.txt"};
 
 const Texts& RunTexts() {
   const LANGID language = PRIMARYLANGID(GetUserDefaultUILanguage());
@@ -175,10 +186,10 @@ int RenderDialogsPage(const char* folderName) {
 
   bool ok = CaptureModal(
       [&] {
-        XMessageBox(nullptr, texts.question, texts.caption,
-                    MB_YESNOCANCEL | MB_ICONQUESTION | MB_HELP | XMB_YESTOALL | XMB_NOTOALL | XMB_DONOTASKAGAIN |
-                        XMB_NOSOUND,
-                    0);
+        XMessageBox(
+            nullptr, texts.question, texts.caption,
+            MB_YESNOCANCEL | MB_ICONQUESTION | MB_HELP | XMB_YESTOALL | XMB_NOTOALL | XMB_DONOTASKAGAIN | XMB_NOSOUND,
+            0);
       },
       IsDialogBox, folder + "\\messagebox" + tag);
 

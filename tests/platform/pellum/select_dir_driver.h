@@ -87,10 +87,14 @@ inline Step Answer(int button) {
 // Runs call (which opens the dialog) with a script; call's result. A script
 // that goes wrong closes what is open.
 inline bool RunScript(std::vector<Step> steps, const std::function<bool()>& call) {
-  return loop_driver::Drive(std::move(steps), [] {
-    if (HWND box = MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
-    if (auto* cancel = Part<Controls::TWinControl>("CancelButton")) PostMessageA(cancel->GetHandle(), BM_CLICK, 0, 0);
-  }, call);
+  return loop_driver::Drive(
+      std::move(steps),
+      [] {
+        if (HWND box = MessageBoxWindow()) PostMessageA(box, WM_COMMAND, IDCANCEL, 0);
+        if (auto* cancel = Part<Controls::TWinControl>("CancelButton"))
+          PostMessageA(cancel->GetHandle(), BM_CLICK, 0, 0);
+      },
+      call);
 }
 
 }  // namespace select_dir_driver

@@ -54,13 +54,10 @@ TEST(HControlStatus, RecordsEachDepthInItsOrder) {
     int depth;
     const char* names;
   } rows[] = {
-      {true, 1, "L1 L3 P B1"},
-      {true, 2, "L1 L3 G B2 P B1"},
+      {true, 1, "L1 L3 P B1"},           {true, 2, "L1 L3 G B2 P B1"},
       {true, -1, "L1 L3 G B2 P B1"},  // exactly two levels: not the edit inside the group box
-      {true, 3, "L1 L3 L2 E G B2 P B1"},
-      {true, 9, "L1 L3 L2 E G B2 P B1"},
-      {false, 5, "L1 L3 P B1"},
-      {true, -2, "L1 L3 P B1"},
+      {true, 3, "L1 L3 L2 E G B2 P B1"}, {true, 9, "L1 L3 L2 E G B2 P B1"},
+      {false, 5, "L1 L3 P B1"},          {true, -2, "L1 L3 P B1"},
   };
   HControlStatus status;
   for (const auto& r : rows) {

@@ -38,7 +38,7 @@ Seen Answer(const std::function<void()>& ask, bool tick, int press) {
     if (press) {
       Click(w, press);
     } else {
-      Key(GetWindowThreadProcessId(w, nullptr), VK_ESCAPE);
+      Key(GetWindowThreadProcessId(w, nullptr), VK_ESCAPE, w);
     }
     return true;
   });
@@ -54,8 +54,8 @@ TEST(Ask, AnswersAndWhatIsRemembered) {
   struct Row {
     const char* what;
     std::function<int(bool*, int*)> ask;
-    bool flag;  // the remembered flag before (AskMessage, AskYesNo)
-    int answer; // the remembered answer before (AskYesNoCancel)
+    bool flag;   // the remembered flag before (AskMessage, AskYesNo)
+    int answer;  // the remembered answer before (AskYesNoCancel)
     bool tick;
     int press;
     int result;
@@ -65,9 +65,8 @@ TEST(Ask, AnswersAndWhatIsRemembered) {
     const std::wstring* caption;
   };
   const Row rows[] = {
-      {"notice without a flag: no check box",
-       [](bool*, int*) { return AskMessage(nullptr, "Saved."), 0; }, true, 0, false, IDOK, 0, true, 0, true, false,
-       &attention},
+      {"notice without a flag: no check box", [](bool*, int*) { return AskMessage(nullptr, "Saved."), 0; }, true, 0,
+       false, IDOK, 0, true, 0, true, false, &attention},
       {"notice ticked: silenced", [](bool* f, int*) { return AskMessage(nullptr, "Saved.", f), 0; }, true, 0, true,
        IDOK, 0, false, 0, true, true, &attention},
       {"silenced notice shows nothing", [](bool* f, int*) { return AskMessage(nullptr, "Saved.", f), 0; }, false, 0,

@@ -53,12 +53,13 @@ inline RECT RectIn(HWND control) {
   return r;
 }
 
-// Sends a key press to the window focused in thread, as the keyboard would.
-inline void Key(DWORD thread, WORD key) {
+// Sends a key press to the window focused in thread, as the keyboard would
+// (to fallback when the thread has lost the focus to another program).
+inline void Key(DWORD thread, WORD key, HWND fallback = nullptr) {
   GUITHREADINFO info{};
   info.cbSize = sizeof info;
   GetGUIThreadInfo(thread, &info);
-  HWND target = info.hwndFocus ? info.hwndFocus : info.hwndActive;
+  HWND target = info.hwndFocus ? info.hwndFocus : info.hwndActive ? info.hwndActive : fallback;
   PostMessageA(target, WM_KEYDOWN, key, 1);
   PostMessageA(target, WM_KEYUP, key, 0xC0000001);
 }
@@ -69,14 +70,15 @@ inline void Click(HWND dialog, int id) { PostMessageA(GetDlgItem(dialog, id), BM
 // Runs act(window) on a thread of its own once a window that passes filter is
 // shown by the constructing thread; act returns whether it closed what it
 // opened (true) or gave up (false). Waits at most timeoutMs in all. The
-// destructor waits for the thread; whatever is still open then is closed.
+// destructor waits for the thread; whatever is still open then is closed. The
+// bound is generous: a prefix started cold on a busy machine is slow.
 class Watcher {
  public:
-  Watcher(std::function<bool(HWND)> filter, std::function<bool(HWND)> act, DWORD timeoutMs = 10000)
+  Watcher(std::function<bool(HWND)> filter, std::function<bool(HWND)> act, DWORD timeoutMs = 30000)
       : thread_(GetCurrentThreadId()), filter_(std::move(filter)), act_(std::move(act)), timeoutMs_(timeoutMs) {
     worker_ = std::thread([this] { Run(); });
   }
-  explicit Watcher(std::function<bool(HWND)> act, DWORD timeoutMs = 10000)
+  explicit Watcher(std::function<bool(HWND)> act, DWORD timeoutMs = 30000)
       : Watcher(IsDialogBox, std::move(act), timeoutMs) {}
   ~Watcher() { Join(); }
 
@@ -108,6 +110,9 @@ class Watcher {
     HWND window = WaitFor(filter_);
     found_ = window != nullptr;
     done_ = found_ && act_(window);
+    // What the act meant to close must go; if it stays, the act failed.
+    for (DWORD waited = 0; done_ && IsWindow(window) && IsWindowVisible(window); waited += 10, Sleep(10))
+      if (waited > timeoutMs_) done_ = false;
     if (!done_ && !stop_) CloseAll();
   }
 

@@ -52,14 +52,23 @@ TEST(HIputDialog, AsAUserAnswersIt) {
       if (r.typed) {
         PostMessageA(form->txtText->GetHandle(), EM_SETSEL, 0, -1);
         Type(r.typed);
-        if (!Until([&] { return Text(form->txtText->GetHandle()) == std::wstring(r.typed, r.typed + strlen(r.typed)); }))
+        if (!Until(
+                [&] { return Text(form->txtText->GetHandle()) == std::wstring(r.typed, r.typed + strlen(r.typed)); }))
           return false;
       }
       switch (r.finish) {
-        case Enter: Keys({VK_RETURN}); break;
-        case Escape: Keys({VK_ESCAPE}); break;
-        case OkButton: PostMessageA(form->Button2->GetHandle(), BM_CLICK, 0, 0); break;
-        case CloseButton: PostMessageA(form->Button1->GetHandle(), BM_CLICK, 0, 0); break;
+        case Enter:
+          Keys({VK_RETURN});
+          break;
+        case Escape:
+          Keys({VK_ESCAPE});
+          break;
+        case OkButton:
+          PostMessageA(form->Button2->GetHandle(), BM_CLICK, 0, 0);
+          break;
+        case CloseButton:
+          PostMessageA(form->Button1->GetHandle(), BM_CLICK, 0, 0);
+          break;
       }
       return true;
     });

@@ -60,14 +60,22 @@ Seen Drive(const std::function<bool()>& open, const std::string& typed, Finish f
       else
         Type(std::string(1, c));
     }
-    if (!Until([&] { return GetWindowTextLengthA(memo) == length + static_cast<int>(typed.size()) +
-                                                             static_cast<int>(std::count(typed.begin(), typed.end(), '\n')); }))
+    if (!Until([&] {
+          return GetWindowTextLengthA(memo) == length + static_cast<int>(typed.size()) +
+                                                   static_cast<int>(std::count(typed.begin(), typed.end(), '\n'));
+        }))
       return false;
     seen.counterAfter = form->txtLines->GetText().c_str();
     switch (finish) {
-      case CtrlEnter: Keys({VK_CONTROL, VK_RETURN}); break;
-      case Escape: Keys({VK_ESCAPE}); break;
-      case OkButton: PostMessageA(form->NvOS8PushButton1->GetHandle(), BM_CLICK, 0, 0); break;
+      case CtrlEnter:
+        Keys({VK_CONTROL, VK_RETURN});
+        break;
+      case Escape:
+        Keys({VK_ESCAPE});
+        break;
+      case OkButton:
+        PostMessageA(form->NvOS8PushButton1->GetHandle(), BM_CLICK, 0, 0);
+        break;
     }
     return true;
   });

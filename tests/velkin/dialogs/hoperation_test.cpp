@@ -3,9 +3,9 @@
 // user would; every operation turned to a hook; the I/O error number kept.
 #include "velkin/dialogs/hoperation.h"
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 #include <windows.h>
-#include <commctrl.h>
 
 #include <memory>
 #include <string>
@@ -78,12 +78,14 @@ TEST(HOperation, OneWindowSharedByEveryHolderAndLaidOutByWhatItShows) {
        "shown use 1 \"Again\" text@" + t + " h" + at(2 + text + 2 + 2)},
       {"an empty text hides the window", [&] { two->SetText("%s", ""); }, "hidden use 1"},
       {"the last holder goes: the window is freed", [&] { two.reset(); }, "none"},
-      {"asking whether it shows makes it, hidden", [&] {
+      {"asking whether it shows makes it, hidden",
+       [&] {
          three = std::make_unique<HOperation>(nullptr);
          EXPECT_FALSE(three->isShowed());
        },
        "hidden use 1 \"\" text@1 bar@30 abort@55"},
-      {"counted shows: one null text is not enough", [&] {
+      {"counted shows: one null text is not enough",
+       [&] {
          three->SetText("busy");
          three->IncShow();
          three->SetText(nullptr);
@@ -120,8 +122,10 @@ TEST(HOperation, TheDesignedWindow) {
   if (GetACP() == 1251) {
     wchar_t wide[64] = {};
     GetWindowTextW(w, wide, 64);
-    EXPECT_EQ(L"\u0412\u044b\u043f\u043e\u043b\u043d\u044f\u0435\u0442\u0441\u044f \u043e\u043f\u0435\u0440\u0430\u0446\u0438\u044f...",
-              std::wstring(wide));
+    EXPECT_EQ(
+        L"\u0412\u044b\u043f\u043e\u043b\u043d\u044f\u0435\u0442\u0441\u044f "
+        L"\u043e\u043f\u0435\u0440\u0430\u0446\u0438\u044f...",
+        std::wstring(wide));
   }
   EXPECT_EQ(30, SendMessageA(f->pbProgress->GetHandle(), PBM_GETPOS, 0, 0));
   for (const std::string& c : text_fit::Clipped(f)) ADD_FAILURE() << c;

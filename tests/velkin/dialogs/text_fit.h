@@ -48,7 +48,8 @@ inline std::vector<std::string> Clipped(Forms::TCustomForm* form) {
     const int room = push ? width - 2 * frame : width;
     if ((label || push) && e.cx > room)
       clipped.push_back(name + ": text " + std::to_string(e.cx) + " wide in " + std::to_string(room));
-    if (e.cy > height) clipped.push_back(name + ": text " + std::to_string(e.cy) + " high in " + std::to_string(height));
+    if (e.cy > height)
+      clipped.push_back(name + ": text " + std::to_string(e.cy) + " high in " + std::to_string(height));
   }
   return clipped;
 }

@@ -108,24 +108,44 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
     std::vector<WORD> buttons;  // ids in order
     int slots;                  // the row is laid out this many buttons wide
     WORD defaultId;
-    const char* check;          // the check box's text, or null
+    const char* check;  // the check box's text, or null
   };
   const Row rows[] = {
       {"OK", MB_OK, {1}, 1, 1, nullptr},
-      {"Yes/No with both to-all buttons", MB_YESNO | MB_ICONQUESTION | XMB_YESTOALL | XMB_NOTOALL, {6, 11, 7, 12}, 4, 6,
+      {"Yes/No with both to-all buttons",
+       MB_YESNO | MB_ICONQUESTION | XMB_YESTOALL | XMB_NOTOALL,
+       {6, 11, 7, 12},
+       4,
+       6,
        nullptr},
       {"OK/Cancel with Yes to All: two shown, three laid out", MB_OKCANCEL | XMB_YESTOALL, {1, 2}, 3, 1, nullptr},
       {"third default", MB_ABORTRETRYIGNORE | MB_DEFBUTTON3 | MB_ICONWARNING, {3, 4, 5}, 3, 5, nullptr},
       {"fifth default of three falls back to the first", MB_YESNOCANCEL | XMB_DEFBUTTON5, {6, 7, 2}, 3, 6, nullptr},
-      {"sixth default of six", MB_YESNOCANCEL | XMB_YESTOALL | XMB_NOTOALL | MB_HELP | XMB_DEFBUTTON6,
-       {6, 11, 7, 12, 2, 300}, 6, 300, nullptr},
+      {"sixth default of six",
+       MB_YESNOCANCEL | XMB_YESTOALL | XMB_NOTOALL | MB_HELP | XMB_DEFBUTTON6,
+       {6, 11, 7, 12, 2, 300},
+       6,
+       300,
+       nullptr},
       {"set 6 with help: OK and Help", 6 | MB_HELP, {1, 300}, 1, 1, nullptr},
-      {"continue/abort, ask again", XMB_CONTINUEABORT | XMB_DONOTASKAGAIN | MB_ICONINFORMATION, {11, 3}, 2, 11,
+      {"continue/abort, ask again",
+       XMB_CONTINUEABORT | XMB_DONOTASKAGAIN | MB_ICONINFORMATION,
+       {11, 3},
+       2,
+       11,
        "Don't ask me again"},
-      {"asking wins over telling", MB_YESNO | XMB_DONOTTELLAGAIN | XMB_DONOTASKAGAIN, {6, 7}, 2, 6,
+      {"asking wins over telling",
+       MB_YESNO | XMB_DONOTTELLAGAIN | XMB_DONOTASKAGAIN,
+       {6, 7},
+       2,
+       6,
        "Don't ask me again"},
-      {"tell again, system-modal question", MB_RETRYCANCEL | MB_SYSTEMMODAL | MB_ICONQUESTION | XMB_DONOTTELLAGAIN,
-       {4, 2}, 2, 4, "Don't tell me again"},
+      {"tell again, system-modal question",
+       MB_RETRYCANCEL | MB_SYSTEMMODAL | MB_ICONQUESTION | XMB_DONOTTELLAGAIN,
+       {4, 2},
+       2,
+       4,
+       "Don't tell me again"},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
@@ -172,10 +192,10 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
       EXPECT_EQ(ids[i], item.id);
       const bool button = ids[i] < 1000 || ids[i] == 5555;
       EXPECT_EQ(button ? 0x80 : 0x82, item.classCode);
-      const DWORD style = ids[i] == 5555              ? 0x50010003
-                          : !button                    ? 0x50000000
-                          : ids[i] == row.defaultId    ? 0x50010001
-                                                       : 0x50010000;
+      const DWORD style = ids[i] == 5555            ? 0x50010003
+                          : !button                 ? 0x50000000
+                          : ids[i] == row.defaultId ? 0x50010001
+                                                    : 0x50010000;
       EXPECT_EQ(style, item.style);
       EXPECT_EQ(p.left * 4 / bx, item.x);
       EXPECT_EQ(p.top * 8 / by, item.y);
@@ -262,16 +282,44 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
       {"OK with Escape", MB_OK, "Note", Escape, 0, IDOK, {1}, 1, false},
       {"OK/Cancel with Escape", MB_OKCANCEL | MB_ICONINFORMATION, "Note", Escape, 0, IDCANCEL, {1, 2}, 1, false},
       {"Yes/No: Escape does nothing, then No", MB_YESNO, "Q", EscapeThenPress, IDNO, IDNO, {6, 7}, 6, true},
-      {"Yes/No: closing does nothing, then Yes", MB_YESNO | MB_ICONQUESTION, "Q", CloseThenPress, IDYES, IDYES, {6, 7},
-       6, true},
-      {"to-all buttons in their places", MB_YESNO | XMB_YESTOALL | XMB_NOTOALL | MB_DEFBUTTON2, "Q", Press, 12, 12,
-       {6, 11, 7, 12}, 11, true},
+      {"Yes/No: closing does nothing, then Yes",
+       MB_YESNO | MB_ICONQUESTION,
+       "Q",
+       CloseThenPress,
+       IDYES,
+       IDYES,
+       {6, 7},
+       6,
+       true},
+      {"to-all buttons in their places",
+       MB_YESNO | XMB_YESTOALL | XMB_NOTOALL | MB_DEFBUTTON2,
+       "Q",
+       Press,
+       12,
+       12,
+       {6, 11, 7, 12},
+       11,
+       true},
       {"ticked and No", MB_YESNO | XMB_DONOTASKAGAIN, "Q", TickThenPress, IDNO, 0x01000007, {6, 7}, 6, true},
-      {"ticked and OK", MB_OK | XMB_DONOTTELLAGAIN | MB_ICONWARNING, "Q", TickThenPress, IDOK, 0x02000001, {1}, 1,
+      {"ticked and OK",
+       MB_OK | XMB_DONOTTELLAGAIN | MB_ICONWARNING,
+       "Q",
+       TickThenPress,
+       IDOK,
+       0x02000001,
+       {1},
+       1,
        false},
       {"Continue answers 11", XMB_CONTINUEABORT | XMB_DEFBUTTON5, "Q", Press, 11, 11, {11, 3}, 11, true},
-      {"help, then Retry", MB_RETRYCANCEL | MB_HELP | MB_DEFBUTTON3, nullptr, HelpThenPress, IDRETRY, IDRETRY,
-       {4, 2, 300}, 300, false},
+      {"help, then Retry",
+       MB_RETRYCANCEL | MB_HELP | MB_DEFBUTTON3,
+       nullptr,
+       HelpThenPress,
+       IDRETRY,
+       IDRETRY,
+       {4, 2, 300},
+       300,
+       false},
       {"empty caption, Abort", MB_ABORTRETRYIGNORE | MB_ICONSTOP, "", Press, IDABORT, IDABORT, {3, 4, 5}, 3, true},
   };
   for (const Row& row : rows) {
@@ -299,12 +347,23 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
       grayed = GetMenuState(GetSystemMenu(w, FALSE), SC_CLOSE, MF_BYCOMMAND) & MF_GRAYED;
       const DWORD thread = GetWindowThreadProcessId(w, nullptr);
       switch (row.act) {
-        case Escape: Key(thread, VK_ESCAPE); return true;
-        case EscapeThenPress: Key(thread, VK_ESCAPE), stayed = !Gone(w, 300); break;
-        case CloseThenPress: PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0), stayed = !Gone(w, 300); break;
-        case TickThenPress: Click(w, 5555); break;
-        case HelpThenPress: Click(w, 300), stayed = !Gone(w, 300); break;
-        case Press: break;
+        case Escape:
+          Key(thread, VK_ESCAPE, w);
+          return true;
+        case EscapeThenPress:
+          Key(thread, VK_ESCAPE, w), stayed = !Gone(w, 300);
+          break;
+        case CloseThenPress:
+          PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0), stayed = !Gone(w, 300);
+          break;
+        case TickThenPress:
+          Click(w, 5555);
+          break;
+        case HelpThenPress:
+          Click(w, 300), stayed = !Gone(w, 300);
+          break;
+        case Press:
+          break;
       }
       Click(w, row.press);
       return true;

@@ -47,9 +47,9 @@ struct Locale {
   int column;
 };
 inline const Locale locales[] = {{"ru_RU.UTF-8", 1251, 0x419, 1},
-               {"fr_FR.UTF-8", 1252, 0x40C, 2},
-               {"en_US.UTF-8", 1252, 0x409, 0},
-               {"de_DE.UTF-8", 1252, 0x407, 0}};  // no German table: English
+                                 {"fr_FR.UTF-8", 1252, 0x40C, 2},
+                                 {"en_US.UTF-8", 1252, 0x409, 0},
+                                 {"de_DE.UTF-8", 1252, 0x407, 0}};  // no German table: English
 
 // A UTF-8 text in a code page.
 inline std::string InCodePage(const char* utf8, unsigned codePage) {
