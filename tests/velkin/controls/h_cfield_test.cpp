@@ -132,10 +132,14 @@ TEST(HControlField, BindsByAcceptListAndClassChainAndNamesBothInItsErrors) {
   EXPECT_EQ("", std::string(field.GetText().c_str()));
 }
 
+struct Counted {
+  int calls = 0;
+};
+
 // Counts what reaches a control: its messages, its virtual setters and its
 // repaints, to show that writing the value it already has calls nothing.
 template <class Base>
-class Counting : public Base {
+class Counting : public Base, public Counted {
  public:
   using Base::Base;
   void WndProc(Controls::TMessage& message) override {
@@ -154,13 +158,6 @@ class Counting : public Base {
     ++calls;
     Base::Invalidate();
   }
-  int calls = 0;
-};
-
-struct Kind {
-  const char* name;
-  std::function<Controls::TControl*(Forms::TForm*)> make;
-  const char* served;  // T ext, H int, P osition, X max, N min, C hecked, S trings, I temIndex
 };
 
 template <class C>
@@ -173,133 +170,7 @@ std::function<Controls::TControl*(Forms::TForm*)> Make(std::function<void(C*)> s
   };
 }
 
-int Calls(Controls::TControl* c) {
-#define VELKIN_COUNT(T) \
-  if (auto* x = dynamic_cast<Counting<T>*>(c)) return x->calls;
-  VELKIN_COUNT(Stdctrls::TLabel)
-  VELKIN_COUNT(Stdctrls::TEdit)
-  VELKIN_COUNT(Stdctrls::TMemo)
-  VELKIN_COUNT(Stdctrls::TComboBox)
-  VELKIN_COUNT(Stdctrls::TListBox)
-  VELKIN_COUNT(Stdctrls::TCheckBox)
-  VELKIN_COUNT(Stdctrls::TRadioButton)
-  VELKIN_COUNT(Stdctrls::TButton)
-  VELKIN_COUNT(Buttons::TSpeedButton)
-  VELKIN_COUNT(Stdctrls::TScrollBar)
-  VELKIN_COUNT(Comctrls::TTrackBar)
-  VELKIN_COUNT(Comctrls::TProgressBar)
-  VELKIN_COUNT(Comctrls::TUpDown)
-#undef VELKIN_COUNT
-  ADD_FAILURE() << "not a counting control";
-  return -1;
-}
-
-TEST(HControlField, EachPropertyServesItsKindsAndGivesDefaultsElsewhere) {
-  const std::vector<Kind> kinds = {
-      {"label", Make<Stdctrls::TLabel>(), "TH"},
-      {"edit", Make<Stdctrls::TEdit>(), "TH"},
-      {"memo", Make<Stdctrls::TMemo>(), "TH"},
-      {"combo box", Make<Stdctrls::TComboBox>([](auto* c) {
-         c->GetItems()->Add("one");
-         c->GetItems()->Add("two");
-       }),
-       "THSI"},
-      {"list box", Make<Stdctrls::TListBox>([](auto* c) {
-         c->GetItems()->Add("one");
-         c->GetItems()->Add("two");
-       }),
-       "HSI"},
-      {"check box", Make<Stdctrls::TCheckBox>(), "THC"},
-      {"radio button", Make<Stdctrls::TRadioButton>(), "THC"},
-      {"button", Make<Stdctrls::TButton>(), "TH"},
-      {"speed button", Make<Buttons::TSpeedButton>([](auto* c) {
-         c->SetGroupIndex(1);  // so that it can stay down
-         c->SetAllowAllUp(true);
-       }),
-       "THC"},
-      {"scroll bar", Make<Stdctrls::TScrollBar>(), "HPXN"},
-      {"track bar", Make<Comctrls::TTrackBar>(), "HPXN"},
-      {"progress bar", Make<Comctrls::TProgressBar>(), "HPXN"},
-      {"up-down", Make<Comctrls::TUpDown>(), "HPXN"},
-  };
-  Forms::TForm form(nullptr);
-  form.Show();
-  HControlField field;
-  field.SetAccept(
-      "TCustomLabel;TCustomEdit;TCustomComboBox;TCustomListBox;TButtonControl;TSpeedButton;TScrollBar;TTrackBar;"
-      "TProgressBar;TCustomUpDown");
-
-  // Unbound: the defaults.
-  EXPECT_EQ("", std::string(field.GetText().c_str()));
-  EXPECT_TRUE(field.GetChecked());
-  EXPECT_TRUE(field.GetDown());
-  EXPECT_EQ(-1, field.GetItemIndex());
-  EXPECT_TRUE(field.GetEnabled());
-  EXPECT_TRUE(field.GetVisible());
-  EXPECT_EQ(nullptr, field.GetStrings());
-
-  for (const Kind& k : kinds) {
-    Controls::TControl* c = k.make(&form);
-    const std::string served = k.served;
-    const auto serves = [&](char p) { return served.find(p) != std::string::npos; };
-    field.SetControl(c);
-    ASSERT_EQ(c, field.GetControl()) << k.name;
-    const int start = Calls(c);
-    // Equal values first: nothing reaches the control.
-    field.SetText(field.GetText());
-    field.SetHint(field.GetHint());
-    field.SetPosition(field.GetPosition());
-    field.SetMax(field.GetMax());
-    field.SetMin(field.GetMin());
-    field.SetChecked(field.GetChecked());
-    field.SetItemIndex(field.GetItemIndex());
-    field.SetEnabled(field.GetEnabled());
-    field.SetVisible(field.GetVisible());
-    EXPECT_EQ(start, Calls(c)) << k.name << ": an equal value reached the control";
-
-    const std::string before = c->GetText().c_str();
-    field.SetText("new text");
-    EXPECT_EQ(serves('T') ? "new text" : before, std::string(c->GetText().c_str())) << k.name;
-    EXPECT_EQ(serves('T') ? "new text" : "", std::string(field.GetText().c_str())) << k.name;
-
-    field.SetHint("a hint");
-    EXPECT_EQ(serves('H') ? "a hint" : "", std::string(c->GetHint().c_str())) << k.name;
-    EXPECT_EQ(serves('H') ? "a hint" : "", std::string(field.GetHint().c_str())) << k.name;
-
-    field.SetMin(5);
-    field.SetMax(60);
-    field.SetPosition(25);
-    EXPECT_EQ(serves('N') ? 5 : 0, field.GetMin()) << k.name;
-    EXPECT_EQ(serves('X') ? 60 : 0, field.GetMax()) << k.name;
-    EXPECT_EQ(serves('P') ? 25 : 0, field.GetPosition()) << k.name;
-
-    const bool checkedBefore = field.GetChecked();
-    field.SetChecked(!checkedBefore);
-    EXPECT_EQ(serves('C') ? !checkedBefore : true, field.GetChecked()) << k.name;
-    EXPECT_EQ(field.GetChecked(), field.GetDown()) << k.name << ": Down is Checked";
-    field.SetDown(checkedBefore);
-    EXPECT_EQ(serves('C') ? checkedBefore : true, field.GetChecked()) << k.name;
-
-    EXPECT_EQ(serves('S'), field.GetStrings() != nullptr) << k.name;
-    if (serves('S')) {
-      Classes::TStrings* items = field.GetStrings();
-      field.SetStrings(nullptr);
-      EXPECT_EQ(items, field.GetStrings()) << k.name << ": lists are not replaced";
-    }
-    field.SetItemIndex(1);
-    EXPECT_EQ(serves('I') ? 1 : -1, field.GetItemIndex()) << k.name;
-
-    field.SetEnabled(false);
-    EXPECT_FALSE(c->GetEnabled()) << k.name;
-    EXPECT_FALSE(field.GetEnabled()) << k.name;
-    field.SetVisible(false);
-    EXPECT_FALSE(c->GetVisible()) << k.name;
-    field.SetEnabled(true);
-    field.SetVisible(true);
-    EXPECT_TRUE(c->GetEnabled() && c->GetVisible()) << k.name;
-    field.SetControl(nullptr);
-  }
-}
+int Calls(Controls::TControl* c) { return dynamic_cast<Counted&>(*c).calls; }
 
 // Which of a control's events hold a handler: k the five key and focus
 // events (k? when only some do), c OnClick, d OnDblClick, g OnChange, u an
@@ -326,10 +197,12 @@ std::string Hooks(Controls::TControl* c) {
   return s;
 }
 
-// Binding puts the field's handlers into each kind's own events, chosen in
-// a fixed order; the control's messages then reach the field's OnClick and
-// OnChange with the control as Sender. Unbinding clears the same events.
-TEST(HControlField, BindingHooksEachKindsEventsAndUnbindingClearsThem) {
+// For each kind of control: binding puts the field's handlers into the kind's
+// own events, chosen in a fixed order, and the control's messages then reach
+// the field's OnClick and OnChange with the control as Sender; each property
+// serves its kinds and gives the default elsewhere, and writing the value the
+// control has already reaches nothing. Unbinding clears the same events.
+TEST(HControlField, EachKindsEventsAndPropertiesAndDefaultsElsewhere) {
   Forms::TForm form(nullptr);
   form.SetBorderStyle(Forms::bsNone);
   form.SetBounds(0, 0, 300, 200);
@@ -346,7 +219,7 @@ TEST(HControlField, BindingHooksEachKindsEventsAndUnbindingClearsThem) {
   const auto bmClick = [&](Controls::TControl* c) { SendMessageA(wnd(c), BM_CLICK, 0, 0); };
   const auto clickIn = [&](Controls::TControl* c) { click(wnd(c), 5, 5); };
   const auto clickOnForm = [&](Controls::TControl*) { click(form.GetHandle(), 15, 15); };
-  const auto items = [](Stdctrls::TComboBox* c) {
+  const auto items = [](auto* c) {
     c->GetItems()->Add("one");
     c->GetItems()->Add("two");
   };
@@ -357,36 +230,43 @@ TEST(HControlField, BindingHooksEachKindsEventsAndUnbindingClearsThem) {
     const char* hooks;
     std::function<void(Controls::TControl*)> fire;  // through the control's own messages
     const char* heard;
+    // T ext, H int, P osition, X max, N min, C hecked, S trings, I temIndex; null: not checked
+    const char* served;
   } rows[] = {
       {"label", Make<Stdctrls::TLabel>([&](auto* c) {
          c->SetAutoSize(false);
          atTopLeft(c);
        }),
-       "c", clickOnForm, "click "},
-      {"edit", Make<Stdctrls::TEdit>(), "kc", clickIn, "click "},
-      {"memo", Make<Stdctrls::TMemo>(), "kc", clickIn, "click "},
-      {"drop-down combo box", Make<Stdctrls::TComboBox>(items), "kc", key(VK_DOWN), ""},
+       "c", clickOnForm, "click ", "TH"},
+      {"edit", Make<Stdctrls::TEdit>(), "kc", clickIn, "click ", "TH"},
+      {"memo", Make<Stdctrls::TMemo>(), "kc", clickIn, "click ", "TH"},
+      {"drop-down combo box", Make<Stdctrls::TComboBox>(items), "kc", key(VK_DOWN), "", "THSI"},
       {"drop-down list", Make<Stdctrls::TComboBox>([&](auto* c) {
          items(c);
          c->SetStyle(Stdctrls::csDropDownList);
        }),
-       "kcg", key(VK_DOWN), "change "},
-      {"list box", Make<Stdctrls::TListBox>([](auto* c) { c->GetItems()->Add("one"); }), "kcd",
+       "kcg", key(VK_DOWN), "change ", nullptr},
+      {"list box", Make<Stdctrls::TListBox>(items), "kcd",
        [&](Controls::TControl* c) {
          click(wnd(c), 5, 5);
          at(wnd(c), WM_LBUTTONDBLCLK, 5, 5);
          at(wnd(c), WM_LBUTTONUP, 5, 5);
        },
-       "click change "},
-      {"check box", Make<Stdctrls::TCheckBox>(), "kc", bmClick, "click "},
-      {"radio button", Make<Stdctrls::TRadioButton>(), "kc", bmClick, "click "},
-      {"button", Make<Stdctrls::TButton>(), "kc", bmClick, "click "},
-      {"speed button", Make<Buttons::TSpeedButton>(atTopLeft), "c", clickOnForm, "click "},
-      {"scroll bar", Make<Stdctrls::TScrollBar>(), "kg", key(VK_RIGHT), "change "},
-      {"track bar", Make<Comctrls::TTrackBar>(), "kg", key(VK_RIGHT), "change "},
-      {"progress bar", Make<Comctrls::TProgressBar>(), "k", nullptr, ""},
+       "click change ", "HSI"},
+      {"check box", Make<Stdctrls::TCheckBox>(), "kc", bmClick, "click ", "THC"},
+      {"radio button", Make<Stdctrls::TRadioButton>(), "kc", bmClick, "click ", "THC"},
+      {"button", Make<Stdctrls::TButton>(), "kc", bmClick, "click ", "TH"},
+      {"speed button", Make<Buttons::TSpeedButton>([&](auto* c) {
+         atTopLeft(c);
+         c->SetGroupIndex(1);  // so that it can stay down
+         c->SetAllowAllUp(true);
+       }),
+       "c", clickOnForm, "click ", "THC"},
+      {"scroll bar", Make<Stdctrls::TScrollBar>(), "kg", key(VK_RIGHT), "change ", "HPXN"},
+      {"track bar", Make<Comctrls::TTrackBar>(), "kg", key(VK_RIGHT), "change ", "HPXN"},
+      {"progress bar", Make<Comctrls::TProgressBar>(), "k", nullptr, "", "HPXN"},
       {"up-down", Make<Comctrls::TUpDown>(), "kua", [&](Controls::TControl* c) { click(wnd(c), 8, 2); },
-       "change click "},  // OnChanging, then OnClick once it moved
+       "change click ", "HPXN"},  // OnChanging, then OnClick once it moved
   };
 
   // The events the field raises, and whether the control is their Sender.
@@ -404,30 +284,100 @@ TEST(HControlField, BindingHooksEachKindsEventsAndUnbindingClearsThem) {
   field.SetAccept(
       "TCustomLabel;TCustomEdit;TCustomComboBox;TCustomListBox;TButtonControl;TSpeedButton;TScrollBar;TTrackBar;"
       "TProgressBar;TCustomUpDown");
+
+  // Unbound: the defaults.
+  EXPECT_EQ("", std::string(field.GetText().c_str()));
+  EXPECT_TRUE(field.GetChecked());
+  EXPECT_TRUE(field.GetDown());
+  EXPECT_EQ(-1, field.GetItemIndex());
+  EXPECT_TRUE(field.GetEnabled());
+  EXPECT_TRUE(field.GetVisible());
+  EXPECT_EQ(nullptr, field.GetStrings());
+
   field.SetOnClick({&heard, &Heard::Click});
   field.SetOnChange({&heard, &Heard::Change});
   for (const auto& r : rows) {
+    SCOPED_TRACE(r.name);
     Controls::TControl* c = r.make(&form);
     heard.control = c;
     heard.log.clear();
-    EXPECT_EQ("", Hooks(c)) << r.name << ": before binding";
+    EXPECT_EQ("", Hooks(c)) << "before binding";
     field.SetControl(c);
-    EXPECT_EQ(r.hooks, Hooks(c)) << r.name << ": bound";
+    ASSERT_EQ(c, field.GetControl());
+    EXPECT_EQ(r.hooks, Hooks(c)) << "bound";
+
+    const int start = Calls(c);
+    field.SetText(field.GetText());
+    field.SetHint(field.GetHint());
+    field.SetPosition(field.GetPosition());
+    field.SetMax(field.GetMax());
+    field.SetMin(field.GetMin());
+    field.SetChecked(field.GetChecked());
+    field.SetItemIndex(field.GetItemIndex());
+    field.SetEnabled(field.GetEnabled());
+    field.SetVisible(field.GetVisible());
+    EXPECT_EQ(start, Calls(c)) << "an equal value reached the control";
+
     if (r.fire) r.fire(c);
-    EXPECT_EQ(r.heard, heard.log) << r.name;
+    EXPECT_EQ(r.heard, heard.log);
     if (auto* combo = dynamic_cast<Stdctrls::TComboBox*>(c)) {
-      EXPECT_EQ(0, combo->GetItemIndex()) << r.name << ": the key chose an item";
+      EXPECT_EQ(0, combo->GetItemIndex()) << "the key chose an item";
     }
     if (auto* upDown = dynamic_cast<Comctrls::TUpDown*>(c)) {
-      EXPECT_EQ(1, upDown->GetPosition()) << r.name << ": AllowChange left as given";
+      EXPECT_EQ(1, upDown->GetPosition()) << "AllowChange left as given";
       for (bool allow : {false, true}) {
         bool given = allow;
         field.idUpDownChanging(c, given);
-        EXPECT_EQ(allow, given) << r.name << ": AllowChange untouched";
+        EXPECT_EQ(allow, given) << "AllowChange untouched";
       }
     }
+
+    if (r.served) {
+      const std::string served = r.served;
+      const auto serves = [&](char p) { return served.find(p) != std::string::npos; };
+      const std::string before = c->GetText().c_str();
+      field.SetText("new text");
+      EXPECT_EQ(serves('T') ? "new text" : before, std::string(c->GetText().c_str()));
+      EXPECT_EQ(serves('T') ? "new text" : "", std::string(field.GetText().c_str()));
+
+      field.SetHint("a hint");
+      EXPECT_EQ(serves('H') ? "a hint" : "", std::string(c->GetHint().c_str()));
+      EXPECT_EQ(serves('H') ? "a hint" : "", std::string(field.GetHint().c_str()));
+
+      field.SetMin(5);
+      field.SetMax(60);
+      field.SetPosition(25);
+      EXPECT_EQ(serves('N') ? 5 : 0, field.GetMin());
+      EXPECT_EQ(serves('X') ? 60 : 0, field.GetMax());
+      EXPECT_EQ(serves('P') ? 25 : 0, field.GetPosition());
+
+      const bool checkedBefore = field.GetChecked();
+      field.SetChecked(!checkedBefore);
+      EXPECT_EQ(serves('C') ? !checkedBefore : true, field.GetChecked());
+      EXPECT_EQ(field.GetChecked(), field.GetDown()) << "Down is Checked";
+      field.SetDown(checkedBefore);
+      EXPECT_EQ(serves('C') ? checkedBefore : true, field.GetChecked());
+
+      EXPECT_EQ(serves('S'), field.GetStrings() != nullptr);
+      if (serves('S')) {
+        Classes::TStrings* list = field.GetStrings();
+        field.SetStrings(nullptr);
+        EXPECT_EQ(list, field.GetStrings()) << "lists are not replaced";
+      }
+      field.SetItemIndex(1);
+      EXPECT_EQ(serves('I') ? 1 : -1, field.GetItemIndex());
+    }
+
+    field.SetEnabled(false);
+    EXPECT_FALSE(c->GetEnabled());
+    EXPECT_FALSE(field.GetEnabled());
+    field.SetVisible(false);
+    EXPECT_FALSE(c->GetVisible());
+    field.SetEnabled(true);
+    field.SetVisible(true);
+    EXPECT_TRUE(c->GetEnabled() && c->GetVisible());
     field.SetControl(nullptr);
-    EXPECT_EQ("", Hooks(c)) << r.name << ": unbound";
+    EXPECT_EQ("", Hooks(c)) << "unbound";
     delete c;
   }
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -142,44 +143,26 @@ struct Template {
 // top and left, two pixels before it on the bottom and right (with none, one
 // inside the parent's outer edge).
 TEST(HDynamicArray, EachSideStacksOnePixelPastItsLastSibling) {
-  const struct {
-    TAlign align;
-    const char* first;
-    const char* second;
-    const char* placedFirst;
-    const char* placedSecond;
-  } cases[] = {
-      {Controls::alTop, "0,0 W x41", "0,41 W x41", "0,0", "0,42"},
-      {Controls::alBottom, "0,B1 W x41", "0,B2 W x41", "0,p1", "0,p2"},
-      {Controls::alLeft, "0,0 220xH", "220,0 220xH", "0,0", "221,0"},
-      {Controls::alRight, "R1,0 220xH", "R2,0 220xH", "q1,0", "q2,0"},
-  };
-  for (const auto& c : cases) {
+  for (TAlign align : {Controls::alTop, Controls::alBottom, Controls::alLeft, Controls::alRight}) {
+    SCOPED_TRACE("align " + std::to_string(int(align)));
     Host host;
     host.box->SetBounds(0, 0, 500, 300);
     Template a, b;
     HDynamicArray array(nullptr, 0);
-    array.NewControl(nullptr, &a.form, host.box, c.align, 5, 5);
-    array.NewControl(nullptr, &b.form, host.box, c.align, 5, 5);
+    array.NewControl(nullptr, &a.form, host.box, align, 5, 5);
+    array.NewControl(nullptr, &b.form, host.box, align, 5, 5);
     const int w = host.box->GetClientWidth(), h = host.box->GetClientHeight();
-    auto expand = [&](std::string s) {
-      for (auto [from, to] : {std::pair<std::string, std::string>{"W ", std::to_string(w)},
-                              {"H", std::to_string(h)},
-                              {"B1", std::to_string(h - 41)},
-                              {"B2", std::to_string(h - 82)},
-                              {"R1", std::to_string(w - 220)},
-                              {"R2", std::to_string(w - 440)},
-                              {"p1", std::to_string(300 - 1)},
-                              {"p2", std::to_string(h - 41 - 2)},
-                              {"q1", std::to_string(500 - 1)},
-                              {"q2", std::to_string(w - 220 - 2)}})
-        if (auto at = s.find(from); at != std::string::npos) s.replace(at, from.size(), to);
-      return s;
+    const auto n = [](int v) { return std::to_string(v); };
+    // The bounds of the first and second panel, then where each was placed.
+    const std::map<TAlign, std::vector<std::string>> expected = {
+        {Controls::alTop, {"0,0 " + n(w) + "x41", "0,41 " + n(w) + "x41", "0,0", "0,42"}},
+        {Controls::alBottom,
+         {"0," + n(h - 41) + " " + n(w) + "x41", "0," + n(h - 82) + " " + n(w) + "x41", "0,299", "0," + n(h - 43)}},
+        {Controls::alLeft, {"0,0 220x" + n(h), "220,0 220x" + n(h), "0,0", "221,0"}},
+        {Controls::alRight, {n(w - 220) + ",0 220x" + n(h), n(w - 440) + ",0 220x" + n(h), "499,0", n(w - 222) + ",0"}},
     };
-    EXPECT_EQ(expand(c.first), Bounds(a.panel)) << "align " << int(c.align);
-    EXPECT_EQ(expand(c.second), Bounds(b.panel)) << "align " << int(c.align);
-    EXPECT_EQ(expand(c.placedFirst), a.panel->placed) << "align " << int(c.align) << ": placed";
-    EXPECT_EQ(expand(c.placedSecond), b.panel->placed) << "align " << int(c.align) << ": placed";
+    EXPECT_EQ(expected.at(align),
+              (std::vector<std::string>{Bounds(a.panel), Bounds(b.panel), a.panel->placed, b.panel->placed}));
     array.DeleteAll();
   }
 
