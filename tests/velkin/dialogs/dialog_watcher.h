@@ -53,12 +53,18 @@ inline RECT RectIn(HWND control) {
   return r;
 }
 
-// Sends a key press to the window focused in thread, as the keyboard would
-// (to fallback when the thread has lost the focus to another program).
-inline void Key(DWORD thread, WORD key, HWND fallback = nullptr) {
+// The focus and active window of a thread.
+inline GUITHREADINFO FocusOf(DWORD thread) {
   GUITHREADINFO info{};
   info.cbSize = sizeof info;
   GetGUIThreadInfo(thread, &info);
+  return info;
+}
+
+// Sends a key press to the window focused in thread, as the keyboard would
+// (to fallback when the thread has lost the focus to another program).
+inline void Key(DWORD thread, WORD key, HWND fallback = nullptr) {
+  const GUITHREADINFO info = FocusOf(thread);
   HWND target = info.hwndFocus ? info.hwndFocus : info.hwndActive ? info.hwndActive : fallback;
   PostMessageA(target, WM_KEYDOWN, key, 1);
   PostMessageA(target, WM_KEYUP, key, 0xC0000001);
@@ -83,7 +89,7 @@ class Watcher {
   ~Watcher() { Join(); }
 
   // Ends the wait for a window that is not coming (the call returned
-  // without showing one); Join then says false and Found() false.
+  // without showing one); Join then says false.
   void Stop() { stop_ = true; }
 
   // Waits for the watcher; true when it found the window and its act succeeded.
@@ -91,7 +97,6 @@ class Watcher {
     if (worker_.joinable()) worker_.join();
     return done_;
   }
-  bool Found() const { return found_; }
 
   // Waits (bounded) for the window matching filter in the constructing thread.
   HWND WaitFor(const std::function<bool(HWND)>& filter) const {
@@ -103,13 +108,10 @@ class Watcher {
     return nullptr;
   }
 
-  DWORD Thread() const { return thread_; }
-
  private:
   void Run() {
     HWND window = WaitFor(filter_);
-    found_ = window != nullptr;
-    done_ = found_ && act_(window);
+    done_ = window && act_(window);
     // What the act meant to close must go; if it stays, the act failed.
     for (DWORD waited = 0; done_ && IsWindow(window) && IsWindowVisible(window); waited += 10, Sleep(10))
       if (waited > timeoutMs_) done_ = false;
@@ -134,14 +136,10 @@ class Watcher {
   std::function<bool(HWND)> filter_;
   std::function<bool(HWND)> act_;
   DWORD timeoutMs_;
-  bool found_ = false, done_ = false;
+  bool done_ = false;
   std::atomic<bool> stop_ = false;
   std::thread worker_;
 };
-
-}  // namespace dialog_watcher
-
-namespace dialog_watcher {
 
 // Real keyboard input: keys down in order, then up in reverse (a chord such
 // as Ctrl+Enter), to whichever window has the focus.

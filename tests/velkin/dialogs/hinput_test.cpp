@@ -44,10 +44,7 @@ TEST(HIputDialog, AsAUserAnswersIt) {
       caption = Text(w);
       prompt = form->txtName->GetText().c_str();
       edit = Text(form->txtText->GetHandle());
-      GUITHREADINFO info{};
-      info.cbSize = sizeof info;
-      GetGUIThreadInfo(GetWindowThreadProcessId(w, nullptr), &info);
-      focused = info.hwndFocus == form->txtText->GetHandle();
+      focused = FocusOf(GetWindowThreadProcessId(w, nullptr)).hwndFocus == form->txtText->GetHandle();
       clipped = text_fit::Clipped(form);
       if (r.typed) {
         PostMessageA(form->txtText->GetHandle(), EM_SETSEL, 0, -1);

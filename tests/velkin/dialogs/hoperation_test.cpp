@@ -48,8 +48,14 @@ TEST(HOperation, OneWindowSharedByEveryHolderAndLaidOutByWhatItShows) {
             button = Shared()->btnAbort->GetHeight();
   probe.SetText(nullptr);
   ASSERT_EQ(nullptr, Shared());
+  // The stack below a text: nothing, the bar, the abort button, or both.
   const auto at = [](int y) { return std::to_string(y); };
-  const std::string t = at(2), b = at(2 + text + 2), a2 = at(2 + text + 2 + bar + 2), a1 = at(2 + text + 2);
+  const std::string t = "text@" + at(2), b = " bar@" + at(2 + text + 2);
+  const std::string plain = t + " h" + at(2 + text + 2 + 2), withBar = t + b + " h" + at(2 + text + 2 + bar + 2 + 2),
+                    both = t + b + " abort@" + at(2 + text + 2 + bar + 2) + " h" +
+                           at(2 + text + 2 + bar + 2 + button + 2 + 2),
+                    withAbort = t + " abort@" + at(2 + text + 2) + " h" + at(2 + text + 2 + button + 2 + 2);
+  const std::string copying = "shown use 1 \"Copying: 100% of %d\" ";
 
   std::unique_ptr<HOperation> one, two, three;
   const struct {
@@ -58,24 +64,18 @@ TEST(HOperation, OneWindowSharedByEveryHolderAndLaidOutByWhatItShows) {
     std::string shown;
   } steps[] = {
       {"a constructor's text is a format without arguments",
-       [&] { one = std::make_unique<HOperation>(nullptr, "Copying: 100%% of %d"); },
-       "shown use 1 \"Copying: 100% of %d\" text@" + t + " h" + at(2 + text + 2 + 2)},
-      {"progress shows the bar", [&] { one->SetProgress(50); },
-       "shown use 1 \"Copying: 100% of %d\" text@" + t + " bar@" + b + " h" + at(2 + text + 2 + bar + 2 + 2)},
-      {"the abort button below it", [&] { one->SetAbort(true); },
-       "shown use 1 \"Copying: 100% of %d\" text@" + t + " bar@" + b + " abort@" + a2 + " h" +
-           at(2 + text + 2 + bar + 2 + button + 2 + 2)},
-      {"progress 0 hides the bar and shrinks the window", [&] { one->SetProgress(0); },
-       "shown use 1 \"Copying: 100% of %d\" text@" + t + " abort@" + a1 + " h" + at(2 + text + 2 + button + 2 + 2)},
+       [&] { one = std::make_unique<HOperation>(nullptr, "Copying: 100%% of %d"); }, copying + plain},
+      {"progress shows the bar", [&] { one->SetProgress(50); }, copying + withBar},
+      {"the abort button below it", [&] { one->SetAbort(true); }, copying + both},
+      {"progress 0 hides the bar and shrinks the window", [&] { one->SetProgress(0); }, copying + withAbort},
       {"a second holder", [&] { two = std::make_unique<HOperation>(nullptr); },
-       "shown use 2 \"Copying: 100% of %d\" text@" + t + " abort@" + a1 + " h" + at(2 + text + 2 + button + 2 + 2)},
+       "shown use 2 \"Copying: 100% of %d\" " + withAbort},
       {"its text, formatted", [&] { two->SetText("File %d of %s", 3, "7"); },
-       "shown use 2 \"File 3 of 7\" text@" + t + " abort@" + a1 + " h" + at(2 + text + 2 + button + 2 + 2)},
+       "shown use 2 \"File 3 of 7\" " + withAbort},
       {"the first lets go with a null text", [&] { one->SetText(nullptr); },
-       "shown use 1 \"File 3 of 7\" text@" + t + " abort@" + a1 + " h" + at(2 + text + 2 + button + 2 + 2)},
+       "shown use 1 \"File 3 of 7\" " + withAbort},
       {"the first goes and lets go once more: the window goes with it", [&] { one.reset(); }, "none"},
-      {"the second's next text makes a new one", [&] { two->SetText("Again"); },
-       "shown use 1 \"Again\" text@" + t + " h" + at(2 + text + 2 + 2)},
+      {"the second's next text makes a new one", [&] { two->SetText("Again"); }, "shown use 1 \"Again\" " + plain},
       {"an empty text hides the window", [&] { two->SetText("%s", ""); }, "hidden use 1"},
       {"the last holder goes: the window is freed", [&] { two.reset(); }, "none"},
       {"asking whether it shows makes it, hidden",
@@ -90,7 +90,7 @@ TEST(HOperation, OneWindowSharedByEveryHolderAndLaidOutByWhatItShows) {
          three->IncShow();
          three->SetText(nullptr);
        },
-       "shown use 1 \"busy\" text@" + t + " h" + at(2 + text + 2 + 2)},
+       "shown use 1 \"busy\" " + plain},
       {"the second null text frees it", [&] { three->SetText(nullptr); }, "none"},
   };
   for (const auto& step : steps) {

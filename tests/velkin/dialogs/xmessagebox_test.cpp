@@ -70,16 +70,23 @@ Template Read(const std::vector<unsigned char>& bytes) {
   return t;
 }
 
-HFONT MessageFont() {
+LOGFONTA MessageFont() {
   NONCLIENTMETRICSA m{};
   m.cbSize = offsetof(NONCLIENTMETRICSA, iPaddedBorderWidth);
   SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, m.cbSize, &m, 0);
-  return CreateFontIndirectA(&m.lfMessageFont);
+  return m.lfMessageFont;
+}
+
+// 96-DPI pixels on this screen.
+int Px(int pixels) {
+  OwnedMemoryDC display(CreateDCA("DISPLAY", nullptr, nullptr, nullptr));
+  return MulDiv(pixels, GetDeviceCaps(display.get(), LOGPIXELSY), 96);
 }
 
 // What a text measures in the message font, as the box lays it out.
 SIZE Measure(const char* text, UINT format, int width) {
-  OwnedFont font(MessageFont());
+  const LOGFONTA message = MessageFont();
+  OwnedFont font(CreateFontIndirectA(&message));
   OwnedMemoryDC dc(CreateDCA("DISPLAY", nullptr, nullptr, nullptr));
   HGDIOBJ old = SelectObject(dc.get(), font.get());
   RECT r{0, 0, width, format & DT_SINGLELINE ? 16 : width};
@@ -88,18 +95,11 @@ SIZE Measure(const char* text, UINT format, int width) {
   return {r.right, r.bottom};
 }
 
-struct Px {
-  int left, top, right, bottom;
-};
-
 TEST(XMessageBox, TemplateOfEachStyleWord) {
   const LONG units = GetDialogBaseUnits();
   const int bx = static_cast<short>(LOWORD(units)), by = static_cast<short>(HIWORD(units));
   const int cxIcon = GetSystemMetrics(SM_CXICON), cyIcon = GetSystemMetrics(SM_CYICON);
   const int screen = GetSystemMetrics(SM_CXSCREEN);
-  OwnedMemoryDC display(CreateDCA("DISPLAY", nullptr, nullptr, nullptr));
-  const int dpi = GetDeviceCaps(display.get(), LOGPIXELSY);
-  const auto px = [dpi](int pixels) { return MulDiv(pixels, dpi, 96); };  // 96-DPI pixels on this screen
   const char* text = "Copy the folder and everything in it?";
 
   struct Row {
@@ -110,14 +110,10 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
     WORD defaultId;
     const char* check;  // the check box's text, or null
   };
+  const char *const ask = "Don't ask me again", *const tell = "Don't tell me again";
   const Row rows[] = {
       {"OK", MB_OK, {1}, 1, 1, nullptr},
-      {"Yes/No with both to-all buttons",
-       MB_YESNO | MB_ICONQUESTION | XMB_YESTOALL | XMB_NOTOALL,
-       {6, 11, 7, 12},
-       4,
-       6,
-       nullptr},
+      {"both to-all buttons", MB_YESNO | MB_ICONQUESTION | XMB_YESTOALL | XMB_NOTOALL, {6, 11, 7, 12}, 4, 6, nullptr},
       {"OK/Cancel with Yes to All: two shown, three laid out", MB_OKCANCEL | XMB_YESTOALL, {1, 2}, 3, 1, nullptr},
       {"third default", MB_ABORTRETRYIGNORE | MB_DEFBUTTON3 | MB_ICONWARNING, {3, 4, 5}, 3, 5, nullptr},
       {"fifth default of three falls back to the first", MB_YESNOCANCEL | XMB_DEFBUTTON5, {6, 7, 2}, 3, 6, nullptr},
@@ -128,24 +124,9 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
        300,
        nullptr},
       {"set 6 with help: OK and Help", 6 | MB_HELP, {1, 300}, 1, 1, nullptr},
-      {"continue/abort, ask again",
-       XMB_CONTINUEABORT | XMB_DONOTASKAGAIN | MB_ICONINFORMATION,
-       {11, 3},
-       2,
-       11,
-       "Don't ask me again"},
-      {"asking wins over telling",
-       MB_YESNO | XMB_DONOTTELLAGAIN | XMB_DONOTASKAGAIN,
-       {6, 7},
-       2,
-       6,
-       "Don't ask me again"},
-      {"tell again, system-modal question",
-       MB_RETRYCANCEL | MB_SYSTEMMODAL | MB_ICONQUESTION | XMB_DONOTTELLAGAIN,
-       {4, 2},
-       2,
-       4,
-       "Don't tell me again"},
+      {"continue/abort", XMB_CONTINUEABORT | XMB_DONOTASKAGAIN | MB_ICONINFORMATION, {11, 3}, 2, 11, ask},
+      {"asking wins over telling", MB_YESNO | XMB_DONOTTELLAGAIN | XMB_DONOTASKAGAIN, {6, 7}, 2, 6, ask},
+      {"system-modal", MB_RETRYCANCEL | MB_SYSTEMMODAL | MB_ICONQUESTION | XMB_DONOTTELLAGAIN, {4, 2}, 2, 4, tell},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
@@ -158,28 +139,28 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
 
     // Pixels: icon, text, the button row, the check box, the dialog.
     const bool icon = (row.style & MB_ICONMASK) != 0;
-    const SIZE m = Measure(text, DT_WORDBREAK, screen / 2 + px(100) - (icon ? cxIcon + px(16) : 0));
-    const int shift = icon ? cxIcon + px(8) : 0;
-    const Px textRect{px(16) + shift, px(16), m.cx + px(28) + shift, m.cy + px(21)};
-    const int rowTop = std::max(icon ? cyIcon + px(10) : 0, textRect.bottom) + px(8);
-    const int rowWidth = row.slots * px(88) - (px(88) - px(82));
-    int boxWidth = icon ? textRect.right + px(8) : textRect.right - textRect.left + px(16);
-    if (boxWidth <= rowWidth + px(32)) boxWidth = rowWidth + px(32);
-    int boxHeight = rowTop + px(23) + px(10);
-    std::vector<Px> expected;
+    const SIZE m = Measure(text, DT_WORDBREAK, screen / 2 + Px(100) - (icon ? cxIcon + Px(16) : 0));
+    const int shift = icon ? cxIcon + Px(8) : 0;
+    const RECT textRect{Px(16) + shift, Px(16), m.cx + Px(28) + shift, m.cy + Px(21)};
+    const int rowTop = std::max<int>(icon ? cyIcon + Px(10) : 0, textRect.bottom) + Px(8);
+    const int rowWidth = row.slots * Px(88) - (Px(88) - Px(82));
+    int boxWidth = icon ? textRect.right + Px(8) : textRect.right - textRect.left + Px(16);
+    if (boxWidth <= rowWidth + Px(32)) boxWidth = rowWidth + Px(32);
+    int boxHeight = rowTop + Px(23) + Px(10);
+    std::vector<RECT> expected;
     std::vector<WORD> ids;
-    if (icon) expected.push_back({px(8), px(8), cxIcon + px(10), cyIcon + px(10)}), ids.push_back(1000);
+    if (icon) expected.push_back({Px(8), Px(8), cxIcon + Px(10), cyIcon + Px(10)}), ids.push_back(1000);
     expected.push_back(textRect), ids.push_back(1001);
     const int x0 = (boxWidth - rowWidth) / 2;
     for (size_t i = 0; i < row.buttons.size(); ++i) {
-      const int left = x0 + static_cast<int>(i) * px(88);
-      expected.push_back({left, rowTop, left + px(82), rowTop + px(23)}), ids.push_back(row.buttons[i]);
+      const int left = x0 + static_cast<int>(i) * Px(88);
+      expected.push_back({left, rowTop, left + Px(82), rowTop + Px(23)}), ids.push_back(row.buttons[i]);
     }
     if (row.check) {
       const int w = Measure(row.check, DT_SINGLELINE, screen / 3).cx;
-      expected.push_back({px(17), rowTop + px(35), w + w / 3 + px(17), rowTop + px(51)}), ids.push_back(5555);
-      boxHeight = rowTop + px(59);
-      boxWidth = std::max(boxWidth, w + w / 3 + px(17));
+      expected.push_back({Px(17), rowTop + Px(35), w + w / 3 + Px(17), rowTop + Px(51)}), ids.push_back(5555);
+      boxHeight = rowTop + Px(59);
+      boxWidth = std::max(boxWidth, w + w / 3 + Px(17));
     }
     EXPECT_EQ(boxWidth * 4 / bx, t.header.cx);
     EXPECT_EQ(boxHeight * 8 / by, t.header.cy);
@@ -187,7 +168,7 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
     ASSERT_EQ(ids.size(), t.items.size());
     for (size_t i = 0; i < ids.size(); ++i) {
       const Item& item = t.items[i];
-      const Px& p = expected[i];
+      const RECT& p = expected[i];
       SCOPED_TRACE("item " + std::to_string(i) + ", id " + std::to_string(ids[i]));
       EXPECT_EQ(ids[i], item.id);
       const bool button = ids[i] < 1000 || ids[i] == 5555;
@@ -216,7 +197,6 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
 
 struct Button {
   int id;
-  std::wstring text;
   RECT rect;
   bool isDefault;
   LONG style;
@@ -229,17 +209,15 @@ std::vector<Button> Buttons(HWND box) {
   for (HWND c = GetWindow(box, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) {
     const LONG style = GetWindowLongA(c, GWL_STYLE);
     if (ClassOf(c) != "Button" || (style & BS_TYPEMASK) > BS_DEFPUSHBUTTON) continue;
-    buttons.push_back({GetDlgCtrlID(c), Text(c), RectIn(c), (style & BS_TYPEMASK) == BS_DEFPUSHBUTTON, style});
+    buttons.push_back({GetDlgCtrlID(c), RectIn(c), (style & BS_TYPEMASK) == BS_DEFPUSHBUTTON, style});
   }
   std::sort(buttons.begin(), buttons.end(), [](const Button& a, const Button& b) { return a.rect.left < b.rect.left; });
   return buttons;
 }
 
 // Waits (bounded) while box is shown; whether it went.
-bool Gone(HWND box, DWORD ms) {
-  for (DWORD waited = 0; waited < ms; waited += 10, Sleep(10))
-    if (!IsWindow(box) || !IsWindowVisible(box)) return true;
-  return false;
+bool Gone(HWND box) {
+  return Until([box] { return !IsWindow(box) || !IsWindowVisible(box); }, 300);
 }
 
 struct HelpCall {
@@ -282,34 +260,10 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
       {"OK with Escape", MB_OK, "Note", Escape, 0, IDOK, {1}, 1, false},
       {"OK/Cancel with Escape", MB_OKCANCEL | MB_ICONINFORMATION, "Note", Escape, 0, IDCANCEL, {1, 2}, 1, false},
       {"Yes/No: Escape does nothing, then No", MB_YESNO, "Q", EscapeThenPress, IDNO, IDNO, {6, 7}, 6, true},
-      {"Yes/No: closing does nothing, then Yes",
-       MB_YESNO | MB_ICONQUESTION,
-       "Q",
-       CloseThenPress,
-       IDYES,
-       IDYES,
-       {6, 7},
-       6,
-       true},
-      {"to-all buttons in their places",
-       MB_YESNO | XMB_YESTOALL | XMB_NOTOALL | MB_DEFBUTTON2,
-       "Q",
-       Press,
-       12,
-       12,
-       {6, 11, 7, 12},
-       11,
-       true},
+      {"Close ignored, then Yes", MB_YESNO | MB_ICONQUESTION, "Q", CloseThenPress, IDYES, IDYES, {6, 7}, 6, true},
+      {"to all", MB_YESNO | XMB_YESTOALL | XMB_NOTOALL | MB_DEFBUTTON2, "Q", Press, 12, 12, {6, 11, 7, 12}, 11, true},
       {"ticked and No", MB_YESNO | XMB_DONOTASKAGAIN, "Q", TickThenPress, IDNO, 0x01000007, {6, 7}, 6, true},
-      {"ticked and OK",
-       MB_OK | XMB_DONOTTELLAGAIN | MB_ICONWARNING,
-       "Q",
-       TickThenPress,
-       IDOK,
-       0x02000001,
-       {1},
-       1,
-       false},
+      {"ticked, OK", MB_OK | XMB_DONOTTELLAGAIN | MB_ICONWARNING, "Q", TickThenPress, IDOK, 0x02000001, {1}, 1, false},
       {"Continue answers 11", XMB_CONTINUEABORT | XMB_DEFBUTTON5, "Q", Press, 11, 11, {11, 3}, 11, true},
       {"help, then Retry",
        MB_RETRYCANCEL | MB_HELP | MB_DEFBUTTON3,
@@ -332,35 +286,30 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
     XMessageBoxSetSeams(seams);
     std::wstring caption, text;
     std::vector<Button> buttons;
-    HWND focus = nullptr;
     bool grayed = false, stayed = true, iconShown = false;
     Watcher watcher([&](HWND w) {
       caption = Text(w);
       text = Text(GetDlgItem(w, 1001));
       iconShown = GetDlgItem(w, 1000) != nullptr;
       buttons = Buttons(w);
-      GUITHREADINFO info{};
-      info.cbSize = sizeof info;
-      GetGUIThreadInfo(GetWindowThreadProcessId(w, nullptr), &info);
-      focus = info.hwndFocus;
-      for (Button& b : buttons) b.focused = GetDlgItem(w, b.id) == focus;
       grayed = GetMenuState(GetSystemMenu(w, FALSE), SC_CLOSE, MF_BYCOMMAND) & MF_GRAYED;
       const DWORD thread = GetWindowThreadProcessId(w, nullptr);
+      for (Button& b : buttons) b.focused = GetDlgItem(w, b.id) == FocusOf(thread).hwndFocus;
       switch (row.act) {
         case Escape:
           Key(thread, VK_ESCAPE, w);
           return true;
         case EscapeThenPress:
-          Key(thread, VK_ESCAPE, w), stayed = !Gone(w, 300);
+          Key(thread, VK_ESCAPE, w), stayed = !Gone(w);
           break;
         case CloseThenPress:
-          PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0), stayed = !Gone(w, 300);
+          PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0), stayed = !Gone(w);
           break;
         case TickThenPress:
           Click(w, 5555);
           break;
         case HelpThenPress:
-          Click(w, 300), stayed = !Gone(w, 300);
+          Click(w, 300), stayed = !Gone(w);
           break;
         case Press:
           break;
@@ -380,15 +329,12 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
     EXPECT_EQ((row.style & MB_ICONMASK) != 0, iconShown);
     EXPECT_EQ(row.closeGrayed, grayed);
     std::vector<int> ids;
-    int defaults = 0;
     for (const Button& b : buttons) {
       ids.push_back(b.id);
-      defaults += b.isDefault;
       EXPECT_EQ(b.id == row.defaultId, b.isDefault) << "button " << b.id << " " << std::hex << b.style;
       EXPECT_EQ(b.id == row.defaultId, b.focused) << "button " << b.id << " has the focus";
     }
     EXPECT_EQ(row.ids, ids);
-    EXPECT_EQ(1, defaults) << "one default button";
     for (size_t i = 1; i < buttons.size(); ++i)
       EXPECT_EQ(buttons[i - 1].rect.right - buttons[i - 1].rect.left, buttons[i].rect.right - buttons[i].rect.left);
     if (row.act == HelpThenPress) {
@@ -459,11 +405,6 @@ std::wstring English(int id) {
 // the table's language, none clipped, the row of buttons in proportion.
 TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
   OwnedMemoryDC display(CreateDCA("DISPLAY", nullptr, nullptr, nullptr));
-  const int dpi = GetDeviceCaps(display.get(), LOGPIXELSY);
-  const auto px = [dpi](int pixels) { return MulDiv(pixels, dpi, 96); };
-  NONCLIENTMETRICSA metrics{};
-  metrics.cbSize = offsetof(NONCLIENTMETRICSA, iPaddedBorderWidth);
-  SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
 
   struct Row {
     unsigned style;
@@ -518,9 +459,9 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
           EXPECT_EQ(string == 9001 ? L"OK" : builtIn ? English(string) : string_texts::Shown(string), s.text);
         }
         if (s.id == 1000) continue;
-        EXPECT_EQ(metrics.lfMessageFont.lfHeight, s.font.lfHeight) << "in the message font";
+        EXPECT_EQ(MessageFont().lfHeight, s.font.lfHeight) << "in the message font";
         // The room a control leaves around its text: a button's frame, a check box's box.
-        const int frame = s.id == 5555 ? GetSystemMetrics(SM_CXMENUCHECK) + px(4) : s.id == 1001 ? 0 : px(6);
+        const int frame = s.id == 5555 ? GetSystemMetrics(SM_CXMENUCHECK) + Px(4) : s.id == 1001 ? 0 : Px(6);
         EXPECT_LE(s.extent.right - s.extent.left + frame, s.client.right) << "text width";
         EXPECT_LE(s.extent.bottom - s.extent.top, s.client.bottom) << "text height";
         if (s.id < 1000) buttons.push_back(s.placed);
@@ -531,10 +472,10 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
       const int unitX = LOWORD(units) / 4 + 1, unitY = HIWORD(units) / 8 + 1;
       std::sort(buttons.begin(), buttons.end(), [](const RECT& a, const RECT& b) { return a.left < b.left; });
       for (size_t i = 0; i < buttons.size(); ++i) {
-        EXPECT_NEAR(px(82), buttons[i].right - buttons[i].left, unitX) << "button width in proportion";
-        EXPECT_NEAR(px(23), buttons[i].bottom - buttons[i].top, unitY) << "button height in proportion";
+        EXPECT_NEAR(Px(82), buttons[i].right - buttons[i].left, unitX) << "button width in proportion";
+        EXPECT_NEAR(Px(23), buttons[i].bottom - buttons[i].top, unitY) << "button height in proportion";
         if (i > 0) {
-          EXPECT_NEAR(px(6), buttons[i].left - buttons[i - 1].right, 2 * unitX) << "gap in proportion";
+          EXPECT_NEAR(Px(6), buttons[i].left - buttons[i - 1].right, 2 * unitX) << "gap in proportion";
         }
       }
     }
