@@ -17,27 +17,17 @@
 #include "platform/vcl/application.h"
 #include "platform/vcl/forms.h"
 #include "platform/vcl/sysutils.h"
+#include "tests/velkin/resources/string_texts.h"
 
 namespace {
 
 using System::AnsiString;
 
-std::string Ansi(const wchar_t* text) {
-  char out[512] = {};
-  WideCharToMultiByte(CP_ACP, 0, text, -1, out, sizeof out, nullptr, nullptr);
-  return out;
-}
-
-// The three texts in the user's language, as the string tables hold them.
-struct Texts {
-  std::string unsupportedAccept, supportedOnly, unsupportedClass;
-};
-Texts Expected() {
-  if (PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_RUSSIAN)
-    return {Ansi(L"Попытка установить неизвестный тип как допустимый"), Ansi(L"Только поддерживаемые типы"),
-            Ansi(L"Нельзя присвоить обьекту обьект другого типа")};
-  return {"Trying to set as acceptable unsupported type", "Supported types only",
-          "Can not assign object of non supported class type"};
+// A table text in the user's language and the process's code page.
+std::string Table(int id) {
+  for (const auto& t : string_texts::texts)
+    if (t.id == id) return string_texts::InCodePage(t.text[string_texts::Column()], GetACP());
+  return "(no text " + std::to_string(id) + ")";
 }
 
 std::string Raised(const std::function<void()>& call) {
@@ -57,7 +47,9 @@ TEST(HControlField, BindsByAcceptListAndClassChainAndNamesBothInItsErrors) {
   if (const char* lcAll = std::getenv("LC_ALL"); lcAll && std::string(lcAll).rfind("ru", 0) == 0) {
     ASSERT_EQ(LANG_RUSSIAN, PRIMARYLANGID(GetUserDefaultUILanguage())) << "LC_ALL=" << lcAll;
   }
-  const Texts t = Expected();
+  const struct {
+    std::string unsupportedAccept = Table(1001), supportedOnly = Table(1002), unsupportedClass = Table(1003);
+  } t;
   Forms::TForm form(nullptr);
   auto* edit = new Stdctrls::TEdit(&form);
   edit->SetParent(&form);
