@@ -70,8 +70,9 @@ inline void Key(DWORD thread, WORD key, HWND fallback = nullptr) {
   PostMessageA(target, WM_KEYUP, key, 0xC0000001);
 }
 
-// Posts a click to a button of a dialog (by control id).
-inline void Click(HWND dialog, int id) { PostMessageA(GetDlgItem(dialog, id), BM_CLICK, 0, 0); }
+// Posts a click to a button, or to a button of a dialog (by control id).
+inline void Click(HWND button) { PostMessageA(button, BM_CLICK, 0, 0); }
+inline void Click(HWND dialog, int id) { Click(GetDlgItem(dialog, id)); }
 
 // Runs act(window) on a thread of its own once a window that passes filter is
 // shown by the constructing thread; act returns whether it closed what it
@@ -161,10 +162,11 @@ inline void Keys(std::initializer_list<WORD> keys) {
   SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
 }
 
-// Types text as keystrokes to the focused window (letters, digits, spaces).
+// Types text as keystrokes to the focused window (letters, digits, spaces;
+// "\n" as Enter).
 inline void Type(const std::string& text) {
   for (char c : text) {
-    const SHORT key = VkKeyScanA(c);
+    const SHORT key = c == '\n' ? VK_RETURN : VkKeyScanA(c);
     if (HIBYTE(key) & 1)
       Keys({VK_SHIFT, static_cast<WORD>(LOBYTE(key))});
     else

@@ -20,18 +20,17 @@ bool IsInputForm(HWND w) { return Open(w) != nullptr; }
 
 TEST(HIputDialog, AsAUserAnswersIt) {
   Forms::Application->Initialize();
-  enum Finish { Enter, OkButton, Escape, CloseButton };
   const struct {
     const char* what;
     const char* typed;  // null: typing nothing
-    Finish finish;
+    std::function<void(THInputForm*)> finish;
     bool result;
     const char* value;
   } rows[] = {
-      {"typed and Enter", "report 2", Enter, true, "report 2"},
-      {"kept and OK", nullptr, OkButton, true, "draft"},
-      {"typed and Escape", "lost", Escape, false, "draft"},
-      {"typed and Close", "lost", CloseButton, false, "draft"},
+      {"typed and Enter", "report 2", [](THInputForm*) { Keys({VK_RETURN}); }, true, "report 2"},
+      {"kept and OK", nullptr, [](THInputForm* f) { Click(f->Button2->GetHandle()); }, true, "draft"},
+      {"typed and Escape", "lost", [](THInputForm*) { Keys({VK_ESCAPE}); }, false, "draft"},
+      {"typed and Close", "lost", [](THInputForm* f) { Click(f->Button1->GetHandle()); }, false, "draft"},
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.what);
@@ -53,20 +52,7 @@ TEST(HIputDialog, AsAUserAnswersIt) {
                 [&] { return Text(form->txtText->GetHandle()) == std::wstring(r.typed, r.typed + strlen(r.typed)); }))
           return false;
       }
-      switch (r.finish) {
-        case Enter:
-          Keys({VK_RETURN});
-          break;
-        case Escape:
-          Keys({VK_ESCAPE});
-          break;
-        case OkButton:
-          PostMessageA(form->Button2->GetHandle(), BM_CLICK, 0, 0);
-          break;
-        case CloseButton:
-          PostMessageA(form->Button1->GetHandle(), BM_CLICK, 0, 0);
-          break;
-      }
+      r.finish(form);
       return true;
     });
     System::AnsiString value = "draft";

@@ -54,29 +54,19 @@ Seen Drive(const std::function<bool()>& open, const std::string& typed, Finish f
     seen.ok = RectIn(form->NvOS8PushButton1->GetHandle());
     seen.close = RectIn(form->NvOS8PushButton2->GetHandle());
     const int length = GetWindowTextLengthA(memo);
-    for (char c : typed) {
-      if (c == '\n')
-        Keys({VK_RETURN});
-      else
-        Type(std::string(1, c));
-    }
+    Type(typed);
     if (!Until([&] {
           return GetWindowTextLengthA(memo) == length + static_cast<int>(typed.size()) +
                                                    static_cast<int>(std::count(typed.begin(), typed.end(), '\n'));
         }))
       return false;
     seen.counterAfter = form->txtLines->GetText().c_str();
-    switch (finish) {
-      case CtrlEnter:
-        Keys({VK_CONTROL, VK_RETURN});
-        break;
-      case Escape:
-        Keys({VK_ESCAPE});
-        break;
-      case OkButton:
-        PostMessageA(form->NvOS8PushButton1->GetHandle(), BM_CLICK, 0, 0);
-        break;
-    }
+    if (finish == OkButton)
+      Click(form->NvOS8PushButton1->GetHandle());
+    else if (finish == Escape)
+      Keys({VK_ESCAPE});
+    else
+      Keys({VK_CONTROL, VK_RETURN});
     return true;
   });
   result = open();
