@@ -71,7 +71,6 @@ TEST(HClassArray, CopiesOfRegisteredSamplesAreNamelessAndKeepTheSamplesValues) {
   EXPECT_EQ(before + 8, form.GetComponentCount());
   EXPECT_EQ(12, static_cast<Stdctrls::TEdit*>(target.GetControl(1))->GetMaxLength());
   EXPECT_EQ(Extctrls::bvLowered, static_cast<Extctrls::TPanel*>(target.GetControl(3))->GetBevelOuter());
-  EXPECT_EQ(0, target.GetControl(3)->GetName().Length());
 
   // Without a parent, the copy is only owned.
   Controls::TControl* loose = dynamic_cast<Controls::TControl*>(classes[0]->Create(&form, nullptr));

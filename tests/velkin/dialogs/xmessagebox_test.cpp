@@ -295,25 +295,13 @@ TEST(XMessageBox, TheBoxAsAUserSeesAndPressesIt) {
       grayed = GetMenuState(GetSystemMenu(w, FALSE), SC_CLOSE, MF_BYCOMMAND) & MF_GRAYED;
       const DWORD thread = GetWindowThreadProcessId(w, nullptr);
       for (Button& b : buttons) b.focused = GetDlgItem(w, b.id) == FocusOf(thread).hwndFocus;
-      switch (row.act) {
-        case Escape:
-          Key(thread, VK_ESCAPE, w);
-          return true;
-        case EscapeThenPress:
-          Key(thread, VK_ESCAPE, w), stayed = !Gone(w);
-          break;
-        case CloseThenPress:
-          PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0), stayed = !Gone(w);
-          break;
-        case TickThenPress:
-          Click(w, 5555);
-          break;
-        case HelpThenPress:
-          Click(w, 300), stayed = !Gone(w);
-          break;
-        case Press:
-          break;
-      }
+      // What comes first; Escape alone ends the box, the rest must leave it open.
+      if (row.act == Escape || row.act == EscapeThenPress) Key(thread, VK_ESCAPE, w);
+      if (row.act == Escape) return true;
+      if (row.act == CloseThenPress) PostMessageA(w, WM_SYSCOMMAND, SC_CLOSE, 0);
+      if (row.act == TickThenPress) Click(w, 5555);
+      if (row.act == HelpThenPress) Click(w, 300);
+      if (row.act != Press && row.act != TickThenPress) stayed = !Gone(w);
       Click(w, row.press);
       return true;
     });
