@@ -146,19 +146,15 @@ class Watcher {
 // as Ctrl+Enter), to whichever window has the focus.
 inline void Keys(std::initializer_list<WORD> keys) {
   std::vector<INPUT> input;
-  for (WORD k : keys) {
+  const auto add = [&input](WORD key, DWORD flags) {
     INPUT i{};
     i.type = INPUT_KEYBOARD;
-    i.ki.wVk = k;
+    i.ki.wVk = key;
+    i.ki.dwFlags = flags;
     input.push_back(i);
-  }
-  for (auto k = keys.end(); k != keys.begin();) {
-    INPUT i{};
-    i.type = INPUT_KEYBOARD;
-    i.ki.wVk = *--k;
-    i.ki.dwFlags = KEYEVENTF_KEYUP;
-    input.push_back(i);
-  }
+  };
+  for (WORD k : keys) add(k, 0);
+  for (auto k = keys.end(); k != keys.begin();) add(*--k, KEYEVENTF_KEYUP);
   SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
 }
 
