@@ -191,7 +191,7 @@ TEST(HDynamicArray, SortedArraysInsertBeforeAnEqualKeyAndFindByIt) {
   Host host;
   std::vector<std::unique_ptr<TRowForm>> rows;
   for (int i = 0; i < 5; ++i) rows.push_back(std::make_unique<TRowForm>(nullptr));
-  char b1[] = "b", a[] = "A", c[] = "c", b2[] = "B";
+  char b1[] = "b", a[] = "A", c[] = "c", b2[] = "B", lookFor[] = "C", missing[] = "d";
   HDynamicArray byName(&HDynamicArray::idStringCmp, 0);
   char* keys[] = {b1, a, c, b2};
   for (int i = 0; i < 4; ++i) byName.NewControl(keys[i], rows[i].get(), host.box, Controls::alNone, -1, -1);
@@ -199,9 +199,7 @@ TEST(HDynamicArray, SortedArraysInsertBeforeAnEqualKeyAndFindByIt) {
   for (int i = 0; i < byName.Count(); ++i) order += static_cast<const char*>(byName.Item(i)->Data);
   EXPECT_EQ("ABbc", order) << "case folded; the second b before the first";
   EXPECT_EQ(rows[3].get(), byName.Item(1)->Form);
-  char lookFor[] = "C";
   EXPECT_EQ(3, byName.Locate(lookFor));
-  char missing[] = "d";
   EXPECT_EQ(-1, byName.Locate(missing));
   byName.DeleteAll();
 
