@@ -52,48 +52,42 @@ TEST(TApplication, WindowTitleMessagesAndIdleTime) {
 
   // With nothing to do, HandleMessage runs OnIdle; Done = false: no wait for
   // a message after it (the timer ends a wait that should not happen).
-  struct Idle {
-    int runs = 0;
-    void Run(System::TObject*, bool& done) { ++runs, done = false; }
-  } idle;
-  Application->SetOnIdle({&idle, &Idle::Run});
+  int idle = 0;
+  Handlers on;
+  Application->SetOnIdle(on.Do([&](System::TObject*, bool& done) { ++idle, done = false; }));
   const UINT_PTR bound = SetTimer(nullptr, 0, 2000, &Nothing);
-  for (int i = 0; i < 1000 && idle.runs == 0; ++i) Application->HandleMessage();
+  for (int i = 0; i < 1000 && idle == 0; ++i) Application->HandleMessage();
   KillTimer(nullptr, bound);
   Application->SetOnIdle({});
-  EXPECT_EQ(1, idle.runs);
+  EXPECT_EQ(1, idle);
 }
 
 TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
   Application->Initialize();
   Application->SetTitle("Orders");
-  struct Catcher {
-    std::string seen;
-    std::function<void()> fail;
-    void Caught(System::TObject* sender, const Sysutils::Exception& e) {
-      seen += std::string(sender == Application ? "" : "(another sender) ") + e.Message.c_str() + "|";
-    }
-    void IdleFails(System::TObject*, bool& done) {
-      done = false;
-      throw Sysutils::Exception("idle failed");
-    }
-    void Click(System::TObject*) { fail(); }
-  } catcher;
-  Application->SetOnException({&catcher, &Catcher::Caught});
+  std::string seen;
+  std::function<void()> fail;
+  Handlers on;
+  Application->SetOnException(on.Do([&](System::TObject* sender, const Sysutils::Exception& e) {
+    seen += std::string(sender == Application ? "" : "(another sender) ") + e.Message.c_str() + "|";
+  }));
   TForm form(nullptr);
   auto* button = Make<Stdctrls::TButton>(&form, &form);
-  button->SetOnClick({&catcher, &Catcher::Click});
-  const auto press = [&](std::function<void()> fail) {
-    catcher.fail = std::move(fail);
+  button->SetOnClick(on.Do([&](System::TObject*) { fail(); }));
+  const auto press = [&](std::function<void()> failure) {
+    fail = std::move(failure);
     SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
   };
   press([] { throw Sysutils::EConvertError("not a number"); });
   press([] { throw std::runtime_error("out of range"); });
-  Application->SetOnIdle({&catcher, &Catcher::IdleFails});
+  Application->SetOnIdle(on.Do([](System::TObject*, bool& done) {
+    done = false;
+    throw Sysutils::Exception("idle failed");
+  }));
   Application->ProcessMessages();
-  for (int i = 0; i < 1000 && catcher.seen.find("idle") == std::string::npos; ++i) Application->HandleMessage();
+  for (int i = 0; i < 1000 && seen.find("idle") == std::string::npos; ++i) Application->HandleMessage();
   Application->SetOnIdle({});
-  EXPECT_EQ("not a number|out of range|idle failed|", catcher.seen);
+  EXPECT_EQ("not a number|out of range|idle failed|", seen);
 
   // Without a handler the message is shown, titled with the title; a user
   // presses OK.
@@ -168,20 +162,18 @@ TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
   const std::unique_ptr<TForm> mainGoes(main), secondGoes(second);
   EXPECT_EQ(main, Application->GetMainForm()) << "the first form made is the main form";
 
-  struct Catcher {
-    std::string seen;
-    void Caught(System::TObject*, const Sysutils::Exception& e) { seen += e.Message.c_str(); }
-    void Fail() { throw Sysutils::Exception("queued call failed"); }
-  } catcher;
-  Application->SetOnException({&catcher, &Catcher::Caught});
-  TQueuer queuer(Classes::TThreadMethod(&catcher, &Catcher::Fail));
+  std::string seen;
+  Handlers on;
+  Application->SetOnException(
+      on.Do([&](System::TObject*, const Sysutils::Exception& e) { seen += e.Message.c_str(); }));
+  TQueuer queuer(on.Do([] { throw Sysutils::Exception("queued call failed"); }));
   ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(queuer.GetHandle(), 10000));
 
   bool shown = false;
   std::string failure;
   loop_driver::Drive(
       {[&] {
-         if (!IsWindowVisible(main->GetHandle()) || catcher.seen.empty()) return false;
+         if (!IsWindowVisible(main->GetHandle()) || seen.empty()) return false;
          shown = !IsWindowVisible(second->GetHandle());
          // A user types a line and presses Add.
          main->memo->SetFocus();
@@ -201,7 +193,7 @@ TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
       });
   EXPECT_EQ("", failure) << "Run let an exception out";
   EXPECT_TRUE(loop_driver::Finished());
-  EXPECT_EQ("queued call failed", catcher.seen);
+  EXPECT_EQ("queued call failed", seen);
   EXPECT_TRUE(shown) << "the main form shown, the other not";
   ASSERT_EQ(1, main->list->GetItems()->GetCount());
   EXPECT_EQ("bolts", Str(main->list->GetItems()->Get(0)));

@@ -21,15 +21,6 @@ std::string Limits(int min, int max, int position) {
   return std::to_string(min) + ".." + std::to_string(max) + " at " + std::to_string(position);
 }
 
-struct TEvents {
-  int changes = 0, clicks = 0, asked = 0;
-  TUDBtnType last = btPrev;
-  bool allow = true;
-  void Change(System::TObject*) { ++changes; }
-  void Click(System::TObject*, TUDBtnType button) { ++clicks, last = button; }
-  void Changing(System::TObject*, bool& allow_) { ++asked, allow_ = allow; }
-};
-
 TEST(TProgressBar, AndUpDownKeepTheNative16BitValues) {
   Forms::TForm form(nullptr);
   auto* bar = Make<TProgressBar>(&form, &form);
@@ -85,9 +76,12 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   updown->SetMax(10);
   updown->SetIncrement(3);
   updown->SetAssociate(edit);
-  TEvents events;
-  updown->SetOnClick({&events, &TEvents::Click});
-  updown->SetOnChanging({&events, &TEvents::Changing});
+  int clicks = 0, asked = 0;
+  TUDBtnType last = btPrev;
+  bool allow = true;
+  Handlers on;
+  updown->SetOnClick(on.Do([&](System::TObject*, TUDBtnType button) { ++clicks, last = button; }));
+  updown->SetOnChanging(on.Do([&](System::TObject*, bool& allowChange) { ++asked, allowChange = allow; }));
   HWND w = updown->GetHandle();
   EXPECT_EQ("0", Str(edit->GetText())) << "the buddy shows the position";
 
@@ -110,15 +104,15 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
       {"refused", true, false, 6, 2, btNext},     {"down", false, true, 3, 3, btPrev},
       {"up once more", true, true, 6, 4, btNext},
   };
-  int asked = 0;
+  int asks = 0;
   for (const Step& s : steps) {
-    events.allow = s.allow;
+    allow = s.allow;
     press(s.upper);
-    EXPECT_EQ(++asked, events.asked) << s.what << ": OnChanging asked once";
+    EXPECT_EQ(++asks, asked) << s.what << ": OnChanging asked once";
     EXPECT_EQ(s.position, updown->GetPosition()) << s.what;
     EXPECT_EQ(std::to_string(s.position), Str(edit->GetText())) << s.what << ": buddy";
-    EXPECT_EQ(s.clicks, events.clicks) << s.what;
-    EXPECT_EQ(s.button, events.last) << s.what;
+    EXPECT_EQ(s.clicks, clicks) << s.what;
+    EXPECT_EQ(s.button, last) << s.what;
   }
   delete edit;  // the up-down forgets its buddy
   EXPECT_EQ(nullptr, updown->GetAssociate());
@@ -147,16 +141,16 @@ TEST(TScrollBar, AndTrackBarFollowTheirWindowsKeys) {
   Forms::TForm form(nullptr);
   auto* scroll = Make<Stdctrls::TScrollBar>(&form, &form);
   auto* track = Make<TTrackBar>(&form, &form);
-  TEvents scrolled, tracked;
-  scroll->SetOnChange({&scrolled, &TEvents::Change});
-  track->SetOnChange({&tracked, &TEvents::Change});
+  Counter scrolled, tracked;
+  scroll->SetOnChange(scrolled.Event());
+  track->SetOnChange(tracked.Event());
   scroll->SetParams(5, 0, 50);
   scroll->SetSmallChange(2);
   scroll->SetLargeChange(10);
   track->SetMax(20);
   track->SetPosition(4);
-  EXPECT_EQ(1, scrolled.changes);
-  EXPECT_EQ(1, tracked.changes);
+  EXPECT_EQ(1, scrolled.n);
+  EXPECT_EQ(1, tracked.n);
   HWND sw = scroll->GetHandle(), tw = track->GetHandle();
   EXPECT_EQ(5, GetScrollPos(sw, SB_CTL)) << "set before the window was made";
   EXPECT_EQ(4, SendMessageA(tw, TBM_GETPOS, 0, 0)) << "set before the window was made";
@@ -174,8 +168,8 @@ TEST(TScrollBar, AndTrackBarFollowTheirWindowsKeys) {
     EXPECT_EQ(k.scrollPos, scroll->GetPosition()) << "key " << k.key;
     EXPECT_EQ(k.scrollPos, GetScrollPos(sw, SB_CTL)) << "key " << k.key << ": window";
     EXPECT_EQ(k.trackPos, track->GetPosition()) << "key " << k.key;
-    EXPECT_EQ(n, scrolled.changes) << "key " << k.key;
-    EXPECT_LE(n, tracked.changes) << "key " << k.key;
+    EXPECT_EQ(n, scrolled.n) << "key " << k.key;
+    EXPECT_LE(n, tracked.n) << "key " << k.key;
   }
   // The range holds the position; a reversed range collapses.
   scroll->SetMax(-3);

@@ -173,19 +173,20 @@ TEST(TScrollBox, ContentsBeyondTheClientAreaScroll) {
   const int client = box->GetClientRect().Height();
   const struct {
     const char* what;
-    void (*act)(Forms::TScrollBox*, HWND);
+    UINT msg;  // 0: the position set to -50
+    WPARAM wParam;
     int position;
   } steps[] = {
-      {"an arrow click moves by the increment",
-       [](Forms::TScrollBox*, HWND w) { SendMessageA(w, WM_VSCROLL, SB_LINEDOWN, 0); }, 8},
-      {"the end is the range less the client area",
-       [](Forms::TScrollBox*, HWND w) { SendMessageA(w, WM_VSCROLL, SB_BOTTOM, 0); }, 230 - client},
-      {"beyond the start stops at 0", [](Forms::TScrollBox* b, HWND) { b->GetVertScrollBar()->SetPosition(-50); }, 0},
-      {"a wheel notch down moves three increments",
-       [](Forms::TScrollBox*, HWND w) { SendMessageA(w, WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0); }, 24},
+      {"an arrow click moves by the increment", WM_VSCROLL, SB_LINEDOWN, 8},
+      {"the end is the range less the client area", WM_VSCROLL, SB_BOTTOM, 230 - client},
+      {"beyond the start stops at 0", 0, 0, 0},
+      {"a wheel notch down moves three increments", WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 24},
   };
   for (const auto& s : steps) {
-    s.act(box, wnd);
+    if (s.msg)
+      SendMessageA(wnd, s.msg, s.wParam, 0);
+    else
+      vert->SetPosition(-50);
     EXPECT_EQ(s.position, vert->GetPosition()) << s.what;
     EXPECT_EQ(-s.position, rows[0]->GetTop()) << s.what << ": the controls moved";
     EXPECT_EQ(5 * 40 - s.position, rows[5]->GetTop()) << s.what;

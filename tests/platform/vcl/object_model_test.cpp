@@ -78,7 +78,6 @@ TEST(VclObjectModel, AssignDispatchAndErrorTexts) {
   EXPECT_EQ("Cannot assign a TOther to a TThing", ErrorOf<EConvertError>([&] { thing.Assign(&other); }));
   EXPECT_EQ("Cannot assign a TValue to a TOther", ErrorOf<EConvertError>([&] { other.Assign(&a); }));
   EXPECT_EQ("Cannot assign a nil to a TThing", ErrorOf<EConvertError>([&] { thing.Assign(nullptr); }));
-  EXPECT_STREQ("the message", EConvertError("the message").what()) << "the std::exception text";
 }
 
 std::vector<std::string> events;
@@ -123,15 +122,13 @@ struct DerivedTarget : Target {
 
 TEST(VclObjectModel, ClosureSetEqualityAndCalls) {
   using Fn = TClosure<int(int)>;
-  Target t, u;
+  Target t;
   EXPECT_EQ(0, Fn()(3)) << "an unset closure does nothing";
   EXPECT_FALSE(Fn(&t, static_cast<int (Target::*)(int)>(nullptr)).IsSet()) << "null method";
 
   Fn add(&t, &Target::Add);
   t.base = 6;
   EXPECT_EQ(9, add(3)) << "bound to the object, not a copy";
-  EXPECT_TRUE(Fn(&t, &Target::Add) == add);
-  EXPECT_FALSE(Fn(&u, &Target::Add) == add) << "other object";
   EXPECT_FALSE(Fn(&t, &Target::Which) == add) << "other method";
   DerivedTarget d;
   EXPECT_EQ(2, Fn(&d, &Target::Which)(0)) << "virtual method dispatches";

@@ -4,9 +4,12 @@
 #include <windows.h>
 
 #include <deque>
+#include <functional>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
@@ -92,6 +95,36 @@ class EventLog {
     void Fire(System::TObject*) { log->text += what; }
   };
   std::deque<Entry> entries_;
+};
+
+// Lambdas standing for handlers of any event type, kept while it lives:
+// form->SetOnClose(on.Do([&](System::TObject*, TCloseAction& a) { a = caFree; })).
+class Handlers {
+  template <class Sig>
+  struct Call;
+  template <class R, class... A>
+  struct Call<R(A...)> {
+    std::function<R(A...)> fn;
+    R Run(A... a) { return fn(static_cast<A>(a)...); }
+  };
+  template <class F>
+  struct Made {
+    Handlers* keeper;
+    F fn;
+    template <class R, class... A>
+    operator System::TClosure<R(A...)>() {
+      auto call = std::make_shared<Call<R(A...)>>(Call<R(A...)>{std::move(fn)});
+      keeper->kept_.push_back(call);
+      return {call.get(), &Call<R(A...)>::Run};
+    }
+  };
+  std::vector<std::shared_ptr<void>> kept_;
+
+ public:
+  template <class F>
+  Made<F> Do(F fn) {
+    return {this, std::move(fn)};
+  }
 };
 
 // Counts how often its handler runs.

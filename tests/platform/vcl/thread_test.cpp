@@ -16,6 +16,7 @@
 
 using namespace Classes;
 using vcl_test::ErrorOf;
+using vcl_test::Handlers;
 
 namespace {
 
@@ -61,27 +62,20 @@ bool Serve(const std::function<bool()>& done, Serving way = kCheckSynchronize) {
   return done();
 }
 
-// A method object for TThreadMethod.
-struct Call {
-  std::function<void()> body;
-  void Run() { body(); }
-  void RunWith(System::TObject*) { body(); }
-  TThreadMethod Method() { return TThreadMethod(this, &Call::Run); }
-};
-
 TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
   for (Serving way : {kCheckSynchronize, kPlainLoop, kProcessMessages}) {
     SCOPED_TRACE(way == kCheckSynchronize ? "CheckSynchronize" : way == kPlainLoop ? "plain loop" : "ProcessMessages");
     std::vector<std::string> log;
     DWORD ranOn = 0;
-    Call call{[&] {
+    Handlers on;
+    const TThreadMethod call = on.Do([&] {
       ranOn = GetCurrentThreadId();
       Sleep(20);
       log.push_back("method");
-    }};
+    });
     std::atomic<bool> done{false};
     TWorker worker([&](TWorker& self) {
-      self.Synchronize(call.Method());
+      self.Synchronize(call);
       log.push_back("worker after");
       done = true;
     });
@@ -92,11 +86,12 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
   // Inside a modal loop: the call ends it.
   Forms::TForm form(nullptr);
   DWORD ranOn = 0;
-  Call end{[&] {
+  Handlers on;
+  const TThreadMethod end = on.Do([&] {
     ranOn = GetCurrentThreadId();
     form.SetModalResult(Controls::mrOk);
-  }};
-  TWorker modal([&](TWorker& self) { self.Synchronize(end.Method()); });
+  });
+  TWorker modal([&](TWorker& self) { self.Synchronize(end); });
   const Controls::TModalResult result = loop_driver::Drive(
       {}, [&] { form.SetModalResult(Controls::mrAbort); }, [&] { return form.ShowModal(); });
   EXPECT_EQ(Controls::mrOk, result) << "3: the modal loop ran no call";
@@ -105,26 +100,26 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
 
   // On the main thread: at once, nothing queued.
   ranOn = 0;
-  Call here{[&] { ranOn = GetCurrentThreadId(); }};
-  TThread::Synchronize(nullptr, here.Method());
+  TThread::Synchronize(nullptr, on.Do([&] { ranOn = GetCurrentThreadId(); }));
   EXPECT_EQ(GetCurrentThreadId(), ranOn);
   EXPECT_FALSE(CheckSynchronize(0));
 }
 
 TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
-  Call failing{[] { throw Sysutils::EConvertError("no such colour"); }};
+  Handlers on;
+  const TThreadMethod failing = on.Do([] { throw Sysutils::EConvertError("no such colour"); });
   std::string caught;
   std::atomic<bool> synchronized{false};
   std::vector<int> order;
-  std::vector<Call> queued;
-  for (int i = 0; i < 3; ++i) queued.push_back(Call{[&order, i] { order.push_back(i); }});
+  std::vector<TThreadMethod> queued;
+  for (int i = 0; i < 3; ++i) queued.push_back(on.Do([&order, i] { order.push_back(i); }));
   const OwnedKernelHandle allQueued(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   const OwnedKernelHandle mainIdle(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   TWorker worker([&](TWorker& self) {
-    caught = ErrorOf<Sysutils::EConvertError>([&] { self.Synchronize(failing.Method()); });
+    caught = ErrorOf<Sysutils::EConvertError>([&] { self.Synchronize(failing); });
     synchronized = true;
     WaitForSingleObject(mainIdle.get(), 10000);
-    for (Call& c : queued) self.Queue(c.Method());
+    for (const TThreadMethod& c : queued) self.Queue(c);
     SetEvent(allQueued.get());
   });
   ASSERT_TRUE(Serve([&] { return synchronized.load(); }));
@@ -164,10 +159,10 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   // OnTerminate runs on the main thread, then a free-on-terminate thread goes.
   bool freed = false;
   DWORD terminateRanOn = 0;
-  Call onTerminate{[&] { terminateRanOn = GetCurrentThreadId(); }};
   auto* selfFreeing = new TWorker([](TWorker&) {}, true, &freed);
   selfFreeing->SetFreeOnTerminate(true);
-  selfFreeing->SetOnTerminate(System::TNotifyEvent(&onTerminate, &Call::RunWith));
+  Handlers on;
+  selfFreeing->SetOnTerminate(on.Do([&](System::TObject*) { terminateRanOn = GetCurrentThreadId(); }));
   EXPECT_THROW(selfFreeing->WaitFor(), EThread) << "a free-on-terminate thread cannot be waited for";
   selfFreeing->Start();
   ASSERT_TRUE(Serve([&] { return freed; }));
