@@ -60,18 +60,10 @@ TEST(TApplicationHint, TheMouseRestingOnAControlShowsItsHint) {
   EXPECT_EQ("", WaitForHint("")) << "gone after the hide pause";
   EXPECT_FALSE(IsWindowVisible(Application->GetHintWindow()));
 
-  const struct {
-    const char* what;
-    Controls::TControl* control;
-    const char* expected;
-  } places[] = {
-      {"a label, through its parent's window", label, "A label"},
-      {"a control without a hint: its parent's", plain, "The form"},
-  };
-  for (const auto& p : places) {
-    MoveMouseTo(p.control, 5, 5);
-    EXPECT_EQ(p.expected, WaitForHint(p.expected)) << p.what;
-  }
+  MoveMouseTo(label, 5, 5);
+  EXPECT_EQ("A label", WaitForHint("A label")) << "a label, through its parent's window";
+  MoveMouseTo(plain, 5, 5);
+  EXPECT_EQ("The form", WaitForHint("The form")) << "a control without a hint: its parent's";
 
   MoveMouseTo(button, 50, 15);
   EXPECT_EQ("Save", WaitForHint("Save"));
