@@ -69,6 +69,7 @@ TEST(TProgressBar, AndUpDownKeepTheNative16BitValues) {
 }
 
 TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
+  Handlers on;
   Forms::TForm form(nullptr);
   form.SetBounds(0, 0, 300, 200);
   auto* edit = Make<Stdctrls::TEdit>(&form, &form);
@@ -79,7 +80,6 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   int clicks = 0, asked = 0;
   TUDBtnType last = btPrev;
   bool allow = true;
-  Handlers on;
   updown->SetOnClick(on.Do([&](System::TObject*, TUDBtnType button) { ++clicks, last = button; }));
   updown->SetOnChanging(on.Do([&](System::TObject*, bool& allowChange) { ++asked, allowChange = allow; }));
   HWND w = updown->GetHandle();

@@ -183,10 +183,7 @@ TEST(TScrollBox, ContentsBeyondTheClientAreaScroll) {
       {"a wheel notch down moves three increments", WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 24},
   };
   for (const auto& s : steps) {
-    if (s.msg)
-      SendMessageA(wnd, s.msg, s.wParam, 0);
-    else
-      vert->SetPosition(-50);
+    s.msg ? void(SendMessageA(wnd, s.msg, s.wParam, 0)) : vert->SetPosition(-50);
     EXPECT_EQ(s.position, vert->GetPosition()) << s.what;
     EXPECT_EQ(-s.position, rows[0]->GetTop()) << s.what << ": the controls moved";
     EXPECT_EQ(5 * 40 - s.position, rows[5]->GetTop()) << s.what;

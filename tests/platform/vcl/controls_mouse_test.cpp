@@ -181,6 +181,7 @@ std::string PaintedCorner(HWND wnd) {
 }
 
 TEST(TCustomControl, PaintsOnItsCanvasAsAFormInOnPaint) {
+  Handlers on;
   Forms::TForm form(nullptr);
   auto* cross = Make<TCross>(&form, &form, 0, 0, 20, 20);
   cross->SetColor(Graphics::clYellow);
@@ -189,7 +190,6 @@ TEST(TCustomControl, PaintsOnItsCanvasAsAFormInOnPaint) {
 
   // The form's OnPaint draws first, its windowless controls over it.
   delete cross;
-  Handlers on;
   form.SetOnPaint(on.Do([&](System::TObject*) {
     form.GetCanvas()->GetBrush()->SetColor(Graphics::clYellow);
     form.GetCanvas()->FillRect({0, 0, 20, 20});

@@ -51,10 +51,10 @@ struct Dialog {
 // typed), a character zeroed never reaches the edit, one changed is typed
 // changed.
 TEST(TWinControl, KeyEventsSeeKeysFirstAndCanSwallowThem) {
+  Handlers on;
   Dialog d;
   std::string log;
   int zero[2];  // the key or character the edit, the form zeroes
-  Handlers on;
   for (const bool isForm : {false, true}) {
     const auto note = [&, isForm](const char* what, WORD& key) {
       log += (isForm ? "form" : "edit") + std::string(what) + std::to_string(key) + " ";
@@ -440,9 +440,9 @@ TEST(TCustomForm, ShowModalEndsThroughItsButtonsAndGivesBackTheWindowsAndTheFocu
       {"an exception out of the loop", 0, false, Controls::mrNone},
   };
   for (const auto& r : rows) {
+    Handlers on;
     Dialog d;
     bool allow = false;
-    Handlers on;
     d.form->SetOnCloseQuery(on.Do([&](System::TObject*, bool& can) { can = allow; }));
     Counter clicks;
     d.ok->SetOnClick(clicks.Event());

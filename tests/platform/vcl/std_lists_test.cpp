@@ -91,6 +91,7 @@ TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
 // An editable box's edit is the box's own: its keys run the box's key events
 // and focus moving between the box and its edit is no enter or exit.
 TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
+  Handlers on;
   Forms::TForm form(nullptr);
   auto* combo = Make<TComboBox>(&form, &form);
   auto* list = Make<TComboBox>(&form, &form, 0, 40, 120, 21);
@@ -99,7 +100,6 @@ TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
   form.Show();
 
   std::string keys;
-  Handlers on;
   EventLog focus;
   other->SetFocus();
   combo->SetOnEnter(focus.On("enter "));

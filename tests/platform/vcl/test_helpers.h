@@ -97,8 +97,9 @@ class EventLog {
   std::deque<Entry> entries_;
 };
 
-// Lambdas standing for handlers of any event type, kept while it lives:
-// form->SetOnClose(on.Do([&](System::TObject*, TCloseAction& a) { a = caFree; })).
+// Lambdas standing for handlers of any event type, kept while it lives (so
+// made before what calls them): form->SetOnClose(on.Do([&](System::TObject*,
+// TCloseAction& a) { a = caFree; })).
 class Handlers {
   template <class Sig>
   struct Call;
