@@ -8,15 +8,11 @@
 #include <cstring>
 #include <string>
 
+#include "tests/velkin/resources/string_texts.h"
+
 namespace {
 
-// A UTF-8 text in a code page.
-std::string InCodePage(const std::string& utf8, unsigned codePage) {
-  wchar_t wide[64];
-  const int n = MultiByteToWideChar(CP_UTF8, 0, utf8.c_str(), -1, wide, 64);
-  char bytes[128];
-  return std::string(bytes, WideCharToMultiByte(codePage, 0, wide, n - 1, bytes, sizeof bytes, nullptr, nullptr));
-}
+using string_texts::InCodePage;
 
 TEST(HTextConvert, ConvertsCutsAtACharacterAndNeverWritesPastTheBuffer) {
   ASSERT_EQ(3u, InCodePage("aあ", 932).size()) << "code page 932 is not available";

@@ -146,7 +146,6 @@ TEST(HCustomCanvas, FreshCanvasesHoldTheirDefaults) {
   EXPECT_EQ("clips 0, pen at 0,0, 5x4, context 1, clip (0,0)-(5,4)", Describe(canvas)) << "HCanvasCanvas";
   EXPECT_EQ("clips 0, pen at 0,0, 0x0, context 0, clip (0,0)-(0,0)", Describe(api)) << "HAPICanvas, no context";
   EXPECT_EQ("clips 0, pen at 0,0, 0x0, context 0, clip (0,0)-(0,0)", Describe(control)) << "HControlCanvas, no control";
-  EXPECT_FALSE(bitmap.GetAntiAlias()) << "a copy is not smoothed unless asked";
 }
 
 TEST(HCustomCanvas, PenSlotHoldsOneCopy) {

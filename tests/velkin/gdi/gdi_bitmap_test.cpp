@@ -20,14 +20,12 @@ TEST(HCustomGDIBitmap, SizesHandleAndAssign) {
   EXPECT_EQ(1, bmp.GetHeight()) << "a size below 1 becomes 1";
   bmp.SetHeight(12);
   ASSERT_GT(GetObjectA(bmp.GetHandle(), sizeof bm, &bm), 0);
-  EXPECT_EQ(30, bm.bmWidth) << "handle width";
-  EXPECT_EQ(12, bm.bmHeight) << "handle height";
+  EXPECT_EQ((MyPoint{30, 12}), (MyPoint{bm.bmWidth, bm.bmHeight})) << "the handle's size";
 
   HGDIDib dib8(8, 10, 3);
   HGDIDib32 dib(4, 4);
   dib.Assign(&bmp);
-  EXPECT_EQ(30, dib.GetWidth()) << "size copied, width";
-  EXPECT_EQ(12, dib.GetHeight()) << "size copied, height";
+  EXPECT_EQ((MyPoint{30, 12}), (MyPoint{dib.GetWidth(), dib.GetHeight()})) << "size copied";
   dib.Assign(static_cast<Classes::TPersistent*>(&dib8));  // ignored on purpose
   dib.Assign(static_cast<Classes::TPersistent*>(nullptr));
   EXPECT_EQ(30, dib.GetWidth()) << "Assign(TPersistent*) does nothing";

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
+#include "tests/velkin/draw/draw_pixels.h"
 
 namespace {
 
@@ -23,24 +23,21 @@ std::string Clip(HDC dc) {
 }
 
 TEST(HGDIRegion, SelectAndRestoreClip) {
-  const OwnedMemoryDC m(CreateCompatibleDC(nullptr));  // on a 50x50 bitmap, unclipped
-  const OwnedBitmap bmp(CreateCompatibleBitmap(m.get(), 50, 50));
-  DCChanger surface(m.get());
-  surface.Select(bmp.get());
-  EXPECT_EQ("2:0,0,50,50", Clip(m.get()));
+  const draw_pixels::Surface m(50, 50);  // unclipped
+  EXPECT_EQ("2:0,0,50,50", Clip(m.Dc()));
   HGDIRegion region(0, 0, 9, 9);  // inclusive edges
-  region.Select(m.get());
-  EXPECT_EQ("2:0,0,10,10", Clip(m.get()));
+  region.Select(m.Dc());
+  EXPECT_EQ("2:0,0,10,10", Clip(m.Dc()));
   region.Restore();  // the context had no clip: the empty region
-  EXPECT_EQ("1:0,0,0,0", Clip(m.get()));
+  EXPECT_EQ("1:0,0,0,0", Clip(m.Dc()));
 
   // A context with a clip gets that clip back.
-  SelectClipRgn(m.get(), OwnedRegion(CreateRectRgn(5, 5, 40, 30)).get());
+  SelectClipRgn(m.Dc(), OwnedRegion(CreateRectRgn(5, 5, 40, 30)).get());
   HGDIRegion inner(MyRect{20, 20, 24, 24});
-  inner.Select(m.get());
-  EXPECT_EQ("2:20,20,25,25", Clip(m.get()));
+  inner.Select(m.Dc());
+  EXPECT_EQ("2:20,20,25,25", Clip(m.Dc()));
   inner.Restore();
-  EXPECT_EQ("2:5,5,40,30", Clip(m.get()));
+  EXPECT_EQ("2:5,5,40,30", Clip(m.Dc()));
 }
 
 }  // namespace
