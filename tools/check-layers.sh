@@ -14,7 +14,12 @@ cd "$root" || { echo "check-layers: no such folder: $root" >&2; exit 2; }
 # Lowest first; folders on one line are one layer and may not include each other.
 order=(
   "platform/ostrel"
-  "platform/vcl"
+  "platform/vcl/core"      # object model, streaming, threads, packages
+  "platform/vcl/graphics"
+  "platform/vcl/controls"  # TControl, TWinControl and the window procedure
+  "platform/vcl/forms"     # forms, their menus, the application
+  "platform/vcl/stdctrls"  # the standard controls: a button sets its form's modal result
+  "platform/vcl"           # files directly in platform/vcl: the prelude, unit table and class registrations
   "platform/pellum"
   "velkin"  # files directly in velkin/: the export macro
   "velkin/core"
@@ -28,13 +33,14 @@ order=(
 checked=$(find platform velkin -type f \( -name '*.h' -o -name '*.cpp' -o -name '*.rc' \) | wc -l)
 # One pass: every include of ours as file:line:text, judged against the order.
 # A path's layer is its folder under platform/ or velkin/ ("velkin" for files
-# directly in velkin/). Resource scripts belong to no layer: they may include
+# directly in velkin/), and under platform/vcl/ its folder there. Resource scripts belong to no layer: they may include
 # what they compile in.
 result=$(grep -rnE --include='*.h' --include='*.cpp' --include='*.rc' \
   '^[[:space:]]*#[[:space:]]*include[[:space:]]*"(platform|velkin)/' platform velkin |
   awk -v order="$(printf '%s\n' "${order[@]}")" '
     function layer(path, parts, n) {
       n = split(path, parts, "/")
+      if (n > 3 && parts[1] == "platform" && parts[2] == "vcl") return parts[1] "/" parts[2] "/" parts[3]
       return n > 2 ? parts[1] "/" parts[2] : parts[1]
     }
     BEGIN {

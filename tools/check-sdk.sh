@@ -20,7 +20,7 @@ required=(
   bin/ostrel.dll bin/vcl.dll bin/pellum.dll bin/velkin.dll
   lib/libostrel.dll.a lib/libvcl.dll.a lib/libpellum.dll.a lib/libvelkin.dll.a
   lib/cmake/Velkin/VelkinConfig.cmake lib/cmake/Velkin/VelkinConfigVersion.cmake lib/cmake/Velkin/VelkinTargets.cmake
-  include/platform/ostrel/owned_handle.h include/platform/vcl/graphics.h include/platform/pellum/units.h
+  include/platform/ostrel/owned_handle.h include/platform/vcl/graphics/graphics.h include/platform/pellum/units.h
   include/velkin/velkin_api.h include/velkin/gdi/gdi_font.h include/velkin/draw/tc_draw.h include/velkin/sync/brannock.h
   README.md LICENSE
 )

@@ -16,9 +16,9 @@
 #include <vector>
 
 #include "bench/bench_clock.h"
-#include "platform/vcl/application.h"
-#include "platform/vcl/ext_panels.h"
-#include "platform/vcl/scroll_box.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/scroll_box.h"
 #include "velkin/controls/h_cfield.h"
 #include "velkin/controls/h_dynarray.h"
 

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "bench/bench_clock.h"
-#include "platform/vcl/application.h"
-#include "platform/vcl/std_buttons.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
 #include "velkin/controls/vcl_control_status.h"
 #include "velkin/dialogs/xmessagebox.h"
 

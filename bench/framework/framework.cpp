@@ -13,10 +13,10 @@
 
 #include "bench/bench_clock.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/application.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/thread.h"
+#include "platform/vcl/core/thread.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
 
 namespace {
 

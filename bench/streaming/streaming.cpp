@@ -9,11 +9,11 @@
 #include <string>
 
 #include "bench/bench_clock.h"
-#include "platform/vcl/application.h"
-#include "platform/vcl/filer.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/core/filer.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
 
 // The designed form: its 100 controls come from the resource.
 class TBenchForm : public Forms::TForm {

@@ -14,7 +14,7 @@
 
 #include "bench/bench_clock.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/thread.h"
+#include "platform/vcl/core/thread.h"
 #include "velkin/sync/hsync.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "examples/gallery/showcase.h"
 #include "platform/ostrel/filelog.h"
 #include "platform/ostrel/oslib.h"
-#include "platform/vcl/package.h"
+#include "platform/vcl/core/package.h"
 
 namespace {
 

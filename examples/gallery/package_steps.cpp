@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/ostrel/filelog.h"
-#include "platform/vcl/package.h"
+#include "platform/vcl/core/package.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_label.h"
-#include "platform/vcl/std_lists.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
+#include "platform/vcl/stdctrls/std_lists.h"
 
 namespace Filectrl {
 

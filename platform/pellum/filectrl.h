@@ -2,8 +2,8 @@
 /// \file
 /// Unit Filectrl: the directory dialog.
 #include "platform/pellum/pellum_api.h"
-#include "platform/vcl/ansistring.h"
-#include "platform/vcl/set.h"
+#include "platform/vcl/core/ansistring.h"
+#include "platform/vcl/core/set.h"
 
 namespace Filectrl {
 

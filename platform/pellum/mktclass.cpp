@@ -1,6 +1,6 @@
 #include "platform/pellum/mktclass.h"
 
-#include "platform/vcl/class_registry.h"
+#include "platform/vcl/core/class_registry.h"
 
 namespace Mktclass {
 

@@ -2,7 +2,7 @@
 /// \file
 /// Unit Mktclass: components made from their class at run time.
 #include "platform/pellum/pellum_api.h"
-#include "platform/vcl/component.h"
+#include "platform/vcl/core/component.h"
 
 namespace Mktclass {
 

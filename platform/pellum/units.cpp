@@ -1,6 +1,6 @@
 #include "platform/pellum/units.h"
 
-#include "platform/vcl/package.h"
+#include "platform/vcl/core/package.h"
 
 // No start-up or shut-down work: the class factory, blits and directory dialog
 // need none. The counters keep the shape every unit shares.

@@ -1,19 +1,19 @@
 // The framework's own component classes are registered when the package is
 // loaded, so that streams naming them read without the program registering
 // them first.
-#include "platform/vcl/buttons.h"
-#include "platform/vcl/class_registry.h"
-#include "platform/vcl/com_ranges.h"
-#include "platform/vcl/ext_bevel.h"
-#include "platform/vcl/ext_panels.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/menus.h"
-#include "platform/vcl/scroll_box.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_group_box.h"
-#include "platform/vcl/std_label.h"
-#include "platform/vcl/std_lists.h"
+#include "platform/vcl/core/class_registry.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/forms/menus.h"
+#include "platform/vcl/stdctrls/buttons.h"
+#include "platform/vcl/stdctrls/com_ranges.h"
+#include "platform/vcl/stdctrls/ext_bevel.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/scroll_box.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_group_box.h"
+#include "platform/vcl/stdctrls/std_label.h"
+#include "platform/vcl/stdctrls/std_lists.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "platform/vcl/units.h"
 
-#include "platform/vcl/package.h"
+#include "platform/vcl/core/package.h"
 
 // None of these units has start-up or shut-down work yet: their objects come
 // into being on first use. The counters keep the shape every unit shares.

@@ -1,7 +1,7 @@
 #pragma once
 /// \file
 /// The framework's units and their start-up routines.
-#include "platform/vcl/vcl_api.h"
+#include "platform/vcl/core/vcl_api.h"
 
 /// Start-up and shut-down routines of the framework's units, entered in the unit
 /// tables of the packages that import them. vcl.dll holds the units of both

@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "platform/vcl/object_text.h"
+#include "platform/vcl/core/object_text.h"
 
 int main(int argc, char** argv) {
   if (argc != 3) {

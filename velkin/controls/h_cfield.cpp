@@ -1,7 +1,7 @@
 #include "velkin/controls/h_cfield.h"
 
 #include "platform/ostrel/strcol.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 
 using System::AnsiString;
 

@@ -4,13 +4,13 @@
 /// edit-and-confirm protocol for the controls that take typed text.
 #include <memory>
 
-#include "platform/vcl/buttons.h"
-#include "platform/vcl/com_ranges.h"
-#include "platform/vcl/menus.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_label.h"
-#include "platform/vcl/std_lists.h"
+#include "platform/vcl/forms/menus.h"
+#include "platform/vcl/stdctrls/buttons.h"
+#include "platform/vcl/stdctrls/com_ranges.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
+#include "platform/vcl/stdctrls/std_lists.h"
 #include "velkin/controls/h_freewatch.h"
 #include "velkin/velkin_api.h"
 

@@ -3,7 +3,7 @@
 /// Unit H_dynarray: controls lifted out of template forms, placed into other
 /// parents, stacked by alignment and handed back to their forms.
 #include "platform/ostrel/myarray.h"
-#include "platform/vcl/forms.h"
+#include "platform/vcl/forms/forms.h"
 #include "velkin/velkin_api.h"
 
 /// One placement: the template form's first control, where it went, the

@@ -3,7 +3,7 @@
 /// Hearing that a component is freed.
 #include <functional>
 
-#include "platform/vcl/component.h"
+#include "platform/vcl/core/component.h"
 #include "velkin/velkin_api.h"
 
 /// Calls back when a component it watches is freed, so that an object

@@ -3,8 +3,8 @@
 /// Unit Hclasslist: component classes registered with an optional prototype,
 /// from which new instances are made at run time.
 #include "platform/ostrel/myarray.h"
-#include "platform/vcl/controls.h"
-#include "platform/vcl/streams.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/streams.h"
 #include "velkin/velkin_api.h"
 
 /// One class and, when it was registered from a control, that control's

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "platform/ostrel/myarray.h"
-#include "platform/vcl/closure.h"
-#include "platform/vcl/controls.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/closure.h"
 #include "velkin/controls/h_freewatch.h"
 #include "velkin/velkin_api.h"
 

@@ -3,9 +3,9 @@
 /// Unit Vcl_utils: colour values and names, alignments as DrawText flags,
 /// key and mouse state as message flags, line breaks, colour blends and the
 /// directory chooser.
-#include "platform/vcl/controls.h"
-#include "platform/vcl/graphics_color.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/graphics/color.h"
+#include "platform/vcl/stdctrls/std_label.h"
 #include "velkin/velkin_api.h"
 
 /// What the colour functions give for no colour: clNone.

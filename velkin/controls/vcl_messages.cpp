@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "platform/ostrel/ioerror.h"
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 
 HSaveError::HSaveError() : errorN_(GetIOErrorN()) {}
 HSaveError::~HSaveError() { SetErrorN(errorN_); }

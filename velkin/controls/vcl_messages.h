@@ -2,7 +2,7 @@
 /// \file
 /// Keeping the user interface alive from inside a busy loop, without
 /// disturbing a pending I/O error.
-#include "platform/vcl/forms.h"
+#include "platform/vcl/forms/forms.h"
 #include "velkin/velkin_api.h"
 
 /// Keeps the base package's pending I/O error number as it was across its

@@ -1,6 +1,6 @@
 #include "velkin/controls/vcl_timed_value.h"
 
-#include "platform/vcl/typinfo.h"
+#include "platform/vcl/core/typinfo.h"
 
 VCL_CLASS_IMPL(HCustomTimedValue, Classes::TPersistent)
 VCL_CLASS_IMPL(HTimedValue, HCustomTimedValue, VCL_PROPERTY(Value), VCL_PROPERTY(TimeValue), VCL_PROPERTY(OnChange))

@@ -2,8 +2,8 @@
 /// \file
 /// Unit Vcl_utils: a number that reads and writes equally as a date-time,
 /// published as a sub-object of a component.
-#include "platform/vcl/classes.h"
-#include "platform/vcl/system.h"
+#include "platform/vcl/core/classes.h"
+#include "platform/vcl/core/system.h"
 #include "velkin/velkin_api.h"
 
 /// One floating-point value, also seen as a TDateTime (the same number of

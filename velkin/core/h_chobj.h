@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/vcl/classes.h"
+#include "platform/vcl/core/classes.h"
 #include "velkin/velkin_api.h"
 
 /// \file

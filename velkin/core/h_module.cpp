@@ -7,7 +7,7 @@
 
 #include "platform/ostrel/ioerror.h"
 #include "platform/ostrel/oslib.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 
 VCL_CLASS_IMPL(HModule, System::TObject)
 

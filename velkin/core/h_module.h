@@ -3,7 +3,7 @@
 /// A module handle holder that loads and frees a DLL by name.
 #include "platform/ostrel/mystring.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/system.h"
+#include "platform/vcl/core/system.h"
 #include "velkin/velkin_api.h"
 
 /// Owns one reference to a loaded library (DLL or package). Copies load the

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/vcl/ansistring.h"
+#include "platform/vcl/core/ansistring.h"
 #include "velkin/velkin_api.h"
 
 /// \file

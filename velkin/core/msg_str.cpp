@@ -1,7 +1,7 @@
 #include "velkin/core/msg_str.h"
 
 #include "platform/ostrel/strutil.h"
-#include "platform/vcl/messages.h"
+#include "platform/vcl/controls/messages.h"
 
 using namespace Controls;
 

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "platform/ostrel/strutil.h"
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "velkin/dialogs/msg_state.h"
 #include "velkin/dialogs/xmessagebox.h"
 

@@ -2,7 +2,7 @@
 /// \file
 /// One-call questions and notices with the library's captions, and a
 /// registered window message.
-#include "platform/vcl/ansistring.h"
+#include "platform/vcl/core/ansistring.h"
 #include "velkin/velkin_api.h"
 
 ///@{

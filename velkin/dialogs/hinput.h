@@ -1,11 +1,11 @@
 #pragma once
 /// \file
 /// Unit Hinput: asking the user for one line of text.
-#include "platform/vcl/ext_bevel.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/ext_bevel.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
 #include "velkin/velkin_api.h"
 
 /// The input dialog: a prompt above an edit, OK and Close, from its designed form.

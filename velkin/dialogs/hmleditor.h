@@ -1,11 +1,11 @@
 #pragma once
 /// \file
 /// Unit Hmleditor: editing a text of many lines in a modal dialog.
-#include "platform/vcl/buttons.h"
-#include "platform/vcl/ext_bevel.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/buttons.h"
+#include "platform/vcl/stdctrls/ext_bevel.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
 #include "velkin/velkin_api.h"
 
 /// The text editor: a memo under a counter of its characters and lines, OK

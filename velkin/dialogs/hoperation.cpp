@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/ostrel/strutil.h"
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "velkin/controls/vcl_messages.h"
 #include "velkin/dialogs/hoperation_form.h"
 

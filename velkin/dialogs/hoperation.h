@@ -4,8 +4,8 @@
 /// to learn whether the user wants it stopped.
 #include <cstdarg>
 
-#include "platform/vcl/closure.h"
-#include "platform/vcl/controls.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/closure.h"
 #include "velkin/velkin_api.h"
 
 class THLongOperationForm;

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 
 VCL_COMPONENT_IMPL(THLongOperationForm, Forms::TForm, VCL_FIELD(txtText), VCL_FIELD(pbProgress), VCL_FIELD(btnAbort),
                    VCL_METHOD(FormCreate, System::TNotifyEvent), VCL_METHOD(FormHide, System::TNotifyEvent),

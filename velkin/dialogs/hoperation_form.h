@@ -1,10 +1,10 @@
 #pragma once
 /// \file
 /// The progress window that every long operation of the process shares.
-#include "platform/vcl/com_ranges.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/com_ranges.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_label.h"
 #include "velkin/velkin_api.h"
 
 /// A tool window with a line of text, a progress bar and an abort button,

@@ -1,7 +1,7 @@
 #pragma once
 /// \file
 /// What a modal question puts back when it is answered.
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "velkin/velkin_api.h"
 
 /// Guards a modal message: made before it, it puts the long-operation window

@@ -12,7 +12,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 #include "velkin/dialogs/xmessagebox_seams.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics_bitmap.h"
+#include "platform/vcl/graphics/bitmap.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/draw/tc_text.h"
 #include "velkin/gdi/gdi_blt.h"

@@ -1,7 +1,7 @@
 #include "velkin/draw/gdi_canvas_dc.h"
 
-#include "platform/vcl/controls.h"
-#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/graphics/canvas.h"
 
 VCL_CLASS_IMPL(HControlCanvas, HCustomCanvas)
 VCL_CLASS_IMPL(HCanvasCanvas, HCustomCanvas)

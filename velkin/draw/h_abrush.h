@@ -7,7 +7,7 @@
 
 #include "platform/ostrel/mygeom.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/velkin_api.h"
 
 /// An animated frame (rubber band, selection) drawn by inverting pixels through

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/graphics/canvas.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/draw/tc_text.h"
 

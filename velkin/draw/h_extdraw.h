@@ -2,10 +2,10 @@
 /// \file
 /// Caption bars, panels, arrows and pattern fills.
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/ansistring.h"
-#include "platform/vcl/controls.h"
-#include "platform/vcl/graphics_color.h"
-#include "platform/vcl/set.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/ansistring.h"
+#include "platform/vcl/core/set.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/velkin_api.h"
 
 namespace Graphics {

@@ -1,6 +1,6 @@
 #include "velkin/draw/tc_draw.h"
 
-#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/graphics/canvas.h"
 #include "velkin/draw/gdi_canvas.h"
 #include "velkin/draw/tc_draw_impl.h"
 

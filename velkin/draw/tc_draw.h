@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/draw/tc_draw_types.h"
 #include "velkin/velkin_api.h"
 

@@ -18,7 +18,7 @@
 #include <numbers>
 
 #include "platform/ostrel/dc_changer.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/draw/tc_draw_types.h"
 
 namespace tc_impl {

@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/controls.h"
-#include "platform/vcl/set.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/set.h"
 #include "velkin/gdi/gdi_blt.h"
 #include "velkin/velkin_api.h"
 

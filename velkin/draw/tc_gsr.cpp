@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/graphics/canvas.h"
 #include "velkin/draw/gdi_canvas.h"
 
 using Graphics::clDefault;

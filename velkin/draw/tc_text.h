@@ -2,8 +2,8 @@
 /// \file
 /// Text output on a canvas: clipped, aligned, multi-line.
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/ansistring.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/core/ansistring.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/velkin_api.h"
 
 namespace Graphics {

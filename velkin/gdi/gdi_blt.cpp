@@ -6,7 +6,7 @@
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/pellum/gdi_ext.h"
-#include "platform/vcl/graphics_bitmap.h"
+#include "platform/vcl/graphics/bitmap.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 /// \file
 /// Block transfers, plain and transparent.
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/velkin_api.h"
 
 namespace Graphics {

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics_brush.h"
+#include "platform/vcl/graphics/brush.h"
 
 VCL_CLASS_IMPL(HCustomGDIBrush, HGDIObject)
 VCL_CLASS_IMPL(HGDIBrush, HCustomGDIBrush)

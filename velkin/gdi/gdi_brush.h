@@ -1,7 +1,7 @@
 #pragma once
 /// \file
 /// Brushes behind a lazy handle.
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/gdi/gdi_object.h"
 
 namespace Graphics {

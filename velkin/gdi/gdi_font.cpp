@@ -5,7 +5,7 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcompare.h"
-#include "platform/vcl/graphics_font.h"
+#include "platform/vcl/graphics/font.h"
 #include "velkin/gdi/gdi_temp.h"
 
 VCL_CLASS_IMPL(HCustomGDIFont, HGDIObject)

@@ -4,8 +4,8 @@
 #include <windows.h>
 
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/ansistring.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/core/ansistring.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/gdi/gdi_charset.h"
 #include "velkin/gdi/gdi_object.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "platform/ostrel/mygeom.h"
-#include "platform/vcl/closure.h"
+#include "platform/vcl/core/closure.h"
 #include "velkin/velkin_api.h"
 
 /// Per-pixel callback of GR_LineDDA.

@@ -8,7 +8,7 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcol.h"
-#include "platform/vcl/graphics_pen.h"
+#include "platform/vcl/graphics/pen.h"
 
 VCL_CLASS_IMPL(HCustomGDIPen, HGDIObject)
 VCL_CLASS_IMPL(HGDIPen, HCustomGDIPen)

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "platform/ostrel/mystring.h"
-#include "platform/vcl/ansistring.h"
-#include "platform/vcl/graphics_color.h"
+#include "platform/vcl/core/ansistring.h"
+#include "platform/vcl/graphics/color.h"
 #include "velkin/gdi/gdi_object.h"
 
 namespace Graphics {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/vcl/package.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/package.h"
+#include "platform/vcl/core/sysutils.h"
 
 HTempItem::~HTempItem() = default;
 

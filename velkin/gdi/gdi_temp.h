@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/ansistring.h"
+#include "platform/vcl/core/ansistring.h"
 #include "velkin/velkin_api.h"
 
 /// \file

@@ -1,6 +1,6 @@
 #include "velkin/package/units.h"
 
-#include "platform/vcl/package.h"
+#include "platform/vcl/core/package.h"
 
 SYSINIT_EMPTY_UNIT(Xmessagebox)
 SYSINIT_EMPTY_UNIT(H_bitmap)

@@ -10,7 +10,7 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/units.h"
 #include "platform/pellum/units.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 #include "platform/vcl/units.h"
 #include "velkin/gdi/gdi_temp.h"
 #include "velkin/package/units.h"

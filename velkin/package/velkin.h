@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/vcl/package.h"
+#include "platform/vcl/core/package.h"
 #include "velkin/velkin_api.h"
 
 /// \file

@@ -9,7 +9,7 @@
 
 #include "platform/ostrel/ioerror.h"
 #include "platform/ostrel/strutil.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 
 using Sysutils::Exception;
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/vcl/thread.h"
+#include "platform/vcl/core/thread.h"
 #include "velkin/velkin_api.h"
 
 /// \file

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/vcl/closure.h"
+#include "platform/vcl/core/closure.h"
 #include "velkin/velkin_api.h"
 
 /// \file

@@ -7,9 +7,9 @@
 
 #include "examples/gallery/pictures/pictures.h"
 #include "examples/gallery/pictures/window_capture.h"
-#include "platform/vcl/application.h"
-#include "platform/vcl/scroll_box.h"
-#include "platform/vcl/std_group_box.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/scroll_box.h"
+#include "platform/vcl/stdctrls/std_group_box.h"
 #include "velkin/controls/h_cfield.h"
 #include "velkin/controls/h_dynarray.h"
 

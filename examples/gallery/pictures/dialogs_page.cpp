@@ -16,7 +16,7 @@
 #include "examples/gallery/pictures/picture_sheet.h"
 #include "examples/gallery/pictures/pictures.h"
 #include "examples/gallery/pictures/window_capture.h"
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "velkin/dialogs/hinput.h"
 #include "velkin/dialogs/hmleditor.h"
 #include "velkin/dialogs/hoperation.h"

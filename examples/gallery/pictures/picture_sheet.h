@@ -8,7 +8,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/mygeom.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/graphics/canvas.h"
 
 // One gallery picture: a white 32-bit DIB with a framework canvas over it, a
 // title line at the top and labelled cells below, saved as PNG through WIC.

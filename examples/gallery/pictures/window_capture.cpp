@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "examples/gallery/pictures/picture_sheet.h"
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 
 namespace {
 

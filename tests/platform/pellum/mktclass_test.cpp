@@ -6,9 +6,9 @@
 
 #include <stdexcept>
 
-#include "platform/vcl/class_registry.h"
-#include "platform/vcl/ext_panels.h"
-#include "platform/vcl/string_list.h"
+#include "platform/vcl/core/class_registry.h"
+#include "platform/vcl/core/string_list.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
 
 // A component whose constructor fails.
 class TFailing : public Classes::TComponent {
@@ -29,9 +29,10 @@ TEST(Mktclass, MakesComponentsOfAClassWithAnOwner) {
   EXPECT_EQ(made, owner.GetComponent(0));
 
   // Every class the framework registers, exactly that class.
-  for (const char* name : {"TForm", "TScrollBox", "TButton", "TCheckBox", "TRadioButton", "TEdit", "TMemo", "TLabel",
-                           "TListBox", "TComboBox", "TGroupBox", "TScrollBar", "TPanel", "TBevel", "TSpeedButton",
-                           "TBitBtn", "TTrackBar", "TProgressBar", "TUpDown", "TMainMenu", "TPopupMenu", "TMenuItem"}) {
+  for (const char* name :
+       {"TForm",     "TScrollBox",   "TButton",   "TCheckBox",  "TRadioButton", "TEdit",    "TMemo",        "TLabel",
+        "TListBox",  "TComboBox",    "TGroupBox", "TScrollBar", "TPanel",       "TBevel",   "TSpeedButton", "TBitBtn",
+        "TTrackBar", "TProgressBar", "TUpDown",   "TMainMenu",  "TPopupMenu",   "TMenuItem"}) {
     const System::TMetaClass* cls = Classes::FindClass(name);
     Classes::TComponent* c = Mktclass::HCreateClassObject(&owner, cls);
     ASSERT_NE(nullptr, c) << name;

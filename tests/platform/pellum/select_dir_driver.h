@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/vcl/application.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_lists.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_lists.h"
 #include "tests/platform/vcl/loop_driver.h"
 
 namespace select_dir_driver {

@@ -13,9 +13,9 @@
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/controls.h"
-#include "platform/vcl/streams.h"
-#include "platform/vcl/thread.h"
+#include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/streams.h"
+#include "platform/vcl/core/thread.h"
 #include "tests/platform/vcl/loop_driver.h"
 
 inline std::ostream& operator<<(std::ostream& os, const MyRect& r) {

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/vcl/application.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/forms/forms.h"
 #include "tests/velkin/resources/string_texts.h"
 
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/vcl/application.h"
-#include "platform/vcl/ext_panels.h"
-#include "platform/vcl/scroll_box.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/scroll_box.h"
 
 // A row template whose show and hide events are counted.
 class TRowForm : public Forms::TForm {

@@ -6,12 +6,12 @@
 
 #include <string>
 
-#include "platform/vcl/ext_panels.h"
-#include "platform/vcl/filer.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/core/filer.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
 
 // A designed form with a hidden panel of samples and an empty panel.
 class TSamplesForm : public Forms::TForm {

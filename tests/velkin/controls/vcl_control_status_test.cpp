@@ -7,12 +7,12 @@
 
 #include <string>
 
-#include "platform/vcl/application.h"
-#include "platform/vcl/ext_panels.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
-#include "platform/vcl/std_group_box.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_group_box.h"
+#include "platform/vcl/stdctrls/std_label.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "platform/ostrel/ioerror.h"
-#include "platform/vcl/application.h"
-#include "platform/vcl/std_buttons.h"
-#include "platform/vcl/std_edits.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
 
 namespace {
 

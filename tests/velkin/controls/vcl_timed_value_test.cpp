@@ -6,10 +6,10 @@
 
 #include <string>
 
-#include "platform/vcl/component.h"
-#include "platform/vcl/filer.h"
-#include "platform/vcl/object_text.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/component.h"
+#include "platform/vcl/core/filer.h"
+#include "platform/vcl/core/object_text.h"
+#include "platform/vcl/core/sysutils.h"
 
 // A component publishing a timed value and a method for its change event.
 class TAlarm : public Classes::TComponent {

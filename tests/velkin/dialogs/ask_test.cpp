@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/resources/string_texts.h"
 #include "velkin/dialogs/xmessagebox.h"

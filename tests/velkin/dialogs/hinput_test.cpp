@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
 

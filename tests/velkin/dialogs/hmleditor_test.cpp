@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/vcl/application.h"
-#include "platform/vcl/string_list.h"
+#include "platform/vcl/core/string_list.h"
+#include "platform/vcl/forms/application.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/ostrel/ioerror.h"
-#include "platform/vcl/application.h"
+#include "platform/vcl/forms/application.h"
 #include "tests/velkin/dialogs/text_fit.h"
 #include "velkin/dialogs/hoperation_form.h"
 

@@ -6,7 +6,7 @@
 #include <windows.h>
 
 #include "platform/ostrel/ioerror.h"
-#include "platform/vcl/std_edits.h"
+#include "platform/vcl/stdctrls/std_edits.h"
 #include "velkin/dialogs/hoperation.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/forms.h"
-#include "platform/vcl/std_label.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/stdctrls/std_label.h"
 
 namespace text_fit {
 

@@ -12,7 +12,7 @@
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics_bitmap.h"
+#include "platform/vcl/graphics/bitmap.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/draw/gdi_canvas_bitmap.h"
 #include "velkin/draw/tc_draw.h"

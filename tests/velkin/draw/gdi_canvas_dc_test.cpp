@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/vcl/controls.h"
+#include "platform/vcl/controls/controls.h"
 
 using namespace Graphics;
 

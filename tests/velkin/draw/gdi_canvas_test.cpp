@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "platform/ostrel/dc_changer.h"
-#include "platform/vcl/controls.h"
+#include "platform/vcl/controls/controls.h"
 #include "tests/velkin/draw/draw_pixels.h"
 #include "velkin/draw/gdi_canvas_dc.h"
 #include "velkin/gdi/gdi_lines.h"

@@ -2,7 +2,7 @@
 // and what is drawn there.
 #include <gtest/gtest.h>
 
-#include "platform/vcl/graphics_canvas.h"
+#include "platform/vcl/graphics/canvas.h"
 #include "tests/velkin/draw/draw_pixels.h"
 #include "velkin/draw/h_extdraw.h"
 

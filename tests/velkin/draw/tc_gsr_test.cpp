@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 #include "tests/velkin/draw/draw_pixels.h"
 #include "velkin/draw/tc_gsr.h"
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/graphics.h"
+#include "platform/vcl/graphics/graphics.h"
 #include "velkin/gdi/gdi_brush.h"
 #include "velkin/gdi/gdi_dib.h"
 #include "velkin/gdi/gdi_font.h"

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/vcl/graphics.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
+#include "platform/vcl/graphics/graphics.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 
 namespace {

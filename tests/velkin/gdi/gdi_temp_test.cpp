@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 
 #include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
-#include "platform/vcl/sysutils.h"
+#include "platform/vcl/core/sysutils.h"
 #include "tests/velkin/sync/misuse_recorder.h"
 
 namespace {

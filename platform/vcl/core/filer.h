@@ -1,0 +1,203 @@
+#pragma once
+/// \file
+/// Unit Classes, component streaming: the binary form of components and
+/// their published properties, written by TWriter and read back by TReader.
+///
+/// A stream starts with the signature "TPF0". A component is its class name
+/// and its name (short strings: a length byte and the bytes), its properties
+/// as name and value until an empty name, then its child components in the
+/// same form until a zero byte. A value is a TValueType byte and its data.
+#include <vector>
+
+#include "platform/vcl/core/closure.h"
+#include "platform/vcl/core/component.h"
+#include "platform/vcl/core/streams.h"
+#include "platform/vcl/core/typinfo.h"
+
+namespace Classes {
+
+/// The type byte in front of every value.
+enum TValueType : unsigned char {
+  vaNull,      // end of a list, a property list or a child list
+  vaList,      // values until vaNull
+  vaInt8,      // one byte, signed
+  vaInt16,     // two bytes
+  vaInt32,     // four bytes
+  vaExtended,  // ten-byte floating point
+  vaString,    // length byte and bytes
+  vaIdent,     // length byte and the identifier
+  vaFalse,
+  vaTrue,
+  vaBinary,      // four-byte length and bytes
+  vaSet,         // element names until an empty one
+  vaLString,     // four-byte length and bytes
+  vaNil,         // no object, no method
+  vaCollection,  // not written here; refused when read
+  vaSingle,      // four-byte floating point
+  vaCurrency,    // eight-byte integer, ten-thousandths
+  vaDate,        // eight-byte floating point, days
+  vaWString,     // four-byte length and UTF-16 units
+  vaInt64,       // eight bytes
+  vaUTF8String,  // four-byte length and UTF-8 bytes
+  vaDouble       // eight-byte floating point
+};
+
+/// The four bytes a component stream starts with.
+inline constexpr char kFilerSignature[4] = {'T', 'P', 'F', '0'};
+
+class TReader;
+class TWriter;
+/// Reads or writes a property a class defines itself (a string list's lines).
+using TReaderProc = System::TClosure<void(TReader*)>;
+using TWriterProc = System::TClosure<void(TWriter*)>;
+/// Reads or writes a defined property held as bytes.
+using TStreamProc = System::TClosure<void(TStream*)>;
+
+/// What TReader and TWriter share: the stream, the component at the top of
+/// what is read or written, and the properties classes define themselves.
+class VCL_API TFiler : public TObject {
+  VCL_CLASS();
+
+ public:
+  explicit TFiler(TStream* stream) : stream_(stream) {}
+  TStream* GetStream() const { return stream_; }
+  /// The component whose published methods events are bound to, and whose
+  /// components references name.
+  TComponent* GetRoot() const { return root_; }
+  void SetRoot(TComponent* value) { root_ = value; }
+
+  /// Called by TPersistent::DefineProperties: a property the class reads and
+  /// writes itself, written when hasData.
+  virtual void DefineProperty(const AnsiString& name, TReaderProc readData, TWriterProc writeData, bool hasData) = 0;
+  virtual void DefineBinaryProperty(const AnsiString& name, TStreamProc readData, TStreamProc writeData,
+                                    bool hasData) = 0;
+
+ protected:
+  TStream* stream_;
+  TComponent* root_ = nullptr;
+};
+
+/// Writes values and components.
+class VCL_API TWriter : public TFiler {
+  VCL_CLASS();
+
+ public:
+  using TFiler::TFiler;
+
+  void WriteSignature();
+  void WriteValue(TValueType value);
+  /// The smallest integer type that holds value.
+  void WriteInteger(long long value);
+  void WriteBoolean(bool value);
+  void WriteFloat(long double value);
+  void WriteDate(System::TDateTime value);
+  /// vaString up to 255 bytes, vaLString above; the bytes as they are.
+  void WriteString(const AnsiString& value);
+  /// False, True and nil as their own types, anything else as vaIdent.
+  void WriteIdent(const AnsiString& ident);
+  /// A short string with no type byte: a name.
+  void WriteStr(const AnsiString& value);
+  void WriteListBegin() { WriteValue(vaList); }
+  void WriteListEnd() { WriteValue(vaNull); }
+  void WriteBinary(const void* data, long size);
+
+  /// Writes root and the components it owns, nested as their parents hold
+  /// them, after the signature.
+  void WriteDescendent(TComponent* root);
+  /// Writes one component (the root once set) with its properties and children.
+  void WriteComponent(TComponent* component);
+  /// The published properties of instance that differ from their defaults
+  /// and the properties its class defines.
+  void WriteProperties(TPersistent* instance);
+
+  void DefineProperty(const AnsiString& name, TReaderProc readData, TWriterProc writeData, bool hasData) override;
+  void DefineBinaryProperty(const AnsiString& name, TStreamProc readData, TStreamProc writeData, bool hasData) override;
+
+ private:
+  void WriteProperty(TPersistent* instance, const Typinfo::TPropInfo* prop);
+  void WriteChild(TComponent* child) { WriteComponent(child); }
+  AnsiString prefix_;  // "Font." while a sub-object's properties are written
+};
+
+/// Reads values and components. Every error is an EReadError whose message
+/// names the component and property being read (or EClassNotFound naming the
+/// class); what was made before the error is freed again.
+class VCL_API TReader : public TFiler {
+  VCL_CLASS();
+
+ public:
+  using TFiler::TFiler;
+
+  /// Raises EReadError "Invalid stream format" unless the signature follows.
+  void ReadSignature();
+  TValueType ReadValue();
+  /// The type of the next value, left unread.
+  TValueType NextValue();
+  /// True (and nothing read) when a vaNull comes next. Any other byte may
+  /// follow (a child's flags).
+  bool EndOfList();
+  void ReadListBegin() { CheckValue(vaList); }
+  void ReadListEnd() { CheckValue(vaNull); }
+  /// Any integer type; raises for anything else and, for ReadInteger, for a
+  /// value outside int.
+  int ReadInteger();
+  long long ReadInt64();
+  bool ReadBoolean();
+  /// Any number type.
+  long double ReadFloat();
+  System::TDateTime ReadDate();
+  /// vaString, vaLString (bytes as they are), vaWString and vaUTF8String
+  /// (converted to the ANSI code page).
+  AnsiString ReadString();
+  /// vaIdent, and False, True, nil and Null by their types.
+  AnsiString ReadIdent();
+  /// A short string with no type byte.
+  AnsiString ReadStr();
+  /// The bytes of a vaBinary value.
+  std::vector<unsigned char> ReadBinary();
+  /// Passes over one value of any type.
+  void SkipValue();
+
+  /// Reads a whole stream into root (or, when root is null, into a new
+  /// component of the class the stream names, owned by owner) and returns it.
+  TComponent* ReadRootComponent(TComponent* root, TComponent* owner = nullptr);
+  /// Reads one property, its name first, into instance.
+  void ReadProperty(TPersistent* instance);
+
+  void DefineProperty(const AnsiString& name, TReaderProc readData, TWriterProc writeData, bool hasData) override;
+  void DefineBinaryProperty(const AnsiString& name, TStreamProc readData, TStreamProc writeData, bool hasData) override;
+
+ private:
+  struct Fixup {
+    TPersistent* instance;
+    const Typinfo::TPropInfo* prop;
+    AnsiString name, where;
+  };
+  void CheckValue(TValueType expected);
+  void Read(void* buffer, long count) { stream_->ReadBuffer(buffer, count); }
+  [[noreturn]] void PropValueError();
+  void ReadComponent(TComponent* parent);
+  /// A class named by the stream: a class of one of the root's fields, or a
+  /// registered one (else EClassNotFound).
+  const System::TMetaClass* FindComponentClass(const AnsiString& name) const;
+  void ReadBody(TComponent* component);
+  void ReadPropValue(TPersistent* instance, const Typinfo::TPropInfo* prop);
+  void ResolveFixups();
+
+  TComponent* owner_ = nullptr;       // owner of the components made
+  std::vector<TComponent*> made_;     // made by this read, in order
+  std::vector<TComponent*> loading_;  // read by this read, for Loaded
+  std::vector<Fixup> fixups_;         // references to resolve at the end
+  AnsiString defining_;               // the defined property asked for
+  bool defined_ = false;              // whether DefineProperties had it
+  AnsiString where_;                  // "Form1.Button1" while it is read
+};
+
+/// The module that holds cls (its resources hold its design).
+VCL_API HINSTANCE FindClassHInstance(const System::TMetaClass* cls);
+/// Reads into instance the designs of its class and of the ancestors below
+/// rootAncestor, ancestors first, each from the resource named after its
+/// class in the module holding it; false when there was none.
+VCL_API bool InitInheritedComponent(TComponent* instance, const System::TMetaClass* rootAncestor);
+
+}  // namespace Classes

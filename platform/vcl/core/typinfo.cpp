@@ -1,0 +1,261 @@
+#include "platform/vcl/core/typinfo.h"
+
+#include <map>
+#include <mutex>
+
+#include <windows.h>
+
+#include <cstring>
+#include <string>
+
+namespace Typinfo {
+
+VCL_CLASS_IMPL(EPropertyError, Sysutils::Exception)
+
+namespace {
+
+using Sysutils::SameText;
+
+[[noreturn]] void Fail(const TPropInfo* prop, const char* what) {
+  throw EPropertyError(AnsiString("Property ") + prop->Name + ": " + what);
+}
+
+[[noreturn]] void BadValue(const TPropInfo* prop, const AnsiString& value) {
+  throw EPropertyError(AnsiString("Property ") + prop->Name + ": invalid value '" + value + "'");
+}
+
+// The property's accessor, or a clear error when it has none of that kind.
+template <class F>
+F Need(const TPropInfo* prop, F f, const char* what) {
+  if (!f) Fail(prop, what);
+  return f;
+}
+
+// The items of a comma-separated list, blanks trimmed, empty ones left out.
+std::vector<std::string_view> SplitList(std::string_view rest) {
+  std::vector<std::string_view> items;
+  while (!rest.empty()) {
+    const size_t comma = rest.find(',');
+    std::string_view item = rest.substr(0, comma);
+    while (!item.empty() && item.front() == ' ') item.remove_prefix(1);
+    while (!item.empty() && item.back() == ' ') item.remove_suffix(1);
+    if (!item.empty()) items.push_back(item);
+    if (comma == std::string_view::npos) break;
+    rest.remove_prefix(comma + 1);
+  }
+  return items;
+}
+
+}  // namespace
+
+TTypeInfo MakeEnumInfo(const char* name, const char* values) {
+  TTypeInfo info(tkEnumeration, name);
+  for (std::string_view item : SplitList(values)) {
+    // A qualified value (Forms::bsNone) is named by its last part.
+    if (const size_t colon = item.rfind(':'); colon != std::string_view::npos) item.remove_prefix(colon + 1);
+    info.Names.emplace_back(std::string(item).c_str());
+  }
+  info.MaxValue = static_cast<int>(info.Names.size()) - 1;
+  return info;
+}
+
+AnsiString GetEnumName(const TTypeInfo* info, int value) {
+  if (value < info->MinValue || value > info->MaxValue || value - info->MinValue >= int(info->Names.size())) return "";
+  return info->Names[value - info->MinValue];
+}
+
+int GetEnumValue(const TTypeInfo* info, const AnsiString& name) {
+  for (size_t i = 0; i < info->Names.size(); ++i)
+    if (SameText(info->Names[i].c_str(), name.c_str())) return info->MinValue + static_cast<int>(i);
+  return -1;
+}
+
+namespace {
+
+std::vector<const TPropInfo*> BuildPropList(const System::TMetaClass* cls) {
+  std::vector<const TPropInfo*> list;
+  if (!cls) return list;
+  list = BuildPropList(cls->Parent);
+  for (int i = 0; i < cls->PublishedCount; ++i) {
+    const TPropInfo* p = &cls->Published[i];
+    if (!p->IsProperty()) continue;
+    // A class that publishes a property again replaces its parent's entry.
+    bool replaced = false;
+    for (auto& q : list)
+      if (SameText(q->Name, p->Name)) {
+        q = p;
+        replaced = true;
+      }
+    if (!replaced) list.push_back(p);
+  }
+  return list;
+}
+
+}  // namespace
+
+std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
+  // Streaming asks for every component it writes: built once a class.
+  static std::mutex lock;
+  static std::map<const System::TMetaClass*, std::vector<const TPropInfo*>> lists;
+  const std::lock_guard<std::mutex> guard(lock);
+  auto it = lists.find(cls);
+  if (it == lists.end()) it = lists.emplace(cls, BuildPropList(cls)).first;
+  return it->second;
+}
+
+const TPropInfo* GetPropInfo(const System::TMetaClass* cls, const AnsiString& name) {
+  for (; cls; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount; ++i)
+      if (cls->Published[i].IsProperty() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
+  return nullptr;
+}
+
+namespace {
+
+const TPropInfo* FindMethod(const System::TMetaClass* cls, const AnsiString& name) {
+  for (; cls; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount; ++i)
+      if (cls->Published[i].IsMethod() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
+  return nullptr;
+}
+
+bool SameMethod(const System::TMethod& a, const System::TMethod& b) {
+  return a.Data == b.Data && std::memcmp(a.Code, b.Code, sizeof a.Code) == 0;
+}
+
+}  // namespace
+
+const TPropInfo* GetFieldInfo(const System::TMetaClass* cls, const AnsiString& name) {
+  for (; cls; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount; ++i)
+      if (cls->Published[i].IsField() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
+  return nullptr;
+}
+
+System::TMethod MethodAddress(TObject* instance, const AnsiString& name) {
+  const TPropInfo* m = instance ? FindMethod(instance->ClassType(), name) : nullptr;
+  return m ? m->BindMethod(instance) : System::TMethod{};
+}
+
+const char* MethodSignature(const System::TMetaClass* cls, const AnsiString& name) {
+  const TPropInfo* m = FindMethod(cls, name);
+  return m ? m->PropType()->Signature : nullptr;
+}
+
+AnsiString MethodName(TObject* instance, const System::TMethod& method) {
+  if (!instance || !method.IsSet()) return "";
+  for (const System::TMetaClass* cls = instance->ClassType(); cls; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount; ++i)
+      if (cls->Published[i].IsMethod() && SameMethod(cls->Published[i].BindMethod(instance), method))
+        return cls->Published[i].Name;
+  return "";
+}
+
+long long GetOrdProp(TObject* instance, const TPropInfo* prop) {
+  return Need(prop, prop->GetOrd, "not an ordinal value")(instance);
+}
+
+void SetOrdProp(TObject* instance, const TPropInfo* prop, long long value) {
+  Need(prop, prop->GetOrd, "not an ordinal value");
+  Need(prop, prop->SetOrd, "read only")(instance, value);
+}
+
+double GetFloatProp(TObject* instance, const TPropInfo* prop) {
+  return Need(prop, prop->GetFloat, "not a floating-point value")(instance);
+}
+
+void SetFloatProp(TObject* instance, const TPropInfo* prop, double value) {
+  Need(prop, prop->GetFloat, "not a floating-point value");
+  Need(prop, prop->SetFloat, "read only")(instance, value);
+}
+
+AnsiString GetStrProp(TObject* instance, const TPropInfo* prop) {
+  return Need(prop, prop->GetStr, "not a string")(instance);
+}
+
+void SetStrProp(TObject* instance, const TPropInfo* prop, const AnsiString& value) {
+  Need(prop, prop->GetStr, "not a string");
+  Need(prop, prop->SetStr, "read only")(instance, value);
+}
+
+TObject* GetObjectProp(TObject* instance, const TPropInfo* prop) {
+  return Need(prop, prop->GetObj, "not an object")(instance);
+}
+
+void SetObjectProp(TObject* instance, const TPropInfo* prop, TObject* value) {
+  Need(prop, prop->GetObj, "not an object");
+  if (value && !value->InheritsFrom(prop->PropType()->ClassType())) Fail(prop, "an object of the wrong class");
+  Need(prop, prop->SetObj, "read only")(instance, value);
+}
+
+System::TMethod GetMethodProp(TObject* instance, const TPropInfo* prop) {
+  return Need(prop, prop->GetMethod, "not an event")(instance);
+}
+
+void SetMethodProp(TObject* instance, const TPropInfo* prop, const System::TMethod& value) {
+  Need(prop, prop->GetMethod, "not an event");
+  Need(prop, prop->SetMethod, "read only")(instance, value);
+}
+
+AnsiString GetEnumProp(TObject* instance, const TPropInfo* prop) {
+  if (prop->Kind() != tkEnumeration) Fail(prop, "not an enumeration");
+  return GetEnumName(prop->PropType(), static_cast<int>(GetOrdProp(instance, prop)));
+}
+
+void SetEnumProp(TObject* instance, const TPropInfo* prop, const AnsiString& value) {
+  if (prop->Kind() != tkEnumeration) Fail(prop, "not an enumeration");
+  const int v = GetEnumValue(prop->PropType(), value);
+  if (v < 0) BadValue(prop, value);
+  SetOrdProp(instance, prop, v);
+}
+
+AnsiString GetSetProp(TObject* instance, const TPropInfo* prop) {
+  if (prop->Kind() != tkSet) Fail(prop, "not a set");
+  const TTypeInfo* element = prop->PropType()->CompType;
+  const auto bits = static_cast<unsigned long long>(GetOrdProp(instance, prop));
+  AnsiString text = "[";
+  for (int i = 0; i < 64; ++i)
+    if (bits >> i & 1) {
+      if (text.Length() > 1) text += ",";
+      text += GetEnumName(element, element->MinValue + i);
+    }
+  return text + "]";
+}
+
+void SetSetProp(TObject* instance, const TPropInfo* prop, const AnsiString& value) {
+  if (prop->Kind() != tkSet) Fail(prop, "not a set");
+  const TTypeInfo* element = prop->PropType()->CompType;
+  std::string_view rest(value.c_str());
+  if (!rest.empty() && rest.front() == '[') {
+    if (rest.back() != ']') Fail(prop, "a set without its closing ']'");
+    rest = rest.substr(1, rest.size() - 2);
+  }
+  unsigned long long bits = 0;
+  for (std::string_view item : SplitList(rest)) {
+    const AnsiString name(std::string(item).c_str());
+    const int v = GetEnumValue(element, name);
+    if (v < 0) BadValue(prop, name);
+    bits |= 1ull << (v - element->MinValue);
+  }
+  SetOrdProp(instance, prop, static_cast<long long>(bits));
+}
+
+bool IsDefaultPropValue(TObject* instance, const TPropInfo* prop) {
+  if (prop->Stored && !prop->Stored(instance)) return true;
+  switch (prop->Kind()) {
+    case tkInteger:
+    case tkEnumeration:
+    case tkSet:
+      return prop->HasDefault && GetOrdProp(instance, prop) == prop->Default;
+    case tkFloat:
+      return GetFloatProp(instance, prop) == 0;
+    case tkLString:
+      return GetStrProp(instance, prop).IsEmpty();
+    case tkMethod:
+      return !GetMethodProp(instance, prop).IsSet();
+    default:
+      return false;
+  }
+}
+
+}  // namespace Typinfo

@@ -1,0 +1,241 @@
+#include <windows.h>
+
+#include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/brush.h"
+#include "platform/vcl/graphics/font.h"
+#include "platform/vcl/graphics/object.h"
+#include "platform/vcl/graphics/pen.h"
+
+namespace Graphics {
+
+VCL_CLASS_IMPL(TGraphicsObject, Classes::TPersistent)
+VCL_CLASS_IMPL(TPen, TGraphicsObject, VCL_PROPERTY(Color, clBlack), VCL_PROPERTY(Mode, pmCopy),
+               VCL_PROPERTY(Style, psSolid), VCL_PROPERTY(Width, 1))
+VCL_CLASS_IMPL(TBrush, TGraphicsObject, VCL_PROPERTY(Color, clWhite), VCL_PROPERTY(Style, bsSolid))
+VCL_CLASS_IMPL(TFont, TGraphicsObject, VCL_PROPERTY(Charset, DEFAULT_CHARSET), VCL_PROPERTY(Color, clWindowText),
+               VCL_PROPERTY(Height), VCL_PROPERTY(Name), VCL_PROPERTY(Pitch, fpDefault),
+               VCL_PROPERTY(Style, TFontStyles()))
+
+void TGraphicsObject::Changed() {
+  if (onChange_) onChange_(this);
+}
+
+// ---- TPen
+
+TPen::~TPen() = default;
+
+// The old handle lives until the listeners have let go of it (a canvas
+// deselects it), and one that asks for the handle meanwhile gets a new one.
+void TPen::Changed() {
+  const OwnedPen old = std::move(handle_);
+  TGraphicsObject::Changed();
+}
+
+void TPen::SetColor(TColor value) {
+  if (value == color_) return;
+  color_ = value;
+  Changed();
+}
+
+void TPen::SetWidth(int value) {
+  if (value < 1) value = 1;
+  if (value == width_) return;
+  width_ = value;
+  Changed();
+}
+
+void TPen::SetStyle(TPenStyle value) {
+  if (value == style_) return;
+  style_ = value;
+  Changed();
+}
+
+void TPen::SetMode(TPenMode value) {
+  if (value == mode_) return;
+  mode_ = value;
+  Changed();
+}
+
+HPEN TPen::GetHandle() {
+  if (!handle_) {
+    static const int styles[] = {PS_SOLID, PS_DASH, PS_DOT, PS_DASHDOT, PS_DASHDOTDOT, PS_NULL, PS_INSIDEFRAME};
+    LOGPEN lp{};
+    lp.lopnStyle = static_cast<UINT>(style_ >= psSolid && style_ <= psInsideFrame ? styles[style_] : PS_SOLID);
+    lp.lopnWidth.x = width_;
+    lp.lopnColor = static_cast<COLORREF>(ColorToRGB(color_));
+    handle_.reset(CreatePenIndirect(&lp));
+  }
+  return handle_.get();
+}
+
+void TPen::Assign(Classes::TPersistent* source) {
+  if (auto* p = dynamic_cast<TPen*>(source)) {
+    if (p == this) return;
+    if (p->color_ == color_ && p->width_ == width_ && p->style_ == style_ && p->mode_ == mode_) return;
+    color_ = p->color_;
+    width_ = p->width_;
+    style_ = p->style_;
+    mode_ = p->mode_;
+    Changed();
+    return;
+  }
+  TGraphicsObject::Assign(source);
+}
+
+// ---- TBrush
+
+TBrush::~TBrush() = default;
+
+// As for the pen.
+void TBrush::Changed() {
+  const OwnedBrush old = std::move(handle_);
+  TGraphicsObject::Changed();
+}
+
+void TBrush::SetColor(TColor value) {
+  if (value == color_) return;
+  color_ = value;
+  Changed();
+}
+
+void TBrush::SetStyle(TBrushStyle value) {
+  if (value == style_) return;
+  style_ = value;
+  Changed();
+}
+
+HBRUSH TBrush::GetHandle() {
+  if (!handle_) {
+    LOGBRUSH lb{};
+    lb.lbColor = static_cast<COLORREF>(ColorToRGB(color_));
+    switch (style_) {
+      case bsSolid:
+        lb.lbStyle = BS_SOLID;
+        break;
+      case bsClear:
+        lb.lbStyle = BS_HOLLOW;
+        break;
+      default: {
+        static const int hatches[] = {HS_HORIZONTAL, HS_VERTICAL, HS_FDIAGONAL, HS_BDIAGONAL, HS_CROSS, HS_DIAGCROSS};
+        const int i = style_ - bsHorizontal;
+        lb.lbStyle = BS_HATCHED;
+        lb.lbHatch = static_cast<ULONG_PTR>(i >= 0 && i < 6 ? hatches[i] : HS_CROSS);
+      }
+    }
+    handle_.reset(CreateBrushIndirect(&lb));
+  }
+  return handle_.get();
+}
+
+void TBrush::Assign(Classes::TPersistent* source) {
+  if (auto* b = dynamic_cast<TBrush*>(source)) {
+    if (b == this || (b->color_ == color_ && b->style_ == style_)) return;
+    color_ = b->color_;
+    style_ = b->style_;
+    Changed();
+    return;
+  }
+  TGraphicsObject::Assign(source);
+}
+
+// ---- TFont
+
+namespace {
+int ScreenPixelsPerInch() {
+  const OwnedWindowDC screen(nullptr);
+  const int ppi = screen ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
+  return ppi > 0 ? ppi : 96;
+}
+}  // namespace
+
+TFont::TFont() : pixelsPerInch_(ScreenPixelsPerInch()) { height_ = -MulDiv(8, pixelsPerInch_, 72); }
+
+TFont::~TFont() = default;
+
+// As for the pen: a control's window is handed the new handle at once.
+void TFont::Changed() {
+  const OwnedFont old = std::move(handle_);
+  TGraphicsObject::Changed();
+}
+
+void TFont::SetName(const System::AnsiString& value) {
+  if (value.IsEmpty() || value == name_) return;
+  name_ = value;
+  Changed();
+}
+
+int TFont::GetSize() const { return -MulDiv(height_, 72, pixelsPerInch_); }
+
+void TFont::SetSize(int value) { SetHeight(-MulDiv(value, pixelsPerInch_, 72)); }
+
+void TFont::SetHeight(int value) {
+  if (value == height_) return;
+  height_ = value;
+  Changed();
+}
+
+void TFont::SetColor(TColor value) {
+  if (value == color_) return;
+  color_ = value;
+  // The colour is not part of the GDI font: only listeners need to know.
+  TGraphicsObject::Changed();
+}
+
+void TFont::SetStyle(const TFontStyles& value) {
+  if (value == style_) return;
+  style_ = value;
+  Changed();
+}
+
+void TFont::SetCharset(TFontCharset value) {
+  if (value == charset_) return;
+  charset_ = value;
+  Changed();
+}
+
+void TFont::SetPitch(TFontPitch value) {
+  if (value == pitch_) return;
+  pitch_ = value;
+  Changed();
+}
+
+void TFont::SetPixelsPerInch(int value) {
+  if (value > 0) pixelsPerInch_ = value;
+}
+
+HFONT TFont::GetHandle() {
+  if (!handle_) {
+    LOGFONTA lf{};
+    lf.lfHeight = height_;
+    lf.lfWeight = style_.Contains(fsBold) ? FW_BOLD : FW_NORMAL;
+    lf.lfItalic = style_.Contains(fsItalic);
+    lf.lfUnderline = style_.Contains(fsUnderline);
+    lf.lfStrikeOut = style_.Contains(fsStrikeOut);
+    lf.lfCharSet = charset_;
+    lf.lfOutPrecision = OUT_DEFAULT_PRECIS;
+    lf.lfClipPrecision = CLIP_DEFAULT_PRECIS;
+    lf.lfQuality = DEFAULT_QUALITY;
+    lf.lfPitchAndFamily = pitch_ == fpVariable ? VARIABLE_PITCH : pitch_ == fpFixed ? FIXED_PITCH : DEFAULT_PITCH;
+    lstrcpynA(lf.lfFaceName, name_.c_str(), LF_FACESIZE);
+    handle_.reset(CreateFontIndirectA(&lf));
+  }
+  return handle_.get();
+}
+
+void TFont::Assign(Classes::TPersistent* source) {
+  if (auto* f = dynamic_cast<TFont*>(source)) {
+    if (f == this) return;
+    name_ = f->name_;
+    // Height carries over; Size follows from this font's resolution.
+    height_ = f->height_;
+    color_ = f->color_;
+    style_ = f->style_;
+    charset_ = f->charset_;
+    pitch_ = f->pitch_;
+    Changed();
+    return;
+  }
+  TGraphicsObject::Assign(source);
+}
+
+}  // namespace Graphics

@@ -1,0 +1,390 @@
+// Component streaming: a form with one of many controls written and read back
+// into another instance with every published value, its fields, events,
+// references, menu and string lists; malformed streams refused with the
+// component and property named and nothing left behind; a design made at
+// another screen density scaled when it is read.
+#include "platform/vcl/core/filer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "platform/vcl/core/class_registry.h"
+#include "platform/vcl/core/object_text.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/forms/forms.h"
+#include "platform/vcl/forms/menus.h"
+#include "platform/vcl/stdctrls/com_ranges.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
+#include "platform/vcl/stdctrls/std_label.h"
+#include "platform/vcl/stdctrls/std_lists.h"
+#include "tests/platform/vcl/test_helpers.h"
+
+// A designed form: fields for the controls it refers to, a published handler.
+class TStreamedForm : public Forms::TForm {
+  VCL_CLASS();
+
+ public:
+  using TForm::TForm;
+  Extctrls::TPanel* Panel1 = nullptr;
+  Stdctrls::TButton* OkButton = nullptr;
+  Stdctrls::TEdit* NameEdit = nullptr;
+  int clicks = 0;
+  void OkClick(System::TObject*) { ++clicks; }
+  // Floating-point values of both kinds.
+  double GetRatio() const { return ratio_; }
+  void SetRatio(double value) { ratio_ = value; }
+  System::TDateTime GetDue() const { return due_; }
+  void SetDue(System::TDateTime value) { due_ = value; }
+
+ private:
+  double ratio_ = 0;
+  System::TDateTime due_;
+};
+VCL_COMPONENT_IMPL(TStreamedForm, Forms::TForm, VCL_FIELD(Panel1), VCL_FIELD(OkButton), VCL_FIELD(NameEdit),
+                   VCL_METHOD(OkClick, System::TNotifyEvent), VCL_PROPERTY(Ratio), VCL_PROPERTY(Due))
+
+namespace {
+
+using namespace Classes;
+using namespace Typinfo;
+using namespace vcl_test;
+
+// Every stored published value of a persistent object, sub-objects
+// flattened, references and handlers by name: "Caption='OK' Font.Height=-13".
+std::string Values(TPersistent* p, TComponent* root, const std::string& prefix = "") {
+  std::string out;
+  for (const TPropInfo* prop : GetPropList(p->ClassType())) {
+    if (prop->Stored && !prop->Stored(p)) continue;  // follows its parent
+    const std::string name = prefix + prop->Name;
+    switch (prop->Kind()) {
+      case tkClass: {
+        TObject* o = GetObjectProp(p, prop);
+        if (auto* c = dynamic_cast<TComponent*>(o))
+          out += name + "=" + Str(c->GetName()) + " ";
+        else if (auto* sub = dynamic_cast<TPersistent*>(o))
+          out += Values(sub, root, name + ".");
+        break;
+      }
+      case tkMethod:
+        out += name + "=" + Str(MethodName(root, GetMethodProp(p, prop))) + " ";
+        break;
+      case tkFloat: {
+        char exact[40];
+        std::snprintf(exact, sizeof exact, "%.17g", GetFloatProp(p, prop));
+        out += name + "=" + exact + " ";
+        break;
+      } break;
+      case tkLString:
+        out += name + "='" + Str(GetStrProp(p, prop)) + "' ";
+        break;
+      default:
+        out += name + "=" + std::to_string(GetOrdProp(p, prop)) + " ";
+    }
+  }
+  if (auto* strings = dynamic_cast<TStrings*>(p)) out += prefix + "Text='" + Str(strings->GetText()) + "' ";
+  return out;
+}
+
+// The values of root and of everything it owns, one line a component, in
+// the order of their names.
+std::string Tree(TComponent* root) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < root->GetComponentCount(); ++i) {
+    TComponent* c = root->GetComponent(i);
+    auto* parent = c->GetParentComponent();
+    lines.push_back(Str(c->GetName()) + " in " + (parent ? Str(parent->GetName()) : "-") + ": " + Values(c, root));
+  }
+  std::sort(lines.begin(), lines.end());
+  std::string out = Str(root->GetName()) + ": " + Values(root, root) + "\n";
+  for (const auto& l : lines) out += l + "\n";
+  return out;
+}
+
+template <class C>
+C* Named(TComponent* owner, Controls::TWinControl* parent, const char* name) {
+  C* c = Make<C>(owner, parent);
+  c->SetName(name);
+  return c;
+}
+
+// A form with something of every kind of value.
+void Design(TStreamedForm& f) {
+  f.SetName("Designed");
+  f.SetCaption("Order \xC7\xE0\xEA\xE0\xE7");  // 8-bit text, kept as bytes
+  f.SetBorderStyle(Forms::bsDialog);
+  f.SetRatio(-1.0 / 3);
+  f.SetDue(System::TDateTime(46000.75));
+  f.SetTag(-100000);
+  f.SetBorderIcons(Forms::TBorderIcons{Forms::biSystemMenu});
+  f.SetClientWidth(320);
+  f.SetClientHeight(200);
+  f.SetColor(Graphics::clWindow);
+  f.GetFont()->SetHeight(-13);
+  f.GetFont()->SetStyle(Graphics::TFontStyles{Graphics::fsBold});
+  f.Panel1 = Named<Extctrls::TPanel>(&f, &f, "Panel1");
+  f.Panel1->SetAlign(Controls::alBottom);
+  f.Panel1->SetHeight(40);
+  f.Panel1->SetColor(static_cast<Graphics::TColor>(0x123456));
+  f.OkButton = Named<Stdctrls::TButton>(&f, f.Panel1, "OkButton");
+  f.OkButton->SetText("&OK");
+  f.OkButton->SetDefault(true);
+  f.OkButton->SetModalResult(Controls::mrOk);
+  f.OkButton->SetOnClick({&f, &TStreamedForm::OkClick});
+  f.NameEdit = Named<Stdctrls::TEdit>(&f, &f, "NameEdit");
+  f.NameEdit->SetBounds(90, 10, 200, 21);
+  f.NameEdit->SetText("it's a name");
+  f.NameEdit->SetMaxLength(40);
+  auto* label = Named<Stdctrls::TLabel>(&f, &f, "NameLabel");
+  label->SetText("&Name:");
+  label->SetFocusControl(f.NameEdit);
+  auto* combo = Named<Stdctrls::TComboBox>(&f, &f, "Kind");
+  combo->SetStyle(Stdctrls::csDropDownList);
+  combo->GetItems()->SetText("first\r\nsecond\r\nthird");
+  combo->SetItemIndex(1);
+  auto* memo = Named<Stdctrls::TMemo>(&f, &f, "Notes");
+  memo->GetLines()->SetText(AnsiString(std::string(300, 'x').c_str()) + "\r\nshort");
+  auto* check = Named<Stdctrls::TCheckBox>(&f, &f, "Maybe");
+  check->SetAllowGrayed(true);
+  check->SetState(Stdctrls::cbGrayed);
+  auto* track = Named<Comctrls::TTrackBar>(&f, &f, "Level");
+  track->SetMax(20);
+  track->SetPosition(15);
+  auto* menu = Named<Menus::TMainMenu>(&f, nullptr, "MainMenu1");
+  auto* file = Named<Menus::TMenuItem>(&f, nullptr, "FileItem");
+  file->SetCaption("&File");
+  menu->GetItems()->Add(file);
+  auto* exit = Named<Menus::TMenuItem>(&f, nullptr, "ExitItem");
+  exit->SetCaption("E&xit");
+  exit->SetShortCut(Menus::scAlt | VK_F4);
+  exit->SetOnClick({&f, &TStreamedForm::OkClick});
+  file->Add(exit);
+  f.SetMenu(menu);
+  f.SetActiveControl(f.NameEdit);
+}
+
+TEST(TStream, AFormWrittenAndReadBackIsTheSameForm) {
+  TStreamedForm original(nullptr);
+  Design(original);
+  TMemoryStream stream;
+  stream.WriteComponent(&original);
+
+  TStreamedForm copy(nullptr);
+  stream.SetPosition(0);
+  EXPECT_EQ(&copy, stream.ReadComponent(&copy));
+  EXPECT_EQ(stream.GetSize(), stream.GetPosition()) << "read to the end";
+  EXPECT_EQ(Tree(&original), Tree(&copy));
+
+  // The copy is bound to itself: fields, handlers, references, real windows.
+  ASSERT_NE(nullptr, copy.OkButton);
+  EXPECT_EQ(copy.NameEdit, copy.GetActiveControl());
+  SendMessageA(copy.OkButton->GetHandle(), BM_CLICK, 0, 0);
+  EXPECT_EQ(1, copy.clicks) << "OnClick bound to the copy's OkClick";
+  EXPECT_EQ(0, original.clicks);
+  EXPECT_EQ("Order \xC7\xE0\xEA\xE0\xE7", WindowText(copy.GetHandle()));
+  EXPECT_NE(nullptr, GetMenu(copy.GetHandle())) << "the menu is the form's menu bar";
+  for (TComponent* c : {static_cast<TComponent*>(&original), static_cast<TComponent*>(&copy)})
+    EXPECT_FALSE(c->GetComponentState().Contains(csLoading) || c->GetComponentState().Contains(csReading));
+
+  // A stream without a root instance makes one of the class it names.
+  Classes::RegisterClasses({TStreamedForm::StaticClass()});
+  const int forms = Forms::Screen->GetFormCount();
+  stream.SetPosition(0);
+  TComponent* made = stream.ReadComponent(nullptr);
+  ASSERT_NE(nullptr, made);
+  EXPECT_EQ("TStreamedForm", Str(made->ClassName()));
+  EXPECT_EQ("Designed", Str(made->GetName())) << "no owner, no other name to avoid";
+  delete made;
+  EXPECT_EQ(forms, Forms::Screen->GetFormCount());
+  Classes::UnRegisterClass(TStreamedForm::StaticClass());
+}
+
+// Gives every writable published value of c another value of its kind.
+void Mutate(TComponent* c) {
+  for (const TPropInfo* prop : GetPropList(c->ClassType())) {
+    const std::string name = prop->Name;
+    if (name == "Name" || (name == "Visible" && dynamic_cast<Forms::TCustomForm*>(c))) continue;
+    const TTypeInfo* type = prop->PropType();
+    switch (prop->Kind()) {
+      case tkInteger:
+        if (prop->SetOrd)
+          SetOrdProp(c, prop, type->IntToIdent ? static_cast<int>(Graphics::clHighlight) : GetOrdProp(c, prop) + 3);
+        break;
+      case tkEnumeration:
+        if (prop->SetOrd) SetOrdProp(c, prop, (GetOrdProp(c, prop) + 1) % (type->MaxValue + 1));
+        break;
+      case tkSet:
+        if (prop->SetOrd) SetOrdProp(c, prop, GetOrdProp(c, prop) ^ (1LL << type->CompType->MinValue));
+        break;
+      case tkFloat:
+        if (prop->SetFloat) SetFloatProp(c, prop, GetFloatProp(c, prop) + 0.5);
+        break;
+      case tkLString:
+        if (prop->SetStr) SetStrProp(c, prop, "x" + GetStrProp(c, prop));
+        break;
+      default:
+        break;
+    }
+  }
+}
+
+TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
+  for (const char* name : kStandardClasses) {
+    const System::TMetaClass* cls = FindClass(name);
+    TComponent owner(nullptr);
+    // Fresh: only what differs from a default is written.
+    TComponent* fresh = CreateComponent(cls, &owner);
+    TMemoryStream stream;
+    stream.WriteComponent(fresh);
+    const std::string bytes = Bytes(stream);
+    for (const TPropInfo* prop : GetPropList(cls))
+      if (prop->HasDefault && IsDefaultPropValue(fresh, prop)) {
+        EXPECT_EQ(std::string::npos,
+                  bytes.find(std::string(1, static_cast<char>(std::strlen(prop->Name))) + prop->Name))
+            << name << "." << prop->Name << " holds its default and is not written";
+      }
+
+    // Changed and nameless: read into a new instance, every value comes back.
+    TComponent* sample = CreateComponent(cls, &owner);
+    sample->SetName("Sample");
+    Mutate(sample);
+    sample->SetName("");
+    stream.Clear();
+    stream.WriteComponent(sample);
+    TComponent* copy = CreateComponent(cls, &owner);
+    stream.SetPosition(0);
+    stream.ReadComponent(copy);
+    EXPECT_EQ(Values(sample, sample), Values(copy, copy)) << name;
+    EXPECT_TRUE(copy->GetName().IsEmpty()) << name;
+  }
+}
+
+// The binary stream of a text description of a form F.
+std::string FromText(const std::string& body) {
+  return Convert(&ObjectTextToBinary, "object F: TStreamedForm\n" + body + "end\n");
+}
+
+TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
+  TStreamedForm good(nullptr);
+  Design(good);
+  TMemoryStream valid;
+  valid.WriteComponent(&good);
+  const std::string bytes = Bytes(valid);
+  const auto patched = [&](const std::string& from, const std::string& to) {
+    std::string b = bytes;
+    const size_t at = b.find(from);
+    EXPECT_NE(std::string::npos, at) << from;
+    if (at != std::string::npos) b.replace(at, from.size(), to);
+    return b;
+  };
+  const struct {
+    const char* what;
+    std::string bytes;
+    const char* message;
+  } cases[] = {
+      {"wrong signature", "TPF1" + bytes.substr(4), "Invalid stream format"},
+      {"unknown class", patched("TComboBox", "TCombiBox"), "Class TCombiBox not found"},
+      {"unknown property", patched("MaxLength", "MaxLangth"),
+       "Error reading Designed.NameEdit.MaxLangth: Property MaxLangth does not exist"},
+      {"unknown sub-object", patched("Font.Height", "Fant.Height"),
+       "Error reading Designed.Fant.Height: Property Fant does not exist"},
+      {"a number for a string", FromText("Caption = 5\n"), "Error reading F.Caption: Invalid property value"},
+      {"an unknown enumeration value", FromText("BorderStyle = bsRound\n"),
+       "Error reading F.BorderStyle: Invalid property value"},
+      {"a handler the form does not publish", FromText("object OkButton: TButton\nOnClick = CancelClick\nend\n"),
+       "Error reading F.OkButton.OnClick: Method CancelClick not found in TStreamedForm"},
+      {"a reference to nothing", FromText("ActiveControl = Ghost\nobject NameEdit: TEdit\nend\n"),
+       "Error reading F.ActiveControl: Unresolved reference to Ghost"},
+      {"a field of another class", FromText("object Panel1: TPanel\nobject OkButton: TLabel\nend\nend\n"),
+       "Error reading F.OkButton: Field OkButton of TStreamedForm cannot hold a TLabel"},
+      {"cut after the first child", bytes.substr(0, bytes.find("TButton") + 12),
+       "Error reading Designed.Panel1: Stream read error"},
+  };
+  for (const auto& c : cases) {
+    const int windows = ThreadWindows();
+    {
+      TMemoryStream s;
+      s.WriteBuffer(c.bytes.data(), static_cast<long>(c.bytes.size()));
+      TStreamedForm target(nullptr);
+      const int forms = Forms::Screen->GetFormCount();
+      std::string message;
+      try {
+        s.SetPosition(0);
+        s.ReadComponent(&target);
+      } catch (const EReadError& e) {
+        message = Str(e.Message);
+      } catch (const EClassNotFound& e) {
+        message = Str(e.Message);
+      }
+      EXPECT_EQ(c.message, message) << c.what;
+      EXPECT_EQ(0, target.GetComponentCount()) << c.what << ": what was made is freed";
+      EXPECT_EQ(0, target.GetControlCount()) << c.what;
+      EXPECT_EQ(nullptr, target.OkButton) << c.what << ": no field points at a freed control";
+      EXPECT_EQ(nullptr, target.Panel1) << c.what;
+      EXPECT_FALSE(target.GetComponentState().Contains(csLoading)) << c.what;
+      EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << c.what;
+    }
+    EXPECT_EQ(windows, ThreadWindows()) << c.what << ": every window made is gone";
+  }
+
+  // A small form cut at every byte: each cut fails cleanly, with as many
+  // forms and windows afterwards as before.
+  Classes::RegisterClasses({TStreamedForm::StaticClass()});
+  TStreamedForm small(nullptr);
+  small.SetName("Small");
+  small.OkButton = Named<Stdctrls::TButton>(&small, &small, "OkButton");
+  small.OkButton->SetText("OK");
+  small.OkButton->SetOnClick({&small, &TStreamedForm::OkClick});
+  TMemoryStream whole;
+  whole.WriteComponent(&small);
+  const std::string smallBytes = Bytes(whole);
+  const int forms = Forms::Screen->GetFormCount(), windows = ThreadWindows();
+  for (size_t n = 0; n < smallBytes.size(); ++n) {
+    TMemoryStream s;
+    s.WriteBuffer(smallBytes.data(), static_cast<long>(n));
+    s.SetPosition(0);
+    EXPECT_THROW(s.ReadComponent(nullptr), EReadError) << "cut at " << n;
+    TStreamedForm into(nullptr);
+    s.SetPosition(0);
+    EXPECT_THROW(s.ReadComponent(&into), EReadError) << "cut at " << n;
+    EXPECT_EQ(0, into.GetComponentCount()) << "cut at " << n;
+  }
+  EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << "every root made for a failed read is freed";
+  EXPECT_EQ(windows, ThreadWindows()) << "and every window";
+  Classes::UnRegisterClass(TStreamedForm::StaticClass());
+}
+
+TEST(TCustomForm, ADesignMadeAtAnotherDensityIsScaledWhenRead) {
+  const int screen = Forms::Screen->GetPixelsPerInch();
+  TStreamedForm designed(nullptr);
+  Design(designed);
+  designed.SetPixelsPerInch(screen * 2 / 3);  // as if made on a screen of 2/3 this density
+  TMemoryStream stream;
+  stream.WriteComponent(&designed);
+
+  for (const bool scaled : {true, false}) {
+    TStreamedForm f(nullptr);
+    f.SetScaled(scaled);
+    stream.SetPosition(0);
+    stream.ReadComponent(&f);
+    const auto at = [&](int v) { return scaled ? MulDiv(v, 3, 2) : v; };
+    const std::string what = scaled ? "scaled" : "not scaled";
+    EXPECT_EQ(at(designed.GetClientWidth()), f.GetClientWidth()) << what;
+    EXPECT_EQ(at(designed.GetClientHeight()), f.GetClientHeight()) << what;
+    EXPECT_EQ(designed.GetLeft(), f.GetLeft()) << what << ": the form keeps its place";
+    EXPECT_EQ(at(-13), f.GetFont()->GetHeight()) << what;
+    EXPECT_EQ(at(90), f.NameEdit->GetLeft()) << what;
+    EXPECT_EQ(at(200), f.NameEdit->GetWidth()) << what;
+    EXPECT_EQ(at(40), f.Panel1->GetHeight()) << what;
+    EXPECT_EQ(f.GetClientHeight() - at(40), f.Panel1->GetTop()) << what << ": still at the bottom";
+    EXPECT_EQ(scaled ? screen : screen * 2 / 3, f.GetPixelsPerInch()) << what;
+  }
+}
+
+}  // namespace

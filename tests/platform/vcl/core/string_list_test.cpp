@@ -1,0 +1,146 @@
+// String lists: editing, text in and out, sorting with duplicates, change
+// events and their update brackets, and the errors of bad indexes.
+#include "platform/vcl/core/string_list.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "tests/platform/vcl/test_helpers.h"
+
+using namespace Classes;
+using namespace vcl_test;
+
+namespace {
+
+std::string Lines(const TStrings& s) {
+  std::string out;
+  for (int i = 0; i < s.GetCount(); ++i) out += (i ? "|" : "") + std::string(s.Get(i).c_str());
+  return out;
+}
+
+TEST(TStringList, TextSplitsAtEveryLineBreakAndJoinsWithCrLf) {
+  struct Row {
+    const char* text;
+    const char* lines;
+    int count;
+  };
+  const Row rows[] = {
+      {"", "", 0},       {"a", "a", 1},         {"a\r\nb", "a|b", 2}, {"a\rb\nc", "a|b|c", 3},
+      {"a\r\n", "a", 1}, {"a\n\nb", "a||b", 3}, {"\r\n\r\n", "|", 2}, {"a\n\r", "a|", 2},
+  };
+  TStringList list;
+  for (const Row& r : rows) {
+    list.SetText(r.text);
+    EXPECT_EQ(r.lines, Lines(list)) << "text \"" << r.text << "\"";
+    EXPECT_EQ(r.count, list.GetCount()) << "text \"" << r.text << "\"";
+  }
+  list.SetText("x\ny");
+  EXPECT_EQ("x\r\ny\r\n", Str(list.GetText()));
+}
+
+TEST(TStringList, EditsObjectsSearchesAndIndexErrors) {
+  TStringList list;
+  TStringList tagA, tagB;  // any objects will do
+  list.Add("one");
+  list.AddObject("Two", &tagA);
+  list.Insert(0, "zero");
+  list.InsertObject(3, "three", &tagB);
+  EXPECT_EQ("zero|one|Two|three", Lines(list));
+  EXPECT_EQ(&tagA, list.GetObjects(2));
+  EXPECT_EQ(2, list.IndexOf("TWO")) << "case-insensitive";
+  EXPECT_EQ(3, list.IndexOfObject(&tagB));
+  EXPECT_EQ(-1, list.IndexOf("four"));
+  list.Move(3, 0);
+  list.Exchange(1, 2);
+  list.Delete(3);
+  EXPECT_EQ("three|one|zero", Lines(list));
+  EXPECT_EQ(&tagB, list.GetObjects(0)) << "objects travel with their strings";
+  list.SetValue("key", "v1");
+  list.SetValue("KEY", "v2");
+  EXPECT_EQ("v2", Str(list.GetValue("Key")));
+  EXPECT_EQ(4, list.GetCount());
+
+  TStringList copy;
+  copy.Assign(&list);
+  EXPECT_TRUE(copy.Equals(&list));
+  EXPECT_EQ(&tagB, copy.GetObjects(0));
+
+  const std::pair<const char*, std::function<void()>> bad[] = {
+      {"List index out of bounds (4)", [&] { list.Get(4); }},
+      {"List index out of bounds (-1)", [&] { list.Delete(-1); }},
+      {"List index out of bounds (6)", [&] { list.Insert(6, "x"); }},
+      {"List index out of bounds (9)", [&] { list.SetObjects(9, nullptr); }},
+  };
+  for (const auto& [message, call] : bad) EXPECT_EQ(message, ErrorOf<EStringListError>(call));
+  EXPECT_EQ(4, list.GetCount()) << "nothing changed by the failures";
+}
+
+TEST(TStringList, SortedListKeepsOrderAndHandlesDuplicates) {
+  TStringList list;
+  list.SetText("pear\napple\nFig\nbanana");
+  list.SetSorted(true);
+  EXPECT_EQ("apple|banana|Fig|pear", Lines(list));
+  struct Row {
+    TDuplicates duplicates;
+    const char* add;
+    int index;  // -2: refused
+    int count;
+  };
+  const Row rows[] = {
+      {dupIgnore, "cherry", 2, 5},  {dupIgnore, "FIG", 3, 5},   {dupAccept, "fig", 3, 6},
+      {dupError, "zucchini", 6, 7}, {dupError, "Apple", -2, 7},
+  };
+  for (const Row& r : rows) {
+    list.SetDuplicates(r.duplicates);
+    int index = -2;
+    const std::string error = ErrorOf<EStringListError>([&] { index = list.Add(r.add); });
+    EXPECT_EQ(index == -2 ? "String list does not allow duplicates" : "", error) << "adding " << r.add;
+    EXPECT_EQ(r.index, index) << "adding " << r.add;
+    EXPECT_EQ(r.count, list.GetCount()) << "adding " << r.add;
+  }
+  EXPECT_EQ("apple|banana|cherry|fig|Fig|pear|zucchini", Lines(list));
+  int at = -1;
+  EXPECT_TRUE(list.Find("PEAR", at));
+  EXPECT_EQ(5, at);
+  EXPECT_FALSE(list.Find("grape", at));
+  EXPECT_EQ(5, at) << "where it would go";
+  EXPECT_THROW(list.Insert(0, "a"), EStringListError);
+  EXPECT_THROW(list.Put(0, "a"), EStringListError);
+
+  list.SetCaseSensitive(true);
+  EXPECT_EQ(-1, list.IndexOf("PEAR"));
+  EXPECT_EQ(5, list.IndexOf("pear"));
+}
+
+TEST(TStringList, ChangeEventsOnceAroundAnUpdateBracket) {
+  TStringList list;
+  Counter changing, changed;
+  list.SetOnChanging(changing.Event());
+  list.SetOnChange(changed.Event());
+  list.Add("a");
+  list.Add("b");
+  EXPECT_EQ(2, changing.n);
+  EXPECT_EQ(2, changed.n);
+
+  list.BeginUpdate();
+  list.BeginUpdate();
+  list.Add("c");
+  list.Delete(0);
+  list.EndUpdate();
+  EXPECT_EQ(3, changing.n) << "one Changing at the first BeginUpdate";
+  EXPECT_EQ(2, changed.n) << "nothing until the last EndUpdate";
+  list.EndUpdate();
+  list.EndUpdate();  // unbalanced: ignored
+  EXPECT_EQ(3, changed.n);
+
+  list.SetText("x\ny\nz");  // one bracket
+  EXPECT_EQ(4, changing.n);
+  EXPECT_EQ(4, changed.n);
+  list.Clear();
+  list.Clear();  // empty already: no event
+  EXPECT_EQ(5, changed.n);
+}
+
+}  // namespace
