@@ -8,9 +8,12 @@
 
 namespace Controls {
 
+VCL_CLASS_IMPL(TSizeConstraints, Classes::TPersistent, VCL_PROPERTY(MinWidth, 0), VCL_PROPERTY(MinHeight, 0),
+               VCL_PROPERTY(MaxWidth, 0), VCL_PROPERTY(MaxHeight, 0))
 VCL_COMPONENT_IMPL(TControl, Classes::TComponent, VCL_PROPERTY(Left), VCL_PROPERTY(Top), VCL_PROPERTY(Width),
-                   VCL_PROPERTY(Height), VCL_PROPERTY(Align, alNone), VCL_PROPERTY(Visible, true),
-                   VCL_PROPERTY(Enabled, true), VCL_PROPERTY(Hint), VCL_PROPERTY_STORED(ShowHint, IsShowHintStored),
+                   VCL_PROPERTY(Height), VCL_PROPERTY(Align, alNone), VCL_PROPERTY(Anchors, (TAnchors{akLeft, akTop})),
+                   VCL_PROPERTY_READONLY(Constraints), VCL_PROPERTY(Visible, true), VCL_PROPERTY(Enabled, true),
+                   VCL_PROPERTY(Hint), VCL_PROPERTY_STORED(ShowHint, IsShowHintStored),
                    VCL_PROPERTY(ParentShowHint, true), VCL_PROPERTY_STORED(Color, IsColorStored, Graphics::clBtnFace),
                    VCL_PROPERTY(ParentColor, true), VCL_PROPERTY_STORED(Font, IsFontStored),
                    VCL_PROPERTY(ParentFont, true), VCL_PROPERTY(OnClick), VCL_PROPERTY(OnDblClick),
@@ -89,6 +92,7 @@ TControl::TControl(Classes::TComponent* owner) : TComponent(owner), font_(std::m
   font_->SetHeight(f.lfHeight);
   // The charset stays DEFAULT_CHARSET, as the message font's (see MessageFont).
   font_->SetOnChange({this, &TControl::FontChanged});
+  constraints_.SetOnChange({this, &TControl::ConstraintsChanged});
 }
 
 void TControl::ScaleBy(int m, int d) {
@@ -108,7 +112,7 @@ void TControl::SetParentComponent(Classes::TComponent* value) {
 }
 
 TControl::~TControl() {
-  if (parent_) parent_->RemoveControl(this);
+  if (parent_) parent_->RemoveControl(this, false);
 }
 
 void TControl::UpdateBoundsFields(int left, int top, int width, int height) {
@@ -119,14 +123,21 @@ void TControl::UpdateBoundsFields(int left, int top, int width, int height) {
   width_ = width;
   height_ = height;
   Resize();
-  if (parent_ && align_ != alNone) parent_->Realign();
-  if (parent_) parent_->ChildrenChanged();
+  if (parent_) {
+    // Moved by someone else than the parent's layout: an aligned control is
+    // laid out again, an anchored one measured where it is now.
+    if (align_ != alNone && !parent_->layout_.IsPlacing(this))
+      parent_->Realign();
+    else
+      parent_->layout_.Measure(this);
+    parent_->NotifyChildrenChanged();
+  }
   if (auto* w = dynamic_cast<TWinControl*>(this); w && resized) w->Realign();
 }
 
 void TControl::SetBounds(int left, int top, int width, int height) {
-  width = std::max(width, 0);
-  height = std::max(height, 0);
+  width = constraints_.ConstrainWidth(std::max(width, 0));
+  height = constraints_.ConstrainHeight(std::max(height, 0));
   if (left == left_ && top == top_ && width == width_ && height == height_) return;
   // A control without its own window paints on its parent: both places change.
   Invalidate();
@@ -140,12 +151,24 @@ void TControl::SetParent(TWinControl* parent) {
   if (parent == parent_) return;
   for (TWinControl* p = parent; p; p = p->GetParent())
     if (p == this) return;  // a control cannot live inside itself
-  if (parent_) parent_->RemoveControl(this);
+  // A window can follow its control when the new parent has one.
+  if (parent_) parent_->RemoveControl(this, parent && parent->HandleAllocated());
   if (!parent) return;
   parent->InsertControl(this);
   Perform(CM_PARENTCOLORCHANGED, 0, 0);
   Perform(CM_PARENTFONTCHANGED, 0, 0);
+  parent->ShowChildWindow(this);
 }
+
+void TControl::SetAnchors(TAnchors value) {
+  if (value == anchors_) return;
+  if (parent_) parent_->layout_.Remove(this);
+  anchors_ = value;
+  if (parent_) parent_->layout_.Add(this);  // measured where it is now
+}
+
+// Brings the size inside the new limits at once.
+void TControl::ConstraintsChanged(System::TObject*) { SetBounds(left_, top_, width_, height_); }
 
 void TControl::SetColor(Graphics::TColor value) {
   if (value == color_) return;
@@ -294,16 +317,30 @@ void TControl::SetText(const AnsiString& value) { text_ = value; }
 
 void TControl::SetAlign(TAlign value) {
   if (value == align_) return;
+  const TAlign old = align_;
+  if (parent_) parent_->layout_.Remove(this);
   align_ = value;
-  if (parent_) parent_->Realign();
+  if (!parent_) return;
+  parent_->layout_.Add(this);
+  // Newly aligned, it may be the last of its kind, placed alone; leaving a
+  // kind moves the others.
+  if (old == alNone)
+    parent_->AlignChild(this);
+  else
+    parent_->Realign();
 }
 
 void TControl::SetVisible(bool value) {
   if (value == visible_) return;
   visible_ = value;
   VisibleChanged();
-  if (parent_ && align_ != alNone) parent_->Realign();
-  if (parent_) parent_->ChildrenChanged();
+  if (parent_ && align_ != alNone) {
+    if (value)
+      parent_->AlignChild(this);
+    else
+      parent_->Realign();
+  }
+  if (parent_) parent_->NotifyChildrenChanged();
   Invalidate();
 }
 

@@ -8,6 +8,7 @@
 
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/controls/messages.h"
+#include "platform/vcl/controls/size_constraints.h"
 #include "platform/vcl/core/component.h"
 #include "platform/vcl/core/set.h"
 #include "platform/vcl/core/typinfo.h"
@@ -24,6 +25,12 @@ using System::AnsiString;
 enum TAlign : unsigned char { alNone, alTop, alBottom, alLeft, alRight, alClient, alCustom };
 VCL_ENUM_INFO(TAlign, alNone, alTop, alBottom, alLeft, alRight, alClient, alCustom)
 using TAlignSet = System::Set<TAlign, alNone, alCustom>;
+
+/// The edges of its parent's client area a control keeps its distance to
+/// while the parent changes size.
+enum TAnchorKind : unsigned char { akLeft, akTop, akRight, akBottom };
+VCL_ENUM_INFO(TAnchorKind, akLeft, akTop, akRight, akBottom)
+using TAnchors = System::Set<TAnchorKind, akLeft, akBottom>;
 
 /// A window message as the control sees it; Result is what the window
 /// procedure returns.
@@ -112,8 +119,18 @@ class VCL_API TControl : public Classes::TComponent {
   void SetHeight(int value) { SetBounds(left_, top_, width_, value); }
   MyRect GetBoundsRect() const { return {left_, top_, left_ + width_, top_ + height_}; }
   void SetBoundsRect(const MyRect& r) { SetBounds(r.left, r.top, r.right - r.left, r.bottom - r.top); }
-  /// Moves and sizes in one step; a negative width or height counts as 0.
+  /// Moves and sizes in one step; a negative width or height counts as 0,
+  /// and the size is kept inside Constraints.
   virtual void SetBounds(int left, int top, int width, int height);
+
+  /// The parent's edges the control keeps its distance to as the parent
+  /// changes size (an aligned control follows its Align instead): left and
+  /// right anchors stretch it, right alone moves it, neither keeps its centre
+  /// in proportion; the same for top and bottom. Left and top by default.
+  TAnchors GetAnchors() const { return anchors_; }
+  void SetAnchors(TAnchors value);
+  /// The smallest and largest size the control takes.
+  TSizeConstraints* GetConstraints() const { return const_cast<TSizeConstraints*>(&constraints_); }
 
   /// (0, 0, client width, client height).
   virtual MyRect GetClientRect() const;
@@ -141,9 +158,10 @@ class VCL_API TControl : public Classes::TComponent {
   virtual void SetText(const AnsiString& value);
   /// Where the control keeps itself in its parent's client area: the parent
   /// stacks alTop controls from the top, then alBottom from the bottom, alLeft
-  /// and alRight from the sides, each kind in creation order, and gives alClient
-  /// the rest; it lays them out again when it is resized or one of them is
-  /// shown, hidden, resized or re-aligned.
+  /// and alRight from the sides, each kind in the order the controls came in,
+  /// and gives alClient the rest; it lays them out again when it is resized or
+  /// one of them is shown, hidden, resized or re-aligned (see
+  /// TWinControl::DisableAlign to do it once for many changes).
   TAlign GetAlign() const { return align_; }
   void SetAlign(TAlign value);
   void Show() { SetVisible(true); }
@@ -245,7 +263,9 @@ class VCL_API TControl : public Classes::TComponent {
 
  private:
   friend class TWinControl;
+  friend class TChildLayout;
   void FontChanged(System::TObject* sender);
+  void ConstraintsChanged(System::TObject* sender);
   void MouseMessage(TMessage& message);
 
   TWinControl* parent_ = nullptr;
@@ -254,6 +274,13 @@ class VCL_API TControl : public Classes::TComponent {
   TAlign align_ = alNone;
   int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
   unsigned alignOrder_ = 0;  // when the control came into its parent
+  TAnchors anchors_{akLeft, akTop};
+  // Where the control was, and the size of its parent's client area, when
+  // its anchors last took their measure: later sizes place it from there.
+  MyRect anchorBounds_{};
+  MyPoint anchorParentSize_{};
+  bool anchorMeasured_ = false;
+  TSizeConstraints constraints_;
   bool visible_ = true;
   bool enabled_ = true;
   bool parentColor_ = true;

@@ -10,8 +10,29 @@
 #include "platform/vcl/controls/custom_control.h"
 #include "platform/vcl/controls/window_proc_impl.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/screen_density.h"
 
 namespace Controls {
+
+namespace {
+
+// Counts a run in progress, however it ends.
+struct Counting {
+  explicit Counting(int& count) : count_(count) { ++count_; }
+  ~Counting() { --count_; }
+  Counting(const Counting&) = delete;
+  Counting& operator=(const Counting&) = delete;
+
+ private:
+  int& count_;
+};
+
+struct EnableAlignAtEnd {
+  TWinControl* control;
+  ~EnableAlignAtEnd() { control->EnableAlign(); }
+};
+
+}  // namespace
 
 VCL_COMPONENT_IMPL(TWinControl, TControl, VCL_PROPERTY(TabStop, false), VCL_PROPERTY(TabOrder), VCL_PROPERTY(OnEnter),
                    VCL_PROPERTY(OnExit), VCL_PROPERTY(OnKeyDown), VCL_PROPERTY(OnKeyUp), VCL_PROPERTY(OnKeyPress))
@@ -35,56 +56,86 @@ void TWinControl::BeforeDestruction() {
   WindowProcAccess::Undefer(this);  // destroyed another way meanwhile: no longer waiting
   // Done here while derived parts still exist, so their WndProc sees the
   // window's last messages; the destructor repeats it for objects not deleted.
-  // Child controls go first, then the components this one owns.
+  // The window goes first, with its children's in one call; then the child
+  // controls, then the components this one owns.
   Destroying();
-  DestroyChildren();
   DestroyHandle();
+  DestroyChildren();
   TControl::BeforeDestruction();
 }
 
 TWinControl::~TWinControl() {
-  DestroyChildren();
   DestroyHandle();
+  DestroyChildren();
 }
 
+// Last first, each taken off the lists by itself; nothing is laid out again
+// while this control goes.
 void TWinControl::DestroyChildren() {
   while (!controls_.empty()) {
     TControl* child = controls_.back();
-    RemoveControl(child);
+    RemoveControl(child, false);
     delete child;
   }
 }
 
 void TWinControl::InsertControl(TControl* control) {
   controls_.push_back(control);
+  ++childrenVersion_;
   control->alignOrder_ = ++alignCounter_;
-  if (control->align_ != alNone) Realign();
-  if (auto* w = dynamic_cast<TWinControl*>(control)) tabList_.push_back(w);
   control->parent_ = this;
-  // A window cannot follow its control to another parent; it is made again
-  // on demand inside the new one.
-  if (auto* w = dynamic_cast<TWinControl*>(control)) w->DestroyHandle();
+  auto* w = dynamic_cast<TWinControl*>(control);
+  if (w) {
+    w->tabOrder_ = static_cast<int>(tabList_.size());
+    tabList_.push_back(w);
+    // A window kept from the parent it left moves into this one's.
+    if (w->handle_) w->MoveWindowTo(this);
+  }
+  layout_.Add(control);
+  if (control->align_ != alNone) AlignChild(control);
   control->Invalidate();
-  ChildrenChanged();
+  NotifyChildrenChanged();
 }
 
-void TWinControl::RemoveControl(TControl* control) {
-  auto it = std::find(controls_.begin(), controls_.end(), control);
-  if (it == controls_.end()) return;
+// A child of a window that exists gets its window at once, where it was
+// placed: it appears if the parent is on the screen. A design being read
+// makes its windows when it is loaded.
+void TWinControl::ShowChildWindow(TControl* control) {
+  auto* w = dynamic_cast<TWinControl*>(control);
+  if (w && !w->handle_ && handle_ && w->parent_ == this && !IsLoading(this) && !IsLoading(control)) w->GetHandle();
+}
+
+void TWinControl::RemoveControl(TControl* control, bool keepWindow) {
+  // From the back: the last child is the one that mostly goes.
+  auto it = std::find(controls_.rbegin(), controls_.rend(), control);
+  if (it == controls_.rend()) return;
   control->Invalidate();
-  if (auto* w = dynamic_cast<TWinControl*>(control)) w->DestroyHandle();
-  controls_.erase(it);
+  auto* w = dynamic_cast<TWinControl*>(control);
+  if (w && !keepWindow) w->DestroyHandle();
+  controls_.erase(std::next(it).base());
+  ++childrenVersion_;
   if (captureControl_ == control) captureControl_ = nullptr;
-  tabList_.erase(std::remove(tabList_.begin(), tabList_.end(), control), tabList_.end());
+  if (w) {
+    const auto index = static_cast<size_t>(w->tabOrder_);
+    if (index < tabList_.size() && tabList_[index] == w) tabList_.erase(tabList_.begin() + w->tabOrder_);
+    for (size_t i = index; i < tabList_.size(); ++i) tabList_[i]->tabOrder_ = static_cast<int>(i);
+    w->tabOrder_ = -1;
+  }
+  layout_.Remove(control);
   control->parent_ = nullptr;
-  if (control->align_ != alNone) Realign();
-  if (!GetComponentState().Contains(Classes::csDestroying)) ChildrenChanged();
+  if (GetComponentState().Contains(Classes::csDestroying)) return;
+  if (control->align_ != alNone && control->visible_) Realign();
+  NotifyChildrenChanged();
 }
 
 void TWinControl::ChangeScale(int m, int d) {
+  DisableAlign();
+  const EnableAlignAtEnd enable{this};
   TControl::ChangeScale(m, d);
   const std::vector<TControl*> children = controls_;
   for (TControl* c : children) c->ChangeScale(m, d);
+  // The children were scaled with this control, anchored or not.
+  layout_.Remeasure();
 }
 
 void TWinControl::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) {
@@ -98,43 +149,85 @@ TControl* TWinControl::GetControl(int index) const {
   return controls_[static_cast<size_t>(index)];
 }
 
+bool TWinControl::IsLoading(const Classes::TComponent* component) {
+  return component->GetComponentState().Contains(Classes::csLoading);
+}
+
+void TWinControl::DisableAlign() { ++alignLevel_; }
+
+void TWinControl::EnableAlign() {
+  if (alignLevel_ == 0 || --alignLevel_ > 0) return;
+  if (alignPending_)
+    Realign();
+  else
+    FlushChildrenChanged();
+}
+
+void TWinControl::Loaded() {
+  TControl::Loaded();
+  if (alignPending_)
+    Realign();
+  else
+    FlushChildrenChanged();
+  // Read into a parent on the screen: the window comes now, with the
+  // properties read.
+  if (!handle_ && GetParent() && GetParent()->handle_) GetHandle();
+}
+
+void TWinControl::RemeasureAnchors() { layout_.Remeasure(); }
+
+// Nothing is laid out while layout is disabled, a design is read or the
+// control goes; the first chance after that lays out once.
+bool TWinControl::AlignDeferred() {
+  if (alignLevel_ == 0 && !IsLoading(this)) return false;
+  alignPending_ = true;
+  layout_.Invalidate();
+  return true;
+}
+
 void TWinControl::Realign() {
-  if (aligning_ || GetComponentState().Contains(Classes::csDestroying)) return;
-  ++aligning_;
-  MyRect r = GetClientRect();
-  // A copy, in the order the controls came in (front-to-back order is
-  // another matter): a control freed by a handler while the others move is
-  // skipped.
-  std::vector<TControl*> children = controls_;
-  std::sort(children.begin(), children.end(),
-            [](const TControl* a, const TControl* b) { return a->alignOrder_ < b->alignOrder_; });
-  for (TAlign kind : {alTop, alBottom, alLeft, alRight, alClient})
-    for (TControl* c : children) {
-      if (!ContainsControl(c) || c->align_ != kind || !c->visible_) continue;
-      const int w = c->width_, h = c->height_;
-      switch (kind) {
-        case alTop:
-          c->SetBounds(r.left, r.top, r.Width(), h);
-          r.top += h;
-          break;
-        case alBottom:
-          c->SetBounds(r.left, r.bottom - h, r.Width(), h);
-          r.bottom -= h;
-          break;
-        case alLeft:
-          c->SetBounds(r.left, r.top, w, r.Height());
-          r.left += w;
-          break;
-        case alRight:
-          c->SetBounds(r.right - w, r.top, w, r.Height());
-          r.right -= w;
-          break;
-        default:
-          c->SetBounds(r.left, r.top, r.Width(), r.Height());
-          break;
-      }
-    }
-  --aligning_;
+  if (GetComponentState().Contains(Classes::csDestroying)) return;
+  if (aligning_) {
+    layout_.Interrupt();  // the layout running now starts again
+    return;
+  }
+  if (AlignDeferred()) return;
+  alignPending_ = false;
+  {
+    const Counting aligning{aligning_};
+    layout_.Apply();
+  }
+  FlushChildrenChanged();
+}
+
+void TWinControl::AlignChild(TControl* child) {
+  if (aligning_ || GetComponentState().Contains(Classes::csDestroying) || !layout_.CanAppend(child)) {
+    Realign();
+    return;
+  }
+  if (AlignDeferred()) return;
+  bool placed;
+  {
+    const Counting aligning{aligning_};
+    placed = layout_.Append(child);
+  }
+  if (placed)
+    FlushChildrenChanged();
+  else
+    Realign();
+}
+
+void TWinControl::NotifyChildrenChanged() {
+  if (aligning_ || alignLevel_ > 0 || IsLoading(this))
+    childrenChangedPending_ = true;
+  else
+    ChildrenChanged();
+}
+
+void TWinControl::FlushChildrenChanged() {
+  if (!childrenChangedPending_ || aligning_ || alignLevel_ > 0 || IsLoading(this)) return;
+  childrenChangedPending_ = false;
+  ChildrenChanged();
 }
 
 bool TWinControl::ContainsControl(const TControl* control) const {
@@ -202,15 +295,40 @@ void TWinControl::CreateWnd() {
 }
 
 void TWinControl::DestroyWnd() {
+  // A child's window goes with its parent's: the system destroys the whole
+  // tree in one call, while nothing of it is painted any more.
+  if (parentDestroysWindow_) return;
   OwnedWindow::Close(handle_);  // the window procedure clears handle_ at WM_NCDESTROY
   handle_ = nullptr;
 }
 
 void TWinControl::DestroyHandle() {
   if (!handle_) return;
+  // The children hear first: their DestroyWnd may keep what the window holds.
   for (TControl* c : controls_)
-    if (auto* w = dynamic_cast<TWinControl*>(c)) w->DestroyHandle();
+    if (auto* w = dynamic_cast<TWinControl*>(c); w && w->handle_) {
+      w->parentDestroysWindow_ = true;
+      struct Reset {
+        bool& flag;
+        ~Reset() { flag = false; }
+      } reset{w->parentDestroysWindow_};
+      w->DestroyHandle();
+    }
   DestroyWnd();
+}
+
+// The window follows its control into the new parent's window; a top-level
+// window cannot become a child and is made again when needed.
+void TWinControl::MoveWindowTo(TWinControl* parent) {
+  if (!parent->handle_ || !(GetWindowLongA(handle_, GWL_STYLE) & WS_CHILD)) {
+    DestroyHandle();
+    return;
+  }
+  const MyRect bounds = GetBoundsRect();
+  ::SetParent(handle_, parent->handle_);
+  // In front, as the last child is; where the control says, whatever the
+  // move made of the window's place.
+  SetWindowPos(handle_, HWND_TOP, bounds.left, bounds.top, bounds.Width(), bounds.Height(), SWP_NOACTIVATE);
 }
 
 void TWinControl::ReadBoundsFromWindow() {
@@ -227,8 +345,8 @@ void TWinControl::SetBounds(int left, int top, int width, int height) {
     TControl::SetBounds(left, top, width, height);
     return;
   }
-  width = std::max(width, 0);
-  height = std::max(height, 0);
+  width = GetConstraints()->ConstrainWidth(std::max(width, 0));
+  height = GetConstraints()->ConstrainHeight(std::max(height, 0));
   // WM_WINDOWPOSCHANGED brings the stored bounds up to date.
   SetWindowPos(handle_, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -261,8 +379,12 @@ void TWinControl::SetMouseCapture(bool value) {
 }
 
 void TWinControl::NotifyControls(UINT msg) {
-  for (TControl* c : std::vector<TControl*>(controls_))
-    if (ContainsControl(c)) c->Perform(msg, 0, 0);
+  // A copy: a handler may change the list; only then is each child checked
+  // against it.
+  const std::vector<TControl*> children = controls_;
+  const unsigned version = childrenVersion_;
+  for (TControl* c : children)
+    if (childrenVersion_ == version || ContainsControl(c)) c->Perform(msg, 0, 0);
 }
 
 // A mouse message over a windowless child (the topmost enabled visible one
@@ -355,8 +477,24 @@ void TWinControl::WndProc(TMessage& message) {
     }
     case WM_SIZE:
       // The client area can change while the window keeps its size: a menu
-      // bar or a scroll bar came or went.
-      Realign();
+      // bar or a scroll bar came or went. A resize was laid out already.
+      if (!layout_.Fits(GetClientRect())) Realign();
+      break;
+    case WM_GETMINMAXINFO: {
+      DefaultHandler(message);
+      // Dragging the frame, maximising: the system asks the limits here.
+      auto* info = reinterpret_cast<MINMAXINFO*>(message.LParam);
+      const TSizeConstraints& c = *GetConstraints();
+      if (c.GetMinWidth() > 0) info->ptMinTrackSize.x = c.GetMinWidth();
+      if (c.GetMinHeight() > 0) info->ptMinTrackSize.y = c.GetMinHeight();
+      if (c.GetMaxWidth() > 0) info->ptMaxTrackSize.x = info->ptMaxSize.x = c.GetMaxWidth();
+      if (c.GetMaxHeight() > 0) info->ptMaxTrackSize.y = info->ptMaxSize.y = c.GetMaxHeight();
+      return;
+    }
+    case WM_SETTINGCHANGE:
+    case WM_DISPLAYCHANGE:
+    case WM_DPICHANGED:
+      Graphics::RefreshScreenPixelsPerInch();
       break;
     case WM_MOUSEMOVE:
     case WM_LBUTTONDOWN:
@@ -548,18 +686,18 @@ void TWinControl::SetTabStop(bool value) {
   }
 }
 
-int TWinControl::GetTabOrder() const {
-  if (!GetParent()) return -1;
-  const auto& list = GetParent()->tabList_;
-  return static_cast<int>(std::find(list.begin(), list.end(), this) - list.begin());
-}
+int TWinControl::GetTabOrder() const { return GetParent() ? tabOrder_ : -1; }
 
 void TWinControl::SetTabOrder(int value) {
-  if (!GetParent()) return;
-  auto& list = GetParent()->tabList_;
-  list.erase(std::remove(list.begin(), list.end(), this), list.end());
-  value = std::clamp(value, 0, static_cast<int>(list.size()));
+  TWinControl* parent = GetParent();
+  if (!parent) return;
+  auto& list = parent->tabList_;
+  value = std::clamp(value, 0, static_cast<int>(list.size()) - 1);
+  const int from = tabOrder_;
+  if (value == from) return;
+  list.erase(list.begin() + from);
   list.insert(list.begin() + value, this);
+  for (int i = std::min(from, value); i <= std::max(from, value); ++i) list[static_cast<size_t>(i)]->tabOrder_ = i;
 }
 
 // Every tab stop inside, depth first in tab order: a container's own stops

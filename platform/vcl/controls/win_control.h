@@ -3,6 +3,7 @@
 /// TWinControl: a control with a window of its own, which holds other controls.
 #include <vector>
 
+#include "platform/vcl/controls/child_layout.h"
 #include "platform/vcl/controls/control.h"
 
 namespace Controls {
@@ -13,7 +14,8 @@ class VCL_API TWinControl : public TControl {
 
  public:
   explicit TWinControl(Classes::TComponent* owner = nullptr);
-  /// Destroys the child controls, then the window.
+  /// Destroys the window (with its children's, in one go), then the child
+  /// controls.
   ~TWinControl() override;
   void BeforeDestruction() override;
   /// A control deleted while its window procedure, or one of a control
@@ -21,7 +23,8 @@ class VCL_API TWinControl : public TControl {
   /// hidden and destroyed once that procedure returns.
   bool DestroyLater() override;
 
-  /// The window, created on first request (its parent's first). Null only when
+  /// The window, created on first request (its parent's first), or as soon
+  /// as the control comes into a parent that has a window. Null only when
   /// the window system refuses to create it.
   HWND GetHandle();
   bool HandleAllocated() const { return handle_ != nullptr; }
@@ -34,7 +37,7 @@ class VCL_API TWinControl : public TControl {
   HWND GetParentWindow() const { return parentWindow_; }
   void SetParentWindow(HWND value);
 
-  /// Scales the control, then its children.
+  /// Scales the control, then its children; laid out once at the end.
   void ChangeScale(int m, int d) override;
   /// The child controls that root owns, in the order they came in.
   void GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) override;
@@ -43,8 +46,14 @@ class VCL_API TWinControl : public TControl {
   /// Child control by index; outside 0..ControlCount-1 raises EListError
   /// "List index out of bounds (<index>)".
   TControl* GetControl(int index) const;
-  /// Lays the aligned child controls out again (see TControl::SetAlign).
+  /// Lays the aligned and anchored child controls out again (see
+  /// TControl::SetAlign and SetAnchors).
   void Realign();
+  /// Batch many changes to the children (many coming in, say): between
+  /// DisableAlign and the matching EnableAlign nothing is laid out, and
+  /// EnableAlign lays out once. Pairs nest. Reading a design does the same.
+  void DisableAlign();
+  void EnableAlign();
   /// A child came, went, moved, was resized, shown or hidden.
   virtual void ChildrenChanged() {}
   /// Paints the controls without a window (labels) that lie inside rect, on
@@ -116,6 +125,11 @@ class VCL_API TWinControl : public TControl {
   void DefaultHandler(TMessage& message) override;
 
  protected:
+  /// Lays out what waited for the design to be read.
+  void Loaded() override;
+  /// The client area as it is now is the one anchored children keep their
+  /// distances in (a design read for it, or scaled).
+  void RemeasureAnchors();
   virtual void CreateParams(TCreateParams& params);
   virtual void CreateWnd();
   virtual void DestroyWnd();
@@ -152,9 +166,21 @@ class VCL_API TWinControl : public TControl {
 
  private:
   friend class TControl;
+  friend class TChildLayout;
   friend struct WindowProcAccess;
   void InsertControl(TControl* control);
-  void RemoveControl(TControl* control);
+  /// keepWindow: the child's window moves with it into another parent's.
+  void RemoveControl(TControl* control, bool keepWindow);
+  void MoveWindowTo(TWinControl* parent);
+  void ShowChildWindow(TControl* control);
+  static bool IsLoading(const Classes::TComponent* component);
+  bool AlignDeferred();
+  /// A child came in aligned, or was shown: placed alone when it is the last
+  /// of its kind, else everything is laid out.
+  void AlignChild(TControl* child);
+  /// ChildrenChanged, once a layout or a batch is over.
+  void NotifyChildrenChanged();
+  void FlushChildrenChanged();
   void DestroyChildren();
   void ReadBoundsFromWindow();
   TWinControl* TopLevel();
@@ -175,8 +201,15 @@ class VCL_API TWinControl : public TControl {
   std::unique_ptr<Graphics::TBrush> brush_;
   HWND parentWindow_ = nullptr;
   int aligning_ = 0;
+  int alignLevel_ = 0;  // DisableAlign calls not yet ended
+  bool alignPending_ = false;
+  bool childrenChangedPending_ = false;
+  bool parentDestroysWindow_ = false;  // the window goes with the parent's
+  TChildLayout layout_{this};
   std::vector<TControl*> controls_;
+  unsigned childrenVersion_ = 0;       // changes whenever controls_ does
   std::vector<TWinControl*> tabList_;  // windowed children in tab order
+  int tabOrder_ = -1;                  // the place in the parent's tabList_
   WNDPROC defWndProc_ = nullptr;
   bool tabStop_ = false;
   bool swallowChar_ = false;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/vcl/core/thread.h"
+#include "platform/vcl/graphics/screen_density.h"
 
 namespace Forms {
 
@@ -286,10 +287,7 @@ void TApplication::ShowException(const Sysutils::Exception& e) {
 
 // ---- TScreen ----
 
-int TScreen::GetPixelsPerInch() const {
-  const OwnedWindowDC screen(nullptr);
-  return GetDeviceCaps(screen.get(), LOGPIXELSY);
-}
+int TScreen::GetPixelsPerInch() const { return Graphics::ScreenPixelsPerInch(); }
 
 TCustomForm* TScreen::GetForm(int index) const {
   if (index < 0 || index >= GetFormCount()) Classes::ListIndexError(index);

@@ -39,12 +39,18 @@ TCustomForm::TCustomForm(Classes::TComponent* owner)
 
 void TCustomForm::ChangeScale(int m, int d) {
   const int left = GetLeft(), top = GetTop(), width = GetClientWidth(), height = GetClientHeight();
+  DisableAlign();
+  struct EnableAtEnd {
+    TCustomForm* form;
+    ~EnableAtEnd() { form->EnableAlign(); }
+  } enable{this};
   TWinControl::ChangeScale(m, d);
   // The frame and the place on the screen are the system's: only the
   // client area grows.
   SetBounds(left, top, GetWidth(), GetHeight());
   SetClientWidth(MulDiv(width, m, d));
   SetClientHeight(MulDiv(height, m, d));
+  RemeasureAnchors();  // the controls were scaled with it
 }
 
 void TCustomForm::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* root) {
@@ -55,10 +61,13 @@ void TCustomForm::GetChildren(Classes::TGetChildProc proc, Classes::TComponent* 
 }
 
 void TCustomForm::Loaded() {
-  TWinControl::Loaded();
-  if (loadedClientWidth_ >= 0) SetClientWidth(std::exchange(loadedClientWidth_, -1));
-  if (loadedClientHeight_ >= 0) SetClientHeight(std::exchange(loadedClientHeight_, -1));
-  Realign();  // the frame may have changed under the aligned controls
+  // The frame is settled now (border style and menu were read): the client
+  // area the design was made for, which its anchored controls measure from.
+  if (loadedClientWidth_ >= 0) SetWidth(std::exchange(loadedClientWidth_, -1) + FrameSize().x);
+  if (loadedClientHeight_ >= 0) SetHeight(std::exchange(loadedClientHeight_, -1) + FrameSize().y);
+  RemeasureAnchors();
+  TWinControl::Loaded();  // lays the design out, once
+  Realign();              // the frame may have changed under the aligned controls
   const int screen = Screen->GetPixelsPerInch();
   if (!scaled_ || pixelsPerInch_ == screen) return;
   ScaleBy(screen, pixelsPerInch_);

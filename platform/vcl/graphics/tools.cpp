@@ -1,10 +1,13 @@
 #include <windows.h>
 
+#include <atomic>
+
 #include "platform/vcl/core/typinfo.h"
 #include "platform/vcl/graphics/brush.h"
 #include "platform/vcl/graphics/font.h"
 #include "platform/vcl/graphics/object.h"
 #include "platform/vcl/graphics/pen.h"
+#include "platform/vcl/graphics/screen_density.h"
 
 namespace Graphics {
 
@@ -141,12 +144,20 @@ void TBrush::Assign(Classes::TPersistent* source) {
 // ---- TFont
 
 namespace {
+std::atomic<int> screenPixelsPerInch{0};  // 0 until read
+}  // namespace
+
 int ScreenPixelsPerInch() {
+  if (const int known = screenPixelsPerInch.load(std::memory_order_relaxed)) return known;
+  RefreshScreenPixelsPerInch();
+  return screenPixelsPerInch.load(std::memory_order_relaxed);
+}
+
+void RefreshScreenPixelsPerInch() {
   const OwnedWindowDC screen(nullptr);
   const int ppi = screen ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
-  return ppi > 0 ? ppi : 96;
+  screenPixelsPerInch.store(ppi > 0 ? ppi : 96, std::memory_order_relaxed);
 }
-}  // namespace
 
 TFont::TFont() : pixelsPerInch_(ScreenPixelsPerInch()) { height_ = -MulDiv(8, pixelsPerInch_, 72); }
 

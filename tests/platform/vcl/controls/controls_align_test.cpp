@@ -1,12 +1,13 @@
-// Alignment: aligned children stacked in their parent's client area, laid out
+// Layout: aligned children stacked in their parent's client area, laid out
 // again when the parent is resized or a child is hidden, moved, re-aligned or
-// freed, also while the parent is being laid out; and the list-index error
-// of Controls.
+// freed, also while the parent is being laid out; anchored children keeping
+// their distances; size constraints; and the list-index error of Controls.
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "platform/vcl/core/object_text.h"
 #include "platform/vcl/forms/forms.h"
 #include "platform/vcl/stdctrls/ext_panels.h"
 #include "tests/platform/vcl/test_helpers.h"
@@ -88,6 +89,107 @@ TEST(TWinControl, AlignedChildrenStackAndCloseUp) {
 
   EXPECT_EQ("List index out of bounds (5)", ErrorOf<Classes::EListError>([&] { form.GetControl(5); }));
   EXPECT_EQ(5, form.GetControlCount());
+}
+
+// Many panels coming in one by one, or in a batch, end up stacked as if laid
+// out at once, and a batch lays out only at its end.
+TEST(TWinControl, PanelsComingInOneByOneOrInABatchStackTheSame) {
+  Forms::TForm form(nullptr);
+  form.SetBorderStyle(Forms::bsNone);
+  form.SetBounds(0, 0, 300, 400);
+  auto* client = Make<TPanel>(&form, &form);
+  client->SetAlign(alClient);
+  auto* bottom = Make<TPanel>(&form, &form, 0, 0, 10, 30);
+  bottom->SetAlign(alBottom);
+  std::vector<TPanel*> rows;
+  const auto add = [&] {
+    auto* p = new TPanel(&form);
+    p->SetHeight(10 + static_cast<int>(rows.size()));
+    p->SetAlign(alTop);
+    p->SetParent(&form);
+    rows.push_back(p);
+  };
+  for (int i = 0; i < 5; ++i) add();
+  form.DisableAlign();
+  for (int i = 0; i < 5; ++i) add();
+  EXPECT_EQ(0, rows.back()->GetTop()) << "laid out inside the batch";
+  form.EnableAlign();
+  int top = 0;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    EXPECT_EQ((MyRect{0, top, 300, top + 10 + static_cast<int>(i)}), rows[i]->GetBoundsRect()) << "row " << i;
+    top += 10 + static_cast<int>(i);
+  }
+  EXPECT_EQ((MyRect{0, top, 300, 370}), client->GetBoundsRect()) << "the client takes what the rows leave";
+  EXPECT_EQ((MyRect{0, 370, 300, 400}), bottom->GetBoundsRect());
+}
+
+// Anchors keep a control's distances to the parent's edges as the parent
+// changes size, measured where the control was put, so that shrinking and
+// growing back brings everything back; constraints bound every size; both
+// are published, and a design keeps its places when read.
+TEST(TWinControl, AnchorsKeepDistancesAndConstraintsBoundSizes) {
+  Forms::TForm form(nullptr);
+  form.SetBorderStyle(Forms::bsNone);
+  form.SetBounds(0, 0, 300, 200);
+  form.GetHandle();
+  const auto anchored = [&](TAnchors anchors, int left, int top, int width, int height) {
+    auto* p = Make<TPanel>(&form, &form, left, top, width, height);
+    p->SetAnchors(anchors);
+    return p;
+  };
+  const struct {
+    const char* what;
+    TPanel* panel;
+    std::string at400x260;
+  } rows[] = {{"right and bottom: moves", anchored({akRight, akBottom}, 210, 160, 80, 30), "310,220 80x30"},
+              {"left and right: stretches", anchored({akLeft, akTop, akRight}, 10, 10, 280, 20), "10,10 380x20"},
+              {"all four: grows", anchored({akLeft, akTop, akRight, akBottom}, 10, 40, 100, 100), "10,40 200x160"},
+              {"none: the centre in proportion", anchored({}, 100, 80, 100, 40), "150,110 100x40"},
+              {"left and top: stays", anchored({akLeft, akTop}, 5, 150, 20, 20), "5,150 20x20"}};
+  std::vector<std::string> before;
+  for (const auto& row : rows) before.push_back(Where(row.panel));
+  form.SetBounds(0, 0, 400, 260);
+  for (const auto& row : rows) EXPECT_EQ(row.at400x260, Where(row.panel)) << row.what;
+  form.SetBounds(0, 0, 40, 30);
+  form.SetBounds(0, 0, 300, 200);
+  for (size_t i = 0; i < std::size(rows); ++i) EXPECT_EQ(before[i], Where(rows[i].panel)) << rows[i].what << ", back";
+
+  TSizeConstraints* limits = rows[4].panel->GetConstraints();
+  limits->SetMinWidth(50);
+  EXPECT_EQ("5,150 50x20", Where(rows[4].panel)) << "a new minimum applies at once";
+  limits->SetMaxHeight(15);
+  rows[4].panel->SetBounds(5, 150, 500, 100);
+  EXPECT_EQ("5,150 500x15", Where(rows[4].panel));
+  rows[4].panel->SetAlign(alClient);
+  EXPECT_EQ(15, rows[4].panel->GetHeight()) << "aligned, still bounded";
+  form.GetConstraints()->SetMinWidth(200);
+  form.SetWidth(100);
+  EXPECT_EQ(200, form.GetWidth());
+  MINMAXINFO info{};
+  SendMessageA(form.GetHandle(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
+  EXPECT_EQ(200, info.ptMinTrackSize.x) << "the frame dragged by the user";
+
+  // A design made for a client area other than a new form's: the anchored
+  // button stays where it was designed, then follows the form.
+  const std::string text =
+      "object F: TForm\n BorderStyle = bsNone\n ClientWidth = 500\n ClientHeight = 300\n"
+      " object Ok: TPanel\n  Left = 410\n  Top = 260\n  Width = 80\n  Height = 30\n"
+      "  Anchors = [akRight, akBottom]\n  Constraints.MinHeight = 25\n end\nend\n";
+  std::unique_ptr<Classes::TComponent> read([&] {
+    Classes::TMemoryStream in, out;
+    in.WriteBuffer(text.data(), static_cast<long>(text.size()));
+    in.SetPosition(0);
+    Classes::ObjectTextToBinary(&in, &out);
+    out.SetPosition(0);
+    return out.ReadComponent(nullptr);
+  }());
+  auto* design = dynamic_cast<Forms::TForm*>(read.get());
+  ASSERT_NE(nullptr, design);
+  auto* ok = dynamic_cast<TPanel*>(design->GetControl(0));
+  EXPECT_EQ((MyRect{410, 260, 490, 290}), ok->GetBoundsRect());
+  EXPECT_EQ(25, ok->GetConstraints()->GetMinHeight());
+  design->SetClientWidth(600);
+  EXPECT_EQ(510, ok->GetLeft());
 }
 
 }  // namespace

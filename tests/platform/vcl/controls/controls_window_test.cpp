@@ -7,6 +7,10 @@
 #include <string>
 
 #include "platform/vcl/controls/controls.h"
+#include "platform/vcl/forms/application.h"
+#include "platform/vcl/stdctrls/ext_panels.h"
+#include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_edits.h"
 #include "tests/platform/vcl/test_helpers.h"
 
 using Controls::TControl;
@@ -211,6 +215,58 @@ TEST(ControlsWindow, PaintOnRequestAndSendToBack) {
   plain->SendToBack();
   EXPECT_EQ(parent.GetControl(0), plain);
   EXPECT_EQ(parent.GetControl(1), last);
+}
+
+// A user interface that changes on the screen: what comes into a shown form,
+// or is moved to another place in it, is there at once, as a user sees it.
+TEST(ControlsWindow, ControlsAddedToAShownFormAppearAndMovesKeepThemShown) {
+  vcl_test::Handlers on;
+  Forms::TForm form(nullptr);
+  form.SetBorderStyle(Forms::bsNone);
+  form.SetBounds(0, 0, 300, 200);
+  form.Show();
+  Forms::Application->ProcessMessages();
+  auto* button = vcl_test::Make<Stdctrls::TButton>(&form, &form, 10, 150, 80, 25);
+  auto* panel = new Extctrls::TPanel(&form);
+  panel->SetHeight(40);
+  panel->SetAlign(Controls::alTop);
+  panel->SetParent(&form);
+  auto* edit = vcl_test::Make<Stdctrls::TEdit>(&form, panel, 5, 5, 100, 21);
+  Stdctrls::TButton* made = nullptr;  // by a click, as a handler would
+  button->SetOnClick(
+      on.Do([&](System::TObject*) { made = vcl_test::Make<Stdctrls::TButton>(&form, &form, 200, 150, 60, 25); }));
+  SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
+  Forms::Application->ProcessMessages();
+  ASSERT_NE(nullptr, made);
+
+  const struct {
+    const char* what;
+    TWinControl* control;
+    TWinControl* parent;
+    const char* window;
+  } rows[] = {{"button", button, &form, "child 10,150 80x25 visible"},
+              {"aligned panel", panel, &form, "child 0,0 300x40 visible"},
+              {"edit on the new panel", edit, panel, "child 5,5 100x21 visible"},
+              {"made by a click", made, &form, "child 200,150 60x25 visible"}};
+  for (const auto& row : rows) {
+    ASSERT_TRUE(row.control->HandleAllocated()) << row.what;
+    EXPECT_EQ(GetParent(row.control->GetHandle()), row.parent->GetHandle()) << row.what;
+    EXPECT_EQ(row.window, Window(row.control->GetHandle())) << row.what;
+  }
+
+  // Moved while shown: the same window, shown in its new parent at the
+  // control's place; then into a parent without a window yet.
+  HWND buttonWnd = button->GetHandle();
+  button->SetParent(panel);
+  EXPECT_EQ(buttonWnd, button->GetHandle());
+  EXPECT_EQ(GetParent(buttonWnd), panel->GetHandle());
+  EXPECT_EQ("child 10,150 80x25 visible", Window(buttonWnd));
+  auto* away = new Extctrls::TPanel(&form);
+  edit->SetParent(away);
+  EXPECT_FALSE(edit->HandleAllocated()) << "no window to live in";
+  away->SetParent(&form);
+  EXPECT_EQ(GetParent(edit->GetHandle()), away->GetHandle()) << "comes with its new parent's window";
+  EXPECT_TRUE(IsWindowVisible(edit->GetHandle()));
 }
 
 }  // namespace
