@@ -33,7 +33,7 @@ bool RunPages(ShowcaseContext& context, std::initializer_list<const char*> pages
 }  // namespace
 
 bool ShowPictures(ShowcaseContext& context) {
-  return RunPages(context, {"RenderPictures", "RenderFormPage", "RenderControlsPage"});
+  return RunPages(context, {"RenderPictures", "RenderFormPage", "RenderControlsPage", "RenderLivePage"});
 }
 
 bool ShowDialogs(ShowcaseContext& context) { return RunPages(context, {"RenderDialogsPage"}); }

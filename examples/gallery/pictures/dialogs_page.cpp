@@ -132,47 +132,17 @@ bool ComposeSheet(const std::string& folder) {
       {{"progress-ru-96", "Progress at 50 %"}, {"input-ru-96", "Input dialog"}},
       {{"editor-ru-96", "Text editor with its counter"}},
   };
-  struct Loaded {
-    std::vector<uint32_t> bits;
-    int width = 0, height = 0;
-    const char* label;
-  };
-  std::vector<std::vector<Loaded>> loaded;
-  int sheetWidth = 0, sheetHeight = PictureSheet::kTitleHeight + 8;
+  std::vector<std::vector<Shot>> lines;
   for (const auto& row : rows) {
-    std::vector<Loaded> line;
-    int width = 8, height = 0;
+    std::vector<Shot> line;
     for (const Cell& cell : row) {
-      Loaded l;
-      l.label = cell.label;
-      if (!ReadPng(folder + "\\" + cell.file + ".png", l.bits, l.width, l.height)) continue;
-      width += l.width + 12;
-      height = std::max(height, l.height);
-      line.push_back(std::move(l));
+      Shot shot{cell.label, {}, 0, 0};
+      if (ReadPng(folder + "\\" + cell.file + ".png", shot.bits, shot.width, shot.height))
+        line.push_back(std::move(shot));
     }
-    if (line.empty()) continue;
-    sheetWidth = std::max(sheetWidth, width);
-    sheetHeight += PictureSheet::kLabelHeight + height + 12;
-    loaded.push_back(std::move(line));
+    lines.push_back(std::move(line));
   }
-  if (loaded.empty()) return false;
-  PictureSheet sheet(sheetWidth, sheetHeight, "Velkin dialogs");
-  int y = PictureSheet::kTitleHeight + 8;
-  for (const auto& line : loaded) {
-    int x = 8, height = 0;
-    for (const Loaded& l : line) {
-      sheet.Note(MyRect{x, y, x + l.width, y + PictureSheet::kLabelHeight}, l.label, DT_LEFT | DT_SINGLELINE);
-      for (int row = 0; row < l.height; ++row)
-        std::copy_n(&l.bits[static_cast<size_t>(row) * l.width], l.width,
-                    sheet.GetBits() + static_cast<size_t>(y + PictureSheet::kLabelHeight + row) * sheet.GetWidth() + x);
-      x += l.width + 12;
-      height = std::max(height, l.height);
-    }
-    y += PictureSheet::kLabelHeight + height + 12;
-  }
-  const bool saved = sheet.SavePng(folder + "\\dialogs.png");
-  std::printf("   dialogs.png %s\n", saved ? "written" : "FAILED");
-  return saved;
+  return SaveShotSheet(lines, "Velkin dialogs", folder + "\\dialogs.png");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <wincodec.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "velkin/draw/tc_draw.h"
@@ -51,6 +52,40 @@ void PictureSheet::Note(const MyRect& r, const char* text, unsigned flags) {
 bool PictureSheet::SavePng(const std::string& path) const {
   GdiFlush();
   return WritePng(path, bits_, width_, height_);
+}
+
+bool SaveShotSheet(const std::vector<std::vector<Shot>>& lines, const char* title, const std::string& path) {
+  int sheetWidth = 0, sheetHeight = PictureSheet::kTitleHeight + 8;
+  for (const auto& line : lines) {
+    int width = 8, height = 0;
+    for (const Shot& shot : line) {
+      width += shot.width + 12;
+      height = std::max(height, shot.height);
+    }
+    if (line.empty()) continue;
+    sheetWidth = std::max(sheetWidth, width);
+    sheetHeight += PictureSheet::kLabelHeight + height + 12;
+  }
+  if (sheetWidth == 0) return false;
+  PictureSheet sheet(sheetWidth, sheetHeight, title);
+  int y = PictureSheet::kTitleHeight + 8;
+  for (const auto& line : lines) {
+    if (line.empty()) continue;
+    int x = 8, height = 0;
+    for (const Shot& shot : line) {
+      sheet.Note(MyRect{x, y, x + shot.width, y + PictureSheet::kLabelHeight}, shot.label.c_str(),
+                 DT_LEFT | DT_SINGLELINE);
+      for (int row = 0; row < shot.height; ++row)
+        std::copy_n(&shot.bits[static_cast<size_t>(row) * shot.width], shot.width,
+                    sheet.GetBits() + static_cast<size_t>(y + PictureSheet::kLabelHeight + row) * sheet.GetWidth() + x);
+      x += shot.width + 12;
+      height = std::max(height, shot.height);
+    }
+    y += PictureSheet::kLabelHeight + height + 12;
+  }
+  const bool saved = sheet.SavePng(path);
+  std::printf("   %s %s\n", path.substr(path.rfind('\\') + 1).c_str(), saved ? "written" : "FAILED");
+  return saved;
 }
 
 namespace {

@@ -50,6 +50,17 @@ class PictureSheet {
   Graphics::TCanvas canvas_;
 };
 
+// A captured window with the label it is shown under.
+struct Shot {
+  std::string label;
+  std::vector<uint32_t> bits;  // top-down 32-bit pixels
+  int width = 0, height = 0;
+};
+
+// Puts lines of shots, each under its label, below a title and writes the
+// picture to path; false when there is no shot or it cannot be written.
+bool SaveShotSheet(const std::vector<std::vector<Shot>>& lines, const char* title, const std::string& path);
+
 // Writes width x height top-down 32-bit pixels (blue, green, red, unused) as a PNG.
 bool WritePng(const std::string& path, const uint32_t* bits, int width, int height);
 

@@ -26,6 +26,12 @@ using RenderFormPageProc = int (*)(const char* folder);
 GALLERY_PICTURES_API int RenderControlsPage(const char* folder);
 using RenderControlsPageProc = int (*)(const char* folder);
 
+// Shows a form and changes it on the screen (rows added, removed and moved
+// by its buttons, the form made larger), capturing each step into live.png
+// in folder. 1 when written, else 0.
+GALLERY_PICTURES_API int RenderLivePage(const char* folder);
+using RenderLivePageProc = int (*)(const char* folder);
+
 // Opens the library's dialogs (message box, progress window, input dialog,
 // text editor) as an application would and writes each window, captured while
 // it runs, into folder under a tag of the process's language and screen

@@ -33,6 +33,11 @@ bool Capture(HWND window, std::vector<uint32_t>& bits, int& width, int& height) 
 
 }  // namespace
 
+bool CaptureShot(HWND window, const char* label, Shot& shot) {
+  shot.label = label;
+  return Capture(window, shot.bits, shot.width, shot.height);
+}
+
 bool WriteWindow(HWND window, const std::string& path) {
   std::vector<uint32_t> bits;
   int width = 0, height = 0;

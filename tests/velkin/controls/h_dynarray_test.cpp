@@ -59,6 +59,7 @@ std::string Bounds(const Controls::TControl* c) {
 
 TEST(HDynamicArray, TemplatePanelsStackInCallOrderAndGoBackAsDesigned) {
   Host host;
+  host.form.Show();  // rows placed into a box on the screen appear there
   std::vector<std::unique_ptr<TRowForm>> rows;
   for (int i = 0; i < 3; ++i) rows.push_back(std::make_unique<TRowForm>(nullptr));
   const std::string designed = Bounds(rows[0]->RowPanel);
@@ -83,6 +84,9 @@ TEST(HDynamicArray, TemplatePanelsStackInCallOrderAndGoBackAsDesigned) {
     EXPECT_EQ(Controls::alTop, rows[i]->RowPanel->GetAlign());
     EXPECT_EQ("0," + std::to_string(41 * i) + " " + std::to_string(width) + "x41", Bounds(rows[i]->RowPanel))
         << "row " << i << " stacked in call order";
+    ASSERT_TRUE(rows[i]->RowPanel->HandleAllocated()) << "row " << i;
+    EXPECT_EQ(GetParent(rows[i]->RowPanel->GetHandle()), host.box->GetHandle()) << "row " << i;
+    EXPECT_TRUE(IsWindowVisible(rows[i]->RowPanel->GetHandle())) << "row " << i;
   }
   EXPECT_EQ("0," + std::to_string(host.box->GetClientHeight() - 30) + " " + std::to_string(width) + "x30",
             Bounds(bar->BarPanel));
