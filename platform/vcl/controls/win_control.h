@@ -28,8 +28,9 @@ class VCL_API TWinControl : public TControl {
   /// the window system refuses to create it.
   HWND GetHandle();
   bool HandleAllocated() const { return handle_ != nullptr; }
-  /// Destroys the window (the child controls' windows first); the next
-  /// GetHandle makes a new one with the current bounds and state.
+  /// Destroys the window and, in the same call, the child controls' (each
+  /// child's DestroyWnd runs first); the next GetHandle makes a new one with
+  /// the current bounds and state.
   void DestroyHandle();
 
   /// A foreign window to live in when the control has no parent control.
