@@ -1,5 +1,6 @@
 #include "platform/vcl/core/thread.h"
 
+#include <algorithm>
 #include <atomic>
 #include <deque>
 #include <mutex>
@@ -24,6 +25,7 @@ struct SyncCall {
   TThreadMethod method;
   HANDLE done = nullptr;  // null: queued, nobody waits
   std::exception_ptr error;
+  DWORD caller = 0;  // the thread that waits
 };
 
 constexpr UINT kWakeMessage = WM_USER;
@@ -38,6 +40,15 @@ std::atomic<bool> wakePosted{false};
 // A queued call's failure met in the wake window, raised by the next direct
 // CheckSynchronize: a window procedure must not let it through.
 std::exception_ptr deferredError;
+
+// The threads whose synchronous calls the main thread is running now,
+// innermost last (a call may run a message loop that runs another). Only the
+// main thread touches it.
+std::vector<DWORD> runningCallers;
+
+bool RunningCallOf(DWORD thread) {
+  return std::find(runningCallers.begin(), runningCallers.end(), thread) != runningCallers.end();
+}
 
 LRESULT CALLBACK WakeProc(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam) {
   if (msg != kWakeMessage) return DefWindowProcA(wnd, msg, wParam, lParam);
@@ -144,11 +155,13 @@ bool CheckSynchronize(int timeoutMs) {
   while (SyncCall* call = Dequeue()) {
     ran = true;
     std::exception_ptr error;
+    if (call->done) runningCallers.push_back(call->caller);
     try {
       call->method();
     } catch (...) {
       error = std::current_exception();
     }
+    if (call->done) runningCallers.pop_back();
     if (call->done) {
       call->error = error;
       SetEvent(call->done);
@@ -166,7 +179,7 @@ void TThread::Synchronize(TThread*, TThreadMethod method) {
     method();
     return;
   }
-  SyncCall call{method, callerEvents.Take(), nullptr};
+  SyncCall call{method, callerEvents.Take(), nullptr, GetCurrentThreadId()};
   Enqueue(&call);
   WaitForSingleObject(call.done, INFINITE);
   callerEvents.Give(call.done);
@@ -194,8 +207,21 @@ TThread::~TThread() { StopAndWait(); }
 
 void TThread::BeforeDestruction() { StopAndWait(); }
 
+// Deleted inside a call its thread waits for: waiting for the thread here
+// would never end, so it is asked to stop and frees itself once it has. A
+// delete already under way (whose wait ran the call) frees it itself.
+bool TThread::DestroyLater() {
+  if (!OnMainThread() || !RunningCallOf(threadId_)) return false;
+  if (!destroying_) {
+    Terminate();
+    freeOnTerminate_ = true;
+  }
+  return true;
+}
+
 void TThread::StopAndWait() {
   if (!handle_ || GetCurrentThreadId() == threadId_) return;  // freed by its own thread on termination
+  destroying_ = true;
   if (!finished_) {
     Terminate();
     // A thread never started runs only to see that it was terminated.
@@ -222,14 +248,24 @@ int TThread::WaitFor() {
   if (GetCurrentThreadId() == threadId_) throw EThread("Cannot call WaitFor on the current thread");
   if (freeOnTerminate_) throw EThread("Cannot call WaitFor on a free-on-terminate thread");
   if (!started_) throw EThread("Cannot call WaitFor on a thread that was never started");
+  if (OnMainThread() && RunningCallOf(threadId_))
+    throw EThread("Cannot wait for a thread from a call it is waiting for");
+  // OnTerminate may free the object meanwhile: the wait keeps a handle of its
+  // own, and ReturnValue comes back as the thread's exit code.
+  HANDLE own = nullptr;
+  DuplicateHandle(GetCurrentProcess(), handle_.get(), GetCurrentProcess(), &own,
+                  SYNCHRONIZE | THREAD_QUERY_LIMITED_INFORMATION, FALSE, 0);
+  const OwnedKernelHandle thread(own);
   if (OnMainThread()) {
     // The thread may be waiting for the main thread: serve it meanwhile.
-    const HANDLE waits[] = {handle_.get(), syncEvent.get()};
+    const HANDLE waits[] = {thread.get(), syncEvent.get()};
     while (WaitForMultipleObjects(2, waits, FALSE, INFINITE) != WAIT_OBJECT_0) CheckSynchronize(0);
   } else {
-    WaitForSingleObject(handle_.get(), INFINITE);
+    WaitForSingleObject(thread.get(), INFINITE);
   }
-  return returnValue_;
+  DWORD code = 0;
+  GetExitCodeThread(thread.get(), &code);
+  return static_cast<int>(code);
 }
 
 void TThread::DoTerminate() {

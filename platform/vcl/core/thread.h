@@ -31,8 +31,17 @@ class VCL_API EThread : public Sysutils::Exception {
 /// Deleting a thread still running asks it to stop (Terminate) and waits for
 /// it before any destructor runs. A thread object that ends without delete (on
 /// the stack, a member) stops it only in TThread's destructor, after the
-/// derived parts are gone: its derived class stops it first. An exception that escapes Execute ends the thread and is
-/// kept in GetFatalException; it never ends the process.
+/// derived parts are gone: its derived class stops it first. An exception that
+/// escapes Execute ends the thread and is kept in GetFatalException; it never
+/// ends the process.
+///
+/// A call the thread waits for (its OnTerminate handler, or one it makes
+/// through Synchronize) may delete the thread. Waiting there would never end,
+/// so delete returns at once: the thread is asked to stop and frees the object
+/// itself when it ends, as with FreeOnTerminate (its destructors run on the
+/// thread); from OnTerminate, as soon as the handler has returned. A WaitFor
+/// waiting meanwhile still returns the ReturnValue the thread ended with; a
+/// delete waiting meanwhile frees the object itself.
 class VCL_API TThread : public System::TObject {
   VCL_CLASS();
 
@@ -40,6 +49,9 @@ class VCL_API TThread : public System::TObject {
   explicit TThread(bool createSuspended);
   ~TThread() override;
   void BeforeDestruction() override;
+  /// Deleted inside a call its thread waits for: freed by its own thread
+  /// when it ends.
+  bool DestroyLater() override;
   TThread(const TThread&) = delete;
   TThread& operator=(const TThread&) = delete;
 
@@ -49,9 +61,10 @@ class VCL_API TThread : public System::TObject {
   /// Asks Execute to stop: it reads GetTerminated() and returns.
   void Terminate();
   bool GetTerminated() const;
-  /// Waits for the thread to end and returns ReturnValue. On the main thread it
-  /// runs the calls threads synchronize meanwhile. Raises EThread when called
-  /// by the thread itself or for a free-on-terminate thread.
+  /// Waits for the thread to end and returns its ReturnValue. On the main
+  /// thread it runs the calls threads synchronize meanwhile. Raises EThread
+  /// when called by the thread itself, inside a call the thread waits for, or
+  /// for a free-on-terminate thread.
   int WaitFor();
 
   bool GetFinished() const;
@@ -95,6 +108,7 @@ class VCL_API TThread : public System::TObject {
   bool started_ = false;
   volatile bool terminated_ = false;
   volatile bool finished_ = false;
+  bool destroying_ = false;  // delete waits for the thread
   System::TNotifyEvent onTerminate_;
   std::exception_ptr fatalException_;
 };

@@ -244,7 +244,17 @@ void TApplication::HandleMessage() {
 }
 
 void TApplication::Run() {
-  if (mainForm_) mainForm_->Show();
+  // However Run ends, the request that ended it is used up.
+  struct UsedUp {
+    bool& terminated;
+    ~UsedUp() {
+      terminated = false;
+      MSG quit;
+      while (PeekMessageA(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+      }
+    }
+  } usedUp{terminated_};
+  if (mainForm_ && !terminated_) mainForm_->Show();
   while (!terminated_) {
     try {
       HandleMessage();

@@ -35,14 +35,23 @@ class VCL_API TApplication : public Classes::TComponent {
   }
   /// Shows the main form and runs the message loop until Terminate or until
   /// the main form is closed. An exception out of the loop (a queued thread
-  /// call's, say) goes to HandleException and the loop goes on.
+  /// call's, say) goes to HandleException and the loop goes on. Run may be
+  /// called again once it has returned.
   void Run();
   /// Handles every message waiting now, then returns.
   void ProcessMessages();
   /// Handles one message, or idles (OnIdle, then waits for a message).
   void HandleMessage();
-  /// Ends Run (posts WM_QUIT).
+  /// Asks the program to end: Run returns once the message being handled is
+  /// done, and a modal form open meanwhile ends with mrCancel. Posts WM_QUIT,
+  /// so that a loop waiting for messages wakes and a system modal loop (a
+  /// message box) ends too.
   void Terminate();
+  /// True from Terminate (or a WM_QUIT taken by the application's loop) until
+  /// a Run has ended because of it. Run leaves it false and takes the WM_QUIT
+  /// that no loop took, so the next Run and modal forms shown after it work.
+  /// A Terminate outside Run stands until the next Run, which returns at once
+  /// without showing the main form; modal forms shown meanwhile end at once.
   bool GetTerminated() const { return terminated_; }
 
   TCustomForm* GetMainForm() const { return mainForm_; }

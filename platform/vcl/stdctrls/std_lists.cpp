@@ -1,7 +1,10 @@
 #include "platform/vcl/stdctrls/std_lists.h"
 #include "platform/vcl/core/typinfo.h"
 
+#include <algorithm>
 #include <string>
+
+#include "platform/ostrel/dc_changer.h"
 
 namespace Stdctrls {
 
@@ -12,7 +15,8 @@ VCL_CLASS_IMPL(TWindowItems, Classes::TStrings)
 VCL_CLASS_IMPL(TCustomListControl, Controls::TWinControl, VCL_PROPERTY(TabStop, true),
                VCL_PROPERTY_STORED(Color, IsColorStored, Graphics::clWindow), VCL_PROPERTY(ParentColor, false),
                VCL_PROPERTY(Items))
-VCL_COMPONENT_IMPL(TCustomListBox, TCustomListControl, VCL_PROPERTY(MultiSelect, false), VCL_PROPERTY(Sorted, false))
+VCL_COMPONENT_IMPL(TCustomListBox, TCustomListControl, VCL_PROPERTY(MultiSelect, false), VCL_PROPERTY(Sorted, false),
+                   VCL_PROPERTY(HorzScroll, false))
 VCL_COMPONENT_IMPL(TListBox, TCustomListBox)
 VCL_COMPONENT_IMPL(TCustomComboBox, TCustomListControl, VCL_PROPERTY(Style, csDropDown), VCL_PROPERTY(ItemIndex, -1),
                    VCL_PROPERTY(Text), VCL_PROPERTY(OnChange))
@@ -151,8 +155,8 @@ TCustomListBox::TCustomListBox(Classes::TComponent* owner) : TCustomListControl(
 void TCustomListBox::CreateParams(TCreateParams& params) {
   TWinControl::CreateParams(params);
   params.SystemClass = "LISTBOX";
-  params.Style |=
-      LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | (sorted_ ? LBS_SORT : 0) | (multiSelect_ ? LBS_EXTENDEDSEL : 0);
+  params.Style |= LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | (sorted_ ? LBS_SORT : 0) |
+                  (multiSelect_ ? LBS_EXTENDEDSEL : 0) | (horzScroll_ ? WS_HSCROLL : 0);
   params.ExStyle |= WS_EX_CLIENTEDGE;
 }
 
@@ -180,6 +184,63 @@ void TCustomListBox::SetSorted(bool value) {
   if (value == sorted_) return;
   sorted_ = value;
   if (HandleAllocated()) DestroyHandle();
+}
+
+void TCustomListBox::SetHorzScroll(bool value) {
+  if (value == horzScroll_) return;
+  horzScroll_ = value;
+  widest_ = 0;
+  if (HandleAllocated()) DestroyHandle();  // the window shows a horizontal bar only if made with one
+}
+
+// The extent follows the items the window holds, whoever put them there.
+void TCustomListBox::WndProc(TMessage& message) {
+  if (!horzScroll_) {
+    TCustomListControl::WndProc(message);
+    return;
+  }
+  const int index = static_cast<int>(message.WParam);
+  const bool widestGoes = message.Msg == LB_DELETESTRING && index >= 0 && index < GetItems()->GetCount() &&
+                          ItemsWidth(index, index + 1) >= widest_;
+  TCustomListControl::WndProc(message);
+  switch (message.Msg) {
+    case LB_ADDSTRING:
+    case LB_INSERTSTRING:
+      if (const auto at = static_cast<int>(message.Result); at >= 0)
+        SetWidest(std::max(widest_, ItemsWidth(at, at + 1)));
+      break;
+    case LB_DELETESTRING:
+      if (!widestGoes) break;
+      [[fallthrough]];
+    case LB_RESETCONTENT:
+    case WM_SETFONT:
+      SetWidest(ItemsWidth(0, GetItems()->GetCount()));
+      break;
+    default:
+      break;
+  }
+}
+
+// The widest text of the items from..to-1, drawn with the window's font.
+int TCustomListBox::ItemsWidth(int from, int to) {
+  const OwnedWindowDC dc(GetHandle());
+  DCChanger use(dc.get());
+  if (auto font = reinterpret_cast<HFONT>(SendMessageA(GetHandle(), WM_GETFONT, 0, 0))) use.Select(font);
+  int widest = 0;
+  for (int i = from; i < to; ++i) {
+    const AnsiString text = GetItems()->Get(i);
+    SIZE size{};
+    GetTextExtentPoint32A(dc.get(), text.c_str(), text.Length(), &size);
+    widest = std::max(widest, static_cast<int>(size.cx));
+  }
+  return widest;
+}
+
+void TCustomListBox::SetWidest(int width) {
+  // The window draws its text a little in from its left edge.
+  constexpr int kMargin = 4;
+  widest_ = width;
+  SendMessageA(GetHandle(), LB_SETHORIZONTALEXTENT, width ? width + kMargin : 0, 0);
 }
 
 bool TCustomListBox::GetSelected(int index) {

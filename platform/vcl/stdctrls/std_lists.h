@@ -78,7 +78,12 @@ class VCL_API TCustomListControl : public Controls::TWinControl {
 
 /// A list box. ItemIndex is the selected item (-1: none); with MultiSelect
 /// any number are selected (Selected). OnClick runs when the selection
-/// changes, OnDblClick on a double click on an item.
+/// changes, OnDblClick on a double click on an item. With HorzScroll the
+/// items can be scrolled sideways: the window's horizontal extent follows
+/// the widest item, measured with the box's font as items come and go
+/// (through Items or the window's own messages) and when the font changes,
+/// and its horizontal scroll bar shows while that item is wider than the box.
+/// Without (the default) long items are cut at the edge.
 class VCL_API TCustomListBox : public TCustomListControl {
   VCL_CLASS();
 
@@ -93,14 +98,25 @@ class VCL_API TCustomListBox : public TCustomListControl {
   void SetSelected(int index, bool value);
   bool GetSorted() const { return sorted_; }
   void SetSorted(bool value);
+  /// Whether wide items can be scrolled to; changing it makes the window again.
+  bool GetHorzScroll() const { return horzScroll_; }
+  void SetHorzScroll(bool value);
+
+  /// Keeps the horizontal extent with the window's items and font.
+  void WndProc(Controls::TMessage& message) override;
 
  protected:
   void CreateParams(Controls::TCreateParams& params) override;
   void Notified(Controls::TMessage& message) override;
 
  private:
+  int ItemsWidth(int from, int to);
+  void SetWidest(int width);
+
   bool multiSelect_ = false;
   bool sorted_ = false;
+  bool horzScroll_ = false;
+  int widest_ = 0;  // the widest item's text, in pixels
 };
 
 /// The list box to make instances of.

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -23,12 +24,12 @@ namespace {
 // A thread whose work is a function given to it.
 class TWorker : public TThread {
  public:
-  explicit TWorker(std::function<void(TWorker&)> work, bool suspended = false, bool* freed = nullptr)
+  explicit TWorker(std::function<void(TWorker&)> work, bool suspended = false, std::atomic<int>* freed = nullptr)
       : TThread(true), work_(std::move(work)), freed_(freed) {
     if (!suspended) Start();
   }
   ~TWorker() override {
-    if (freed_) *freed_ = true;
+    if (freed_) ++*freed_;
   }
   using TThread::GetTerminated;
 
@@ -37,7 +38,7 @@ class TWorker : public TThread {
 
  private:
   std::function<void(TWorker&)> work_;
-  bool* freed_;
+  std::atomic<int>* freed_;
 };
 
 // How the main thread serves calls: CheckSynchronize, a plain message loop
@@ -61,6 +62,32 @@ bool Serve(const std::function<bool()>& done, Serving way = kCheckSynchronize) {
   }
   return done();
 }
+
+// Ends the process, failing, when its scope has not ended within 20 s: the
+// main thread stuck waiting for a thread would otherwise stop the run for ever.
+class Watchdog {
+ public:
+  explicit Watchdog(std::string what) : what_(std::move(what)) {
+    watcher_.reset(CreateThread(nullptr, 0, &Watch, this, 0, nullptr));
+  }
+  ~Watchdog() {
+    SetEvent(done_.get());
+    WaitForSingleObject(watcher_.get(), INFINITE);
+  }
+
+ private:
+  static DWORD WINAPI Watch(void* self) {
+    auto* dog = static_cast<Watchdog*>(self);
+    if (WaitForSingleObject(dog->done_.get(), 20000) == WAIT_OBJECT_0) return 0;
+    std::fprintf(stderr, "hung: %s\n", dog->what_.c_str());
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 3);
+    return 0;
+  }
+  std::string what_;
+  OwnedKernelHandle done_{CreateEventA(nullptr, TRUE, FALSE, nullptr)};
+  OwnedKernelHandle watcher_;
+};
 
 TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
   for (Serving way : {kCheckSynchronize, kPlainLoop, kProcessMessages}) {
@@ -157,7 +184,7 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   delete suspended;
 
   // OnTerminate runs on the main thread, then a free-on-terminate thread goes.
-  bool freed = false;
+  std::atomic<int> freed{0};
   DWORD terminateRanOn = 0;
   auto* selfFreeing = new TWorker([](TWorker&) {}, true, &freed);
   selfFreeing->SetFreeOnTerminate(true);
@@ -165,7 +192,7 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   selfFreeing->SetOnTerminate(on.Do([&](System::TObject*) { terminateRanOn = GetCurrentThreadId(); }));
   EXPECT_THROW(selfFreeing->WaitFor(), EThread) << "a free-on-terminate thread cannot be waited for";
   selfFreeing->Start();
-  ASSERT_TRUE(Serve([&] { return freed; }));
+  ASSERT_TRUE(Serve([&] { return freed == 1; }));
   EXPECT_EQ(GetCurrentThreadId(), terminateRanOn);
 
   // What escapes Execute is kept; waiting for oneself is refused; a thread
@@ -194,6 +221,70 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   ASSERT_TRUE(Serve([&] { return inside.load(); }));
   delete running;
   EXPECT_EQ(1, runs.load()) << "delete stopped the thread and waited for it";
+}
+
+// A call the thread waits for deletes it (or waits for it): no hang, the
+// object freed once, after the call, by whoever frees it last: the thread
+// (with or without FreeOnTerminate), or a delete already waiting.
+TEST(TThread, DeletedByACallItWaitsFor) {
+  enum Main { kServes, kWaitsFor, kDeletes };
+  struct Row {
+    const char* name;
+    bool freeOnTerminate, fromExecute;
+    Main main;
+    bool callWaits;  // the call waits for the thread instead of deleting it
+    const char* error;
+  };
+  const Row rows[] = {
+      {"OnTerminate", false, false, kServes, false, ""},
+      {"OnTerminate of a free-on-terminate thread", true, false, kServes, false, ""},
+      {"a call made in Execute, which is asked to stop", false, true, kServes, false, ""},
+      {"OnTerminate during WaitFor", false, false, kWaitsFor, false, ""},
+      {"OnTerminate during delete", false, false, kDeletes, false, ""},
+      {"WaitFor in OnTerminate", false, false, kServes, true, "Cannot wait for a thread from a call it is waiting for"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::atomic<int> freed{0};
+    std::string error;
+    TWorker* worker = nullptr;
+    Handlers on;
+    const TThreadMethod act = on.Do([&] {
+      if (row.callWaits)
+        error = ErrorOf<EThread>([&] { worker->WaitFor(); });
+      else
+        delete worker;
+    });
+    worker = new TWorker(
+        [&](TWorker& self) {
+          self.SetReturnValue(7);
+          if (!row.fromExecute) return;
+          self.Synchronize(act);
+          for (int i = 0; i < 10000 && !self.GetTerminated(); ++i) Sleep(1);
+        },
+        true, &freed);
+    worker->SetFreeOnTerminate(row.freeOnTerminate);
+    if (!row.fromExecute) worker->SetOnTerminate(on.Do([&](System::TObject*) { act(); }));
+    HANDLE ended = nullptr;
+    DuplicateHandle(GetCurrentProcess(), worker->GetHandle(), GetCurrentProcess(), &ended, SYNCHRONIZE, FALSE, 0);
+    const OwnedKernelHandle endedOwner(ended);
+    {
+      const Watchdog watch(row.name);
+      worker->Start();
+      if (row.main == kWaitsFor) {
+        EXPECT_EQ(7, worker->WaitFor()) << "ReturnValue of a thread freed meanwhile";
+      }
+      if (row.main == kDeletes) delete worker;
+      Serve([&] { return freed > 0 || !error.empty(); });
+      EXPECT_EQ(row.error, error);
+      if (!error.empty()) {
+        worker->WaitFor();
+        delete worker;
+      }
+    }
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(ended, 10000)) << "the thread ended";
+    EXPECT_EQ(1, freed.load()) << "freed once";
+  }
 }
 
 }  // namespace

@@ -152,7 +152,7 @@ class TMainWindow : public TForm {
 
 // Run shows the main form and handles messages until the main form is
 // closed; an exception out of the loop goes to OnException and the loop goes
-// on. (Last: Run ends the application.)
+// on.
 TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
   Application->Initialize();
   TMainWindow* main = nullptr;
@@ -197,9 +197,71 @@ TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
   EXPECT_TRUE(shown) << "the main form shown, the other not";
   ASSERT_EQ(1, main->list->GetItems()->GetCount());
   EXPECT_EQ("bolts", Str(main->list->GetItems()->Get(0)));
-  EXPECT_TRUE(Application->GetTerminated());
   EXPECT_FALSE(IsWindowVisible(main->GetHandle())) << "closed: hidden";
   Application->SetOnException({});
+}
+
+// Each end of Run is used up by it: the next Run works, and so does a modal
+// form after it. Terminate during a modal form ends the form, then Run; a
+// Terminate before Run ends it at once.
+TEST(TApplication, RunEndsAndRunsAgain) {
+  Application->Initialize();
+  TForm* main = nullptr;
+  Application->CreateForm(main);
+  const std::unique_ptr<TForm> mainGoes(main);
+  TForm dialog(nullptr);
+  Controls::TModalResult shown = Controls::mrNone;
+  Handlers on;
+  auto* open = Make<Stdctrls::TButton>(main, main);
+  open->SetOnClick(on.Do([&](System::TObject*) { shown = dialog.ShowModal(); }));
+  const auto giveUp = [&] {
+    dialog.SetModalResult(Controls::mrAbort);
+    Application->Terminate();
+  };
+  const auto when = [](bool ready, const std::function<void()>& act) {
+    if (ready) act();
+    return ready;
+  };
+
+  struct Ending {
+    const char* name;
+    std::vector<loop_driver::Step> steps;
+  };
+  const Ending endings[] = {
+      {"main form closed", {[&] {
+         return when(IsWindowVisible(main->GetHandle()), [&] { PostMessageA(main->GetHandle(), WM_CLOSE, 0, 0); });
+       }}},
+      {"terminated in a modal form",
+       {[&] {
+          return when(IsWindowVisible(main->GetHandle()), [&] { PostMessageA(open->GetHandle(), BM_CLICK, 0, 0); });
+        },
+        [&] { return when(IsWindowVisible(dialog.GetHandle()), [] { Application->Terminate(); }); }}},
+  };
+  for (const Ending& e : endings) {
+    SCOPED_TRACE(e.name);
+    loop_driver::Drive(e.steps, giveUp, [] {
+      Application->Run();
+      return 0;
+    });
+    EXPECT_TRUE(loop_driver::Finished()) << "Run ended before its steps ran";
+    EXPECT_FALSE(Application->GetTerminated()) << "used up by the Run it ended";
+  }
+  EXPECT_EQ(Controls::mrCancel, shown) << "Terminate ends the modal form";
+  EXPECT_FALSE(IsWindowVisible(dialog.GetHandle()));
+
+  const Controls::TModalResult after = loop_driver::Drive(
+      {[&] { return when(IsWindowVisible(dialog.GetHandle()), [&] { dialog.SetModalResult(Controls::mrOk); }); }},
+      giveUp, [&] { return dialog.ShowModal(); });
+  EXPECT_EQ(Controls::mrOk, after) << "a modal form after Run ran until its own end";
+
+  main->Hide();
+  Application->Terminate();
+  loop_driver::Drive({}, giveUp, [] {
+    Application->Run();
+    return 0;
+  });
+  EXPECT_TRUE(loop_driver::Finished()) << "a Terminate before Run ends it at once";
+  EXPECT_FALSE(IsWindowVisible(main->GetHandle()));
 }
 
 }  // namespace

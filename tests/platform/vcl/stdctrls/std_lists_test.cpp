@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <string>
 
 #include "platform/vcl/forms/application.h"
@@ -58,6 +60,64 @@ TEST(TCustomListBox, ItemsAndItemIndexAreTheWindows) {
   EXPECT_TRUE(list->GetSelected(3));
   EXPECT_FALSE(list->GetSelected(1));
   EXPECT_EQ("List index out of bounds (9)", ErrorOf<Classes::EListError>([&] { list->GetSelected(9); }));
+}
+
+// With HorzScroll the window scrolls sideways just past its widest item as
+// its font draws it, and shows the bar only while that is wider than the box:
+// as items come and go, when the font changes, in a window made again.
+TEST(TCustomListBox, HorzScrollReachesTheWidestItem) {
+  Forms::TForm form(nullptr);
+  auto* list = Make<TListBox>(&form, &form, 0, 0, 120, 100);
+  list->GetItems()->SetText("pear\napple");
+  list->SetHorzScroll(true);
+  const std::string wide(40, 'W');
+  struct Act {
+    const char* name;
+    std::function<void()> act;
+    bool barShown;
+  };
+  const Act acts[] = {
+      {"short items", [] {}, false},
+      {"a wide item added", [&] { list->GetItems()->Add(wide.c_str()); }, true},
+      {"the window made again", [&] { list->SetSorted(true); }, true},
+      {"a larger font", [&] { list->GetFont()->SetSize(list->GetFont()->GetSize() * 2); }, true},
+      {"the wide item deleted", [&] { list->GetItems()->Delete(list->GetItems()->IndexOf(wide.c_str())); }, false},
+      {"switched off, with a wide item",
+       [&] {
+         list->SetHorzScroll(false);
+         list->GetItems()->Add(wide.c_str());
+       },
+       false},
+  };
+  for (const Act& a : acts) {
+    a.act();
+    const HWND w = list->GetHandle();
+    const OwnedWindowDC dc(w);
+    DCChanger use(dc.get());
+    use.Select(reinterpret_cast<HFONT>(SendMessageA(w, WM_GETFONT, 0, 0)));
+    int widest = 0;
+    for (int i = 0; i < list->GetItems()->GetCount(); ++i) {
+      const std::string text = Str(list->GetItems()->Get(i));
+      SIZE size{};
+      GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+      widest = std::max(widest, static_cast<int>(size.cx));
+    }
+    const int extent = static_cast<int>(SendMessageA(w, LB_GETHORIZONTALEXTENT, 0, 0));
+    if (list->GetHorzScroll()) {
+      EXPECT_LE(widest, extent) << a.name << ": the widest item can be scrolled to";
+      EXPECT_GT(widest + 8, extent) << a.name << ": and no further";
+    } else {
+      EXPECT_EQ(0, extent) << a.name;
+    }
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_RANGE;
+    const bool shown = (GetWindowLongA(w, GWL_STYLE) & WS_HSCROLL) && GetScrollInfo(w, SB_HORZ, &info);
+    EXPECT_EQ(a.barShown, shown) << a.name;
+    if (shown) {
+      EXPECT_EQ(extent - 1, info.nMax) << a.name << ": the bar's range";
+    }
+  }
 }
 
 TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
