@@ -141,10 +141,15 @@ void TBrush::Assign(Classes::TPersistent* source) {
 // ---- TFont
 
 namespace {
+// Read once: the screen's resolution is fixed for the life of the process,
+// and asking for a screen DC costs more than making the rest of a control.
 int ScreenPixelsPerInch() {
-  const OwnedWindowDC screen(nullptr);
-  const int ppi = screen ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
-  return ppi > 0 ? ppi : 96;
+  static const int ppi = [] {
+    const OwnedWindowDC screen(nullptr);
+    const int value = screen ? GetDeviceCaps(screen.get(), LOGPIXELSY) : 96;
+    return value > 0 ? value : 96;
+  }();
+  return ppi;
 }
 }  // namespace
 
