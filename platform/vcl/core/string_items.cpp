@@ -6,7 +6,15 @@ namespace Classes {
 
 namespace {
 // A block is split in two when it passes twice this; made in blocks this size.
-constexpr size_t kBlock = 64;
+constexpr size_t kBlock = 128;
+
+// A block of a long list, with room for its most lines at once: it never
+// moves its lines to grow. (A short list's one block grows as it needs.)
+std::vector<TStringItem> NewBlock() {
+  std::vector<TStringItem> block;
+  block.reserve(2 * kBlock + 1);
+  return block;
+}
 }  // namespace
 
 std::pair<size_t, size_t> TStringItems::Locate(int index) const {
@@ -30,6 +38,11 @@ void TStringItems::Insert(int index, TStringItem item) {
     blocks_.emplace_back();
     firsts_.push_back(0);
   }
+  if (index == count_ && blocks_.back().size() == 2 * kBlock) {
+    // Appending to a full list: a new block, nothing moves.
+    firsts_.push_back(count_);
+    blocks_.push_back(NewBlock());
+  }
   // The end goes to the last block: appends fill it up.
   const auto [b, at] = index == count_ ? std::pair{blocks_.size() - 1, blocks_.back().size()} : Locate(index);
   std::vector<TStringItem>& block = blocks_[b];
@@ -37,8 +50,9 @@ void TStringItems::Insert(int index, TStringItem item) {
   ++count_;
   for (size_t i = b + 1; i < firsts_.size(); ++i) ++firsts_[i];
   if (block.size() <= 2 * kBlock) return;
-  std::vector<TStringItem> back(std::make_move_iterator(block.begin() + kBlock), std::make_move_iterator(block.end()));
-  block.resize(kBlock);
+  std::vector<TStringItem> back = NewBlock();
+  back.insert(back.end(), std::make_move_iterator(block.begin() + kBlock), std::make_move_iterator(block.end()));
+  block.erase(block.begin() + kBlock, block.end());
   blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(b + 1), std::move(back));
   firsts_.insert(firsts_.begin() + static_cast<std::ptrdiff_t>(b + 1), firsts_[b] + static_cast<int>(kBlock));
 }
@@ -55,9 +69,13 @@ void TStringItems::Erase(int index) {
   }
 }
 
+// The first block stays, with its room, for the lines to come.
 void TStringItems::Clear() {
-  blocks_.clear();
-  firsts_.clear();
+  if (blocks_.size() > 1) {
+    blocks_.resize(1);
+    firsts_.resize(1);
+  }
+  if (!blocks_.empty()) blocks_[0].clear();
   count_ = 0;
 }
 
@@ -77,12 +95,15 @@ std::vector<TStringItem> TStringItems::Take() {
   items.reserve(static_cast<size_t>(count_));
   for (auto& block : blocks_)
     for (TStringItem& item : block) items.push_back(std::move(item));
-  Clear();
+  blocks_.clear();
+  firsts_.clear();
+  count_ = 0;
   return items;
 }
 
 void TStringItems::Assign(std::vector<TStringItem> items) {
-  Clear();
+  blocks_.clear();
+  firsts_.clear();
   if (items.size() <= 2 * kBlock) {
     count_ = static_cast<int>(items.size());
     blocks_.push_back(std::move(items));
@@ -92,8 +113,10 @@ void TStringItems::Assign(std::vector<TStringItem> items) {
   for (size_t from = 0; from < items.size(); from += kBlock) {
     const size_t to = std::min(items.size(), from + kBlock);
     firsts_.push_back(static_cast<int>(from));
-    blocks_.emplace_back(std::make_move_iterator(items.begin() + static_cast<std::ptrdiff_t>(from)),
-                         std::make_move_iterator(items.begin() + static_cast<std::ptrdiff_t>(to)));
+    blocks_.push_back(NewBlock());
+    blocks_.back().insert(blocks_.back().end(),
+                          std::make_move_iterator(items.begin() + static_cast<std::ptrdiff_t>(from)),
+                          std::make_move_iterator(items.begin() + static_cast<std::ptrdiff_t>(to)));
   }
   count_ = static_cast<int>(items.size());
 }
