@@ -17,10 +17,10 @@ BaseArray::~BaseArray() = default;
 
 void BaseArray::GrowForOne() {
   if (count_ == capacity_) {
-    if (capacity_ > INT_MAX - step_) throw std::length_error("BaseArray: too many elements");
-    capacity_ += step_;
+    if (capacity_ == INT_MAX) throw std::length_error("BaseArray: too many elements");
+    capacity_ += std::min(Step(), INT_MAX - capacity_);
   }
-  // Storage is taken lazily, in whole capacity steps, so that the figure
+  // Storage is taken lazily, a whole capacity at a time, so that the figure
   // Capacity() reports is the memory actually reserved.
   const std::size_t bytes = static_cast<std::size_t>(capacity_) * elementSize_;
   if (data_.capacity() < bytes) data_.reserve(bytes);

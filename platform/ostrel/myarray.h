@@ -9,10 +9,11 @@
 #include "platform/ostrel/ostrel_api.h"
 
 /// Growable array of fixed-size elements stored by value, one after another.
-/// Capacity starts at a given count (20 by default) and grows by a fixed step
-/// (20 by default). Indexes start at 0. A bad index is never undefined
-/// behaviour: Item gives null, AddAt returns -1 and DeleteNum false, and the
-/// array is left as it was. Not thread-safe.
+/// Capacity starts at a given count (20 by default) and, when full, grows by
+/// the given step (20 by default) or by half of itself, whichever is more, so
+/// that n appends cost O(n) in all. Indexes start at 0. A bad index is never
+/// undefined behaviour: Item gives null, AddAt returns -1 and DeleteNum false,
+/// and the array is left as it was. Not thread-safe.
 ///
 /// Item hooks for subclasses:
 ///   FreeItem(item)        once for each element that leaves the array through
@@ -41,10 +42,13 @@ class OSTREL_API BaseArray {
   BaseArray& operator=(const BaseArray&) = delete;
 
   int Count() const { return count_; }
-  /// Elements that fit before the storage grows again.
+  /// Elements that fit before the storage grows again; storage for all of
+  /// them is reserved.
   int Capacity() const { return capacity_; }
   int ElementSize() const { return elementSize_; }
-  int Step() const { return step_; }
+  /// Elements the next growth adds: the step given, or half the capacity
+  /// once that is more.
+  int Step() const { return capacity_ / 2 > step_ ? capacity_ / 2 : step_; }
   /// Whether elements leaving the array are destroyed (what that means is the
   /// typed array's business: MyArray<T*> deletes the pointed-to objects).
   bool GetOwnsItems() const { return ownsItems_; }
@@ -80,7 +84,7 @@ class OSTREL_API BaseArray {
  private:
   unsigned char* Slot(int index) { return data_.data() + static_cast<std::size_t>(index) * elementSize_; }
   const unsigned char* Slot(int index) const { return data_.data() + static_cast<std::size_t>(index) * elementSize_; }
-  /// Makes room for one more element, growing by the step when full.
+  /// Makes room for one more element, growing by Step() when full.
   void GrowForOne();
 
   std::vector<unsigned char> data_;

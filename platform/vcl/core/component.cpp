@@ -1,7 +1,7 @@
 #include "platform/vcl/core/component.h"
-#include "platform/vcl/core/typinfo.h"
 
-#include <algorithm>
+#include "platform/vcl/core/owned_components.h"
+#include "platform/vcl/core/typinfo.h"
 
 namespace Classes {
 
@@ -9,11 +9,6 @@ VCL_COMPONENT_IMPL(TComponent, TPersistent, VCL_PROPERTY(Name), VCL_PROPERTY(Tag
 
 namespace {
 using Sysutils::SameText;
-
-void Erase(std::vector<TComponent*>& list, TComponent* item) {
-  auto it = std::find(list.begin(), list.end(), item);
-  if (it != list.end()) list.erase(it);
-}
 }  // namespace
 
 bool IsValidIdent(const AnsiString& ident) {
@@ -38,39 +33,40 @@ void TComponent::Release() {
   if (released_) return;
   released_ = true;
   Destroying();
-  while (!freeNotifies_.empty()) {
-    TComponent* other = freeNotifies_.back();
-    freeNotifies_.pop_back();
-    Erase(other->freeNotifies_, this);
+  while (!freeNotifies_.IsEmpty()) {
+    TComponent* other = freeNotifies_.Items().back();
+    freeNotifies_.Remove(other);
+    other->freeNotifies_.Remove(this);
     other->Notification(this, opRemove);
   }
   DestroyComponents();
   if (owner_) owner_->RemoveComponent(this);
 }
 
+int TComponent::GetComponentCount() const { return owned_ ? owned_->Count() : 0; }
+
 TComponent* TComponent::GetComponent(int index) const {
   if (index < 0 || index >= GetComponentCount()) ListIndexError(index);
-  return components_[index];
+  return owned_->At(index);
 }
 
-int TComponent::GetComponentIndex() const {
-  if (!owner_) return -1;
-  const auto& list = owner_->components_;
-  return static_cast<int>(std::find(list.begin(), list.end(), this) - list.begin());
-}
+int TComponent::GetComponentIndex() const { return owner_ ? owner_->owned_->IndexOf(this) : -1; }
 
 TComponent* TComponent::FindComponent(const AnsiString& name) const {
-  if (name.IsEmpty()) return nullptr;
-  for (TComponent* c : components_)
-    if (SameText(c->name_, name)) return c;
-  return nullptr;
+  return owned_ ? owned_->Find(name.c_str()) : nullptr;
 }
 
 void TComponent::SetName(const AnsiString& value) {
   if (value == name_) return;
   if (!value.IsEmpty() && !IsValidIdent(value)) throw EComponentError("'" + value + "' is not a valid component name");
-  if (owner_) owner_->ValidateRename(this, name_, value);
+  if (!owner_) {
+    name_ = value;
+    return;
+  }
+  owner_->ValidateRename(this, name_, value);
+  owner_->owned_->BeforeRename(this);
   name_ = value;
+  owner_->owned_->AfterRename(this);
 }
 
 void TComponent::ValidateRename(TComponent* component, const AnsiString& currentName, const AnsiString& newName) {
@@ -95,12 +91,13 @@ void TComponent::RemoveComponent(TComponent* component) {
 }
 
 void TComponent::Insert(TComponent* component) {
-  components_.push_back(component);
+  if (!owned_) owned_ = std::make_unique<TOwnedComponents>();
+  owned_->Add(component);
   component->owner_ = this;
 }
 
 void TComponent::Remove(TComponent* component) {
-  Erase(components_, component);
+  owned_->Remove(component);
   component->owner_ = nullptr;
   // A published field naming it would dangle. Not while this one goes: the
   // class the field belongs to may be destroyed already.
@@ -114,8 +111,7 @@ void TComponent::GetChildren(TGetChildProc, TComponent*) {}
 void TComponent::SetParentComponent(TComponent*) {}
 
 void TComponent::DestroyComponents() {
-  while (!components_.empty()) {
-    TComponent* c = components_.back();
+  while (TComponent* c = owned_ ? owned_->Last() : nullptr) {
     Remove(c);
     delete c;
   }
@@ -124,30 +120,37 @@ void TComponent::DestroyComponents() {
 void TComponent::Destroying() {
   if (state_.Contains(csDestroying)) return;
   state_ << csDestroying;
-  for (TComponent* c : components_) c->Destroying();
+  if (owned_) owned_->ForEach([](TComponent* c) { c->Destroying(); });
 }
 
 void TComponent::FreeNotification(TComponent* component) {
   if (!component || component == this) return;
-  if (std::find(freeNotifies_.begin(), freeNotifies_.end(), component) == freeNotifies_.end()) {
-    freeNotifies_.push_back(component);
-    component->freeNotifies_.push_back(this);
-  }
+  if (freeNotifies_.Add(component)) component->freeNotifies_.Add(this);
 }
 
 void TComponent::RemoveFreeNotification(TComponent* component) {
   if (!component) return;
-  Erase(freeNotifies_, component);
-  Erase(component->freeNotifies_, this);
+  freeNotifies_.Remove(component);
+  component->freeNotifies_.Remove(this);
+}
+
+void TComponent::SetSiblingNotification(bool value) {
+  if (value == siblingNotification_) return;
+  siblingNotification_ = value;
+  if (!owner_) return;
+  if (value)
+    owner_->owned_->Listeners().Add(this);
+  else
+    owner_->owned_->Listeners().Remove(this);
 }
 
 void TComponent::Notification(TComponent* component, TOperation operation) {
   if (operation == opRemove && component) RemoveFreeNotification(component);
+  if (!owned_ || owned_->Listeners().IsEmpty()) return;
   // A copy: a handler may free components of this one.
-  const std::vector<TComponent*> owned = components_;
-  for (TComponent* c : owned)
-    if (std::find(components_.begin(), components_.end(), c) != components_.end())
-      c->Notification(component, operation);
+  const std::vector<TComponent*> listeners = owned_->Listeners().Items();
+  for (TComponent* c : listeners)
+    if (owned_->Listeners().Contains(c)) c->Notification(component, operation);
 }
 
 void TComponent::Loaded() { state_ >> csLoading; }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <unordered_set>
 
 #include "platform/ostrel/oslib.h"
 #include "platform/vcl/core/class_registry.h"
@@ -372,9 +373,9 @@ System::TDateTime TReader::ReadDate() { return System::TDateTime(static_cast<dou
 AnsiString TReader::ReadStr() {
   unsigned char len = 0;
   Read(&len, 1);
-  std::string s(len, '\0');
-  if (len) Read(s.data(), len);
-  return AnsiString(s.c_str(), len);
+  AnsiString s;
+  if (len) Read(s.SetLength(len).data(), len);
+  return s;
 }
 
 AnsiString TReader::ReadString() {
@@ -500,14 +501,17 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
   made_.clear();
   loading_.clear();
   fixups_.clear();
+  classes_.clear();
   owner_ = nullptr;
-  where_ = "";
+  where_ = rootWhere_ = "";
+  located_ = false;
+  child_ = property_ = nullptr;
   bool madeRoot = false;
   try {
     ReadSignature();
     const AnsiString className = ReadStr();
     const AnsiString name = ReadStr();
-    where_ = name.IsEmpty() ? className : name;
+    rootWhere_ = name.IsEmpty() ? className : name;
     if (!root) {
       root = CreateComponent(FindClass(className), owner);
       madeRoot = true;
@@ -530,8 +534,9 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
   } catch (...) {
     // What was there already is no longer loading; what was made is freed,
     // last made first: children go before the parents holding them.
+    const std::unordered_set<TComponent*> made(made_.begin(), made_.end());
     for (TComponent* c : loading_)
-      if (std::find(made_.begin(), made_.end(), c) == made_.end()) c->state_ -= TComponentState{csLoading, csReading};
+      if (!made.count(c)) c->state_ -= TComponentState{csLoading, csReading};
     loading_.clear();
     for (auto it = made_.rbegin(); it != made_.rend(); ++it) delete *it;
     made_.clear();
@@ -542,8 +547,9 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
     } catch (const EClassNotFound&) {
       throw;
     } catch (const Sysutils::Exception& e) {
-      if (where_.IsEmpty()) throw EReadError(e.Message);
-      throw EReadError("Error reading " + where_ + ": " + e.Message);
+      const AnsiString where = located_ ? where_ : rootWhere_;
+      if (where.IsEmpty()) throw EReadError(e.Message);
+      throw EReadError("Error reading " + where + ": " + e.Message);
     }
   }
   for (TComponent* c : loading_) c->state_ >> csReading;
@@ -556,22 +562,38 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
 void TReader::ReadBody(TComponent* component) {
   component->state_ += TComponentState{csLoading, csReading};
   loading_.push_back(component);
-  const AnsiString path = where_;
   while (!EndOfList()) ReadProperty(component);
   ReadListEnd();
   while (!EndOfList()) ReadComponent(component);
   ReadListEnd();
-  where_ = path;
 }
 
-const System::TMetaClass* TReader::FindComponentClass(const AnsiString& name) const {
+// Errors name the place only once one happens: building it for every
+// component and property read would cost more than reading them.
+AnsiString TReader::Here() const {
+  if (!child_) return rootWhere_;
+  return NameOf(root_) + "." + *child_;
+}
+
+void TReader::Locate() {
+  if (located_) return;
+  located_ = true;
+  where_ = property_ ? Here() + "." + *property_ : Here();
+}
+
+const System::TMetaClass* TReader::FindComponentClass(const AnsiString& name) {
+  // A form names a few classes many times: each is looked up once a read.
+  if (const auto known = classes_.find(name.str()); known != classes_.end()) return known->second;
+  const System::TMetaClass* found = nullptr;
   // The classes of the root's fields need no registering.
-  for (const System::TMetaClass* cls = root_->ClassType(); cls; cls = cls->Parent)
-    for (int i = 0; i < cls->PublishedCount; ++i)
+  for (const System::TMetaClass* cls = root_->ClassType(); cls && !found; cls = cls->Parent)
+    for (int i = 0; i < cls->PublishedCount && !found; ++i)
       if (const TPropInfo& field = cls->Published[i]; field.IsField())
         if (const System::TMetaClass* type = field.PropType()->ClassType(); type->ClassNameIs(name.c_str()))
-          return type;
-  return FindClass(name);
+          found = type;
+  if (!found) found = FindClass(name);
+  classes_.emplace(name.str(), found);
+  return found;
 }
 
 void TReader::ReadComponent(TComponent* parent) {
@@ -585,33 +607,54 @@ void TReader::ReadComponent(TComponent* parent) {
   }
   const AnsiString className = ReadStr();
   const AnsiString name = ReadStr();
-  where_ = NameOf(root_) + "." + (name.IsEmpty() ? className : name);
-  const System::TMetaClass* cls = FindComponentClass(className);
-  TComponent* component = name.IsEmpty() ? nullptr : owner_->FindComponent(name);
-  if (component && component->ClassType() != cls) throw EReadError("A component named " + name + " already exists");
-  if (!component) {
-    component = CreateComponent(cls, owner_);
-    made_.push_back(component);
-    component->SetName(name);
-    if (!name.IsEmpty())
-      if (const TPropInfo* field = Typinfo::GetFieldInfo(root_->ClassType(), name))
-        if (!field->SetField(root_, component))
-          throw EReadError("Field " + name + " of " + root_->ClassName() + " cannot hold a " + className);
+  const AnsiString* outer = child_;
+  child_ = name.IsEmpty() ? &className : &name;
+  try {
+    const System::TMetaClass* cls = FindComponentClass(className);
+    TComponent* component = name.IsEmpty() ? nullptr : owner_->FindComponent(name);
+    if (component && component->ClassType() != cls) throw EReadError("A component named " + name + " already exists");
+    if (!component) {
+      component = CreateComponent(cls, owner_);
+      made_.push_back(component);
+      component->SetName(name);
+      if (!name.IsEmpty())
+        if (const TPropInfo* field = Typinfo::GetFieldInfo(root_->ClassType(), name))
+          if (!field->SetField(root_, component))
+            throw EReadError("Field " + name + " of " + root_->ClassName() + " cannot hold a " + className);
+    }
+    if (component->HasParent()) component->SetParentComponent(parent);
+    ReadBody(component);
+  } catch (...) {
+    Locate();
+    child_ = outer;
+    throw;
   }
-  if (component->HasParent()) component->SetParentComponent(parent);
-  ReadBody(component);
+  child_ = outer;
 }
 
 void TReader::ReadProperty(TPersistent* instance) {
   const AnsiString path = ReadStr();
-  const AnsiString component = where_;
-  where_ = where_ + "." + path;
+  const AnsiString* outer = property_;
+  property_ = &path;
+  try {
+    ReadPropertyValue(instance, path);
+  } catch (...) {
+    Locate();
+    property_ = outer;
+    throw;
+  }
+  property_ = outer;
+}
+
+void TReader::ReadPropertyValue(TPersistent* instance, const AnsiString& path) {
   // "Font.Height": walk the sub-objects to the last part.
   TPersistent* target = instance;
-  AnsiString rest = path;
-  for (int dot; (dot = rest.Pos(".")) > 0;) {
-    const AnsiString part = rest.SubString(1, dot - 1);
-    rest = rest.SubString(dot + 1, rest.Length() - dot);
+  AnsiString tail;
+  const AnsiString* rest = &path;  // most paths have no dot: no copy
+  for (int dot; (dot = rest->Pos(".")) > 0;) {
+    const AnsiString part = rest->SubString(1, dot - 1);
+    tail = rest->SubString(dot + 1, rest->Length() - dot);
+    rest = &tail;
     const TPropInfo* prop = Typinfo::GetPropInfo(target->ClassType(), part);
     auto* sub = prop && prop->Kind() == Typinfo::tkClass
                     ? dynamic_cast<TPersistent*>(Typinfo::GetObjectProp(target, prop))
@@ -619,15 +662,14 @@ void TReader::ReadProperty(TPersistent* instance) {
     if (!sub) throw EReadError("Property " + part + " does not exist");
     target = sub;
   }
-  if (const TPropInfo* prop = Typinfo::GetPropInfo(target->ClassType(), rest)) {
+  if (const TPropInfo* prop = Typinfo::GetPropInfo(target->ClassType(), *rest)) {
     ReadPropValue(target, prop);
   } else {
-    defining_ = rest;
+    defining_ = *rest;
     defined_ = false;
     target->DefineProperties(this);
-    if (!defined_) throw EReadError("Property " + rest + " does not exist");
+    if (!defined_) throw EReadError("Property " + *rest + " does not exist");
   }
-  where_ = component;
 }
 
 void TReader::ReadPropValue(TPersistent* instance, const TPropInfo* prop) {
@@ -684,7 +726,7 @@ void TReader::ReadPropValue(TPersistent* instance, const TPropInfo* prop) {
       if (SameText(name, "nil"))
         SetObjectProp(instance, prop, nullptr);
       else
-        fixups_.push_back({instance, prop, name, where_});
+        fixups_.push_back({instance, prop, name, property_ ? Here() + "." + *property_ : Here()});
       break;
     }
     default:
@@ -695,12 +737,11 @@ void TReader::ReadPropValue(TPersistent* instance, const TPropInfo* prop) {
 void TReader::ResolveFixups() {
   for (const Fixup& f : fixups_) {
     TComponent* target = SameText(f.name, root_->GetName()) ? root_ : root_->FindComponent(f.name);
-    if (!target) {
-      where_ = f.where;
-      throw EReadError("Unresolved reference to " + f.name);
-    }
     where_ = f.where;
+    located_ = true;
+    if (!target) throw EReadError("Unresolved reference to " + f.name);
     Typinfo::SetObjectProp(f.instance, f.prop, target);
+    located_ = false;
   }
   fixups_.clear();
 }

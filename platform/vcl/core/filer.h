@@ -7,6 +7,8 @@
 /// and its name (short strings: a length byte and the bytes), its properties
 /// as name and value until an empty name, then its child components in the
 /// same form until a zero byte. A value is a TValueType byte and its data.
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/vcl/core/closure.h"
@@ -179,18 +181,29 @@ class VCL_API TReader : public TFiler {
   void ReadComponent(TComponent* parent);
   /// A class named by the stream: a class of one of the root's fields, or a
   /// registered one (else EClassNotFound).
-  const System::TMetaClass* FindComponentClass(const AnsiString& name) const;
+  const System::TMetaClass* FindComponentClass(const AnsiString& name);
   void ReadBody(TComponent* component);
+  void ReadPropertyValue(TPersistent* instance, const AnsiString& path);
   void ReadPropValue(TPersistent* instance, const Typinfo::TPropInfo* prop);
   void ResolveFixups();
+  /// The component being read as errors name it: "Form1.Button1".
+  AnsiString Here() const;
+  /// Sets where_ to the place being read, unless a deeper place set it.
+  void Locate();
 
   TComponent* owner_ = nullptr;       // owner of the components made
   std::vector<TComponent*> made_;     // made by this read, in order
   std::vector<TComponent*> loading_;  // read by this read, for Loaded
   std::vector<Fixup> fixups_;         // references to resolve at the end
-  AnsiString defining_;               // the defined property asked for
-  bool defined_ = false;              // whether DefineProperties had it
-  AnsiString where_;                  // "Form1.Button1" while it is read
+  // The classes the stream named so far, by its names.
+  std::unordered_map<std::string, const System::TMetaClass*> classes_;
+  AnsiString defining_;                   // the defined property asked for
+  bool defined_ = false;                  // whether DefineProperties had it
+  AnsiString rootWhere_;                  // the root as errors name it
+  const AnsiString* child_ = nullptr;     // the child being read, as the stream names it
+  const AnsiString* property_ = nullptr;  // the property being read
+  AnsiString where_;                      // "Form1.Button1.Caption": where an error happened
+  bool located_ = false;                  // whether where_ is set
 };
 
 /// The module that holds cls (its resources hold its design).

@@ -36,8 +36,10 @@ void TStrings::WriteData(TWriter* writer) {
 }
 
 namespace {
+DWORD CompareFlags(bool caseSensitive) { return caseSensitive ? 0 : NORM_IGNORECASE; }
+
 int Compare(const AnsiString& a, const AnsiString& b, bool caseSensitive) {
-  return CompareStringA(LOCALE_USER_DEFAULT, caseSensitive ? 0 : NORM_IGNORECASE, a.c_str(), a.Length(), b.c_str(),
+  return CompareStringA(LOCALE_USER_DEFAULT, CompareFlags(caseSensitive), a.c_str(), a.Length(), b.c_str(),
                         b.Length()) -
          CSTR_EQUAL;
 }
@@ -243,9 +245,9 @@ void TStringList::Insert(int index, const AnsiString& value) {
   InsertItem(index, value, nullptr);
 }
 
-void TStringList::InsertItem(int index, const AnsiString& value, TObject* object) {
+void TStringList::InsertItem(int index, const AnsiString& value, TObject* object, std::string key) {
   Changing();
-  items_.insert(items_.begin() + index, Item{value, object});
+  items_.Insert(index, TStringItem{value, object, std::move(key)});
   Changed();
 }
 
@@ -255,26 +257,44 @@ int TStringList::Add(const AnsiString& value) {
     InsertItem(index, value, nullptr);
     return index;
   }
+  std::string key = SortKey(value);
   int index = 0;
-  if (Find(value, index)) {
+  if (FindKey(key, index)) {
     if (duplicates_ == dupIgnore) return index;
     if (duplicates_ == dupError) throw EStringListError("String list does not allow duplicates");
   }
-  InsertItem(index, value, nullptr);
+  InsertItem(index, value, nullptr, std::move(key));
   return index;
+}
+
+// One locale call a string; the keys then compare as bytes in the order
+// CompareStringA gives, equal exactly when it finds the strings equal.
+std::string TStringList::SortKey(const AnsiString& value) const {
+  const DWORD flags = LCMAP_SORTKEY | CompareFlags(caseSensitive_);
+  std::string key(static_cast<size_t>(value.Length()) * 4 + 32, '\0');
+  int n =
+      LCMapStringA(LOCALE_USER_DEFAULT, flags, value.c_str(), value.Length(), key.data(), static_cast<int>(key.size()));
+  if (n == 0 && GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
+    key.resize(
+        static_cast<size_t>(LCMapStringA(LOCALE_USER_DEFAULT, flags, value.c_str(), value.Length(), nullptr, 0)));
+    n = LCMapStringA(LOCALE_USER_DEFAULT, flags, value.c_str(), value.Length(), key.data(),
+                     static_cast<int>(key.size()));
+  }
+  key.resize(static_cast<size_t>(std::max(n, 0)));
+  return key;
 }
 
 void TStringList::Delete(int index) {
   CheckIndex(index);
   Changing();
-  items_.erase(items_.begin() + index);
+  items_.Erase(index);
   Changed();
 }
 
 void TStringList::Clear() {
-  if (items_.empty()) return;
+  if (items_.Count() == 0) return;
   Changing();
-  items_.clear();
+  items_.Clear();
   Changed();
 }
 
@@ -294,6 +314,7 @@ int TStringList::IndexOf(const AnsiString& value) const {
 
 // Binary search; among equal strings the first.
 bool TStringList::Find(const AnsiString& value, int& index) const {
+  if (sorted_) return FindKey(SortKey(value), index);
   int low = 0, high = GetCount();
   while (low < high) {
     const int mid = low + (high - low) / 2;
@@ -306,28 +327,48 @@ bool TStringList::Find(const AnsiString& value, int& index) const {
   return low < GetCount() && CompareStrings(items_[low].text, value) == 0;
 }
 
+bool TStringList::FindKey(const std::string& key, int& index) const {
+  index = items_.LowerBound(key);
+  return index < items_.Count() && items_[index].key == key;
+}
+
+// By the sort keys, which the list keeps only while it is sorted.
 void TStringList::Sort() {
-  CustomSort([](const TStringList& list, int a, int b) { return list.CompareStrings(list.Get(a), list.Get(b)); });
+  const bool order = GetCount() > 1;
+  if (order) Changing();
+  std::vector<TStringItem> items = items_.Take();
+  for (TStringItem& item : items) item.key = SortKey(item.text);
+  std::stable_sort(items.begin(), items.end(),
+                   [](const TStringItem& a, const TStringItem& b) { return a.key < b.key; });
+  if (!sorted_)
+    for (TStringItem& item : items) std::string().swap(item.key);
+  items_.Assign(std::move(items));
+  if (order) Changed();
 }
 
 void TStringList::CustomSort(const std::function<int(const TStringList&, int, int)>& compare) {
   if (GetCount() < 2) return;
   Changing();
   // Sorted through indexes so that compare sees the list as it stands.
-  std::vector<int> order(items_.size());
+  std::vector<int> order(static_cast<size_t>(GetCount()));
   for (size_t i = 0; i < order.size(); ++i) order[i] = static_cast<int>(i);
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return compare(*this, a, b) < 0; });
-  std::vector<Item> sorted;
-  sorted.reserve(items_.size());
-  for (int i : order) sorted.push_back(items_[i]);
-  items_.swap(sorted);
+  std::vector<TStringItem> items = items_.Take();
+  std::vector<TStringItem> sorted;
+  sorted.reserve(items.size());
+  for (int i : order) sorted.push_back(std::move(items[static_cast<size_t>(i)]));
+  items_.Assign(std::move(sorted));
   Changed();
 }
 
 void TStringList::SetSorted(bool value) {
   if (value == sorted_) return;
-  if (value) Sort();
   sorted_ = value;
+  if (value) {
+    Sort();
+  } else {
+    items_.ForEach([](TStringItem& item) { std::string().swap(item.key); });
+  }
 }
 
 void TStringList::SetCaseSensitive(bool value) {

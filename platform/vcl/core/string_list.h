@@ -2,9 +2,11 @@
 /// \file
 /// String lists.
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "platform/vcl/core/classes.h"
+#include "platform/vcl/core/string_items.h"
 #include "platform/vcl/core/typinfo.h"
 
 namespace Classes {
@@ -87,7 +89,10 @@ class VCL_API TStrings : public TPersistent {
   int updateCount_ = 0;
 };
 
-/// A string list kept in memory, optionally sorted.
+/// A string list kept in memory, optionally sorted. A sorted list keeps each
+/// string's sort key (made by the locale once, ordering as CompareStrings
+/// does), so that finding a string costs one locale call and O(log n) byte
+/// comparisons; inserting and deleting move a block of lines, not the list.
 class VCL_API TStringList : public TStrings {
   VCL_CLASS();
 
@@ -95,7 +100,7 @@ class VCL_API TStringList : public TStrings {
   TStringList() = default;
   ~TStringList() override;
 
-  int GetCount() const override { return static_cast<int>(items_.size()); }
+  int GetCount() const override { return items_.Count(); }
   AnsiString Get(int index) const override;
   /// A sorted list refuses Put, Insert and Move with EStringListError
   /// "Operation not allowed on sorted string list".
@@ -135,15 +140,14 @@ class VCL_API TStringList : public TStrings {
   virtual void Changed();
 
  private:
-  struct Item {
-    AnsiString text;
-    TObject* object = nullptr;
-  };
   void CheckIndex(int index) const;
   void CheckUnsorted() const;
-  void InsertItem(int index, const AnsiString& value, TObject* object);
+  void InsertItem(int index, const AnsiString& value, TObject* object, std::string key = {});
+  std::string SortKey(const AnsiString& value) const;
+  /// As Find, by a sort key.
+  bool FindKey(const std::string& key, int& index) const;
 
-  std::vector<Item> items_;
+  TStringItems items_;
   bool sorted_ = false;
   bool caseSensitive_ = false;
   TDuplicates duplicates_ = dupIgnore;

@@ -2,11 +2,14 @@
 
 #include <map>
 #include <mutex>
+#include <unordered_map>
 
 #include <windows.h>
 
 #include <cstring>
 #include <string>
+
+#include "platform/vcl/core/name_hash.h"
 
 namespace Typinfo {
 
@@ -103,20 +106,56 @@ std::vector<const TPropInfo*> GetPropList(const System::TMetaClass* cls) {
   return it->second;
 }
 
-const TPropInfo* GetPropInfo(const System::TMetaClass* cls, const AnsiString& name) {
+namespace {
+
+using TNameMap = std::unordered_map<std::string_view, const TPropInfo*, Classes::TNameHash, Classes::TNameEqual>;
+
+// A class's published properties, methods and fields by name, its own before
+// its parents' (the first found wins, as a search up the classes finds it).
+struct TClassIndex {
+  const TPropInfo* published;  // what it was made from: a class of an
+  int count;                   // unloaded module may reuse the address
+  TNameMap properties, methods, fields;
+};
+
+TClassIndex BuildIndex(const System::TMetaClass* cls) {
+  TClassIndex index{cls->Published, cls->PublishedCount, {}, {}, {}};
   for (; cls; cls = cls->Parent)
-    for (int i = 0; i < cls->PublishedCount; ++i)
-      if (cls->Published[i].IsProperty() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
-  return nullptr;
+    for (int i = 0; i < cls->PublishedCount; ++i) {
+      const TPropInfo* p = &cls->Published[i];
+      TNameMap& map = p->IsMethod() ? index.methods : p->IsField() ? index.fields : index.properties;
+      map.emplace(p->Name, p);
+    }
+  return index;
+}
+
+// Reading asks for every property it reads and every field it binds: the
+// index is made once a class.
+const TPropInfo* Lookup(const System::TMetaClass* cls, TNameMap TClassIndex::*kind, const AnsiString& name) {
+  if (!cls) return nullptr;
+  static std::mutex lock;
+  static std::unordered_map<const System::TMetaClass*, TClassIndex> indexes;
+  const std::lock_guard<std::mutex> guard(lock);
+  auto it = indexes.find(cls);
+  if (it == indexes.end())
+    it = indexes.emplace(cls, BuildIndex(cls)).first;
+  else if (it->second.published != cls->Published || it->second.count != cls->PublishedCount)
+    it->second = BuildIndex(cls);
+  const TNameMap& map = it->second.*kind;
+  const auto found = map.find(name.c_str());
+  return found == map.end() ? nullptr : found->second;
+}
+
+}  // namespace
+
+const TPropInfo* GetPropInfo(const System::TMetaClass* cls, const AnsiString& name) {
+  return Lookup(cls, &TClassIndex::properties, name);
 }
 
 namespace {
 
 const TPropInfo* FindMethod(const System::TMetaClass* cls, const AnsiString& name) {
-  for (; cls; cls = cls->Parent)
-    for (int i = 0; i < cls->PublishedCount; ++i)
-      if (cls->Published[i].IsMethod() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
-  return nullptr;
+  return Lookup(cls, &TClassIndex::methods, name);
 }
 
 bool SameMethod(const System::TMethod& a, const System::TMethod& b) {
@@ -126,10 +165,7 @@ bool SameMethod(const System::TMethod& a, const System::TMethod& b) {
 }  // namespace
 
 const TPropInfo* GetFieldInfo(const System::TMetaClass* cls, const AnsiString& name) {
-  for (; cls; cls = cls->Parent)
-    for (int i = 0; i < cls->PublishedCount; ++i)
-      if (cls->Published[i].IsField() && SameText(cls->Published[i].Name, name.c_str())) return &cls->Published[i];
-  return nullptr;
+  return Lookup(cls, &TClassIndex::fields, name);
 }
 
 System::TMethod MethodAddress(TObject* instance, const AnsiString& name) {

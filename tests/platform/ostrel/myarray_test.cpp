@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -29,6 +30,30 @@ TEST(MyArray, GrowthIndexesAndSelfReferences) {
   for (int i = 0; i < 41; ++i) ASSERT_EQ(i * 3, *a.Item(i)) << "index " << i;
   a.DeleteAll();
   EXPECT_EQ(20, a.Capacity());
+  EXPECT_EQ(20, a.Step());
+
+  // Past twice the step, each growth adds half the capacity: few growths for
+  // many appends, no move while there is room, every value kept.
+  MyValArray<int> big;
+  int growths = 0;
+  const int* storage = nullptr;
+  for (int i = 0; i < 100000; ++i) {
+    const int capacity = big.Capacity(), step = big.Step();
+    ASSERT_EQ(std::max(20, capacity / 2), step) << "step at capacity " << capacity;
+    big.Add(i);
+    if (big.Capacity() != capacity) {
+      ++growths;
+      ASSERT_EQ(capacity + step, big.Capacity()) << "growth at " << i;
+    }
+    if (big.Capacity() != capacity || i == 0) storage = big.Item(0);
+    ASSERT_EQ(storage, big.Item(0)) << "moved without growing, at " << i;
+  }
+  EXPECT_LE(growths, 25);
+  for (int i = 0; i < big.Count(); ++i)
+    if (*big.Item(i) != i) {
+      ADD_FAILURE() << "index " << i << " holds " << *big.Item(i);
+      break;
+    }
 
   // Bad indexes change nothing; AddAt(Count()) appends.
   for (int v : {1, 2, 3}) a.Add(v);

@@ -3,9 +3,12 @@
 #include "platform/vcl/core/string_list.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "tests/platform/vcl/test_helpers.h"
 
@@ -13,6 +16,13 @@ using namespace Classes;
 using namespace vcl_test;
 
 namespace {
+
+// The user's locale order, ignoring case, as a sorted list compares.
+int CompareText(const std::string& a, const std::string& b) {
+  return CompareStringA(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.data(), static_cast<int>(a.size()), b.data(),
+                        static_cast<int>(b.size())) -
+         CSTR_EQUAL;
+}
 
 std::string Lines(const TStrings& s) {
   std::string out;
@@ -112,6 +122,51 @@ TEST(TStringList, SortedListKeepsOrderAndHandlesDuplicates) {
   list.SetCaseSensitive(true);
   EXPECT_EQ(-1, list.IndexOf("PEAR"));
   EXPECT_EQ(5, list.IndexOf("pear"));
+}
+
+TEST(TStringList, LongListsKeepEveryLineInPlaceThroughEdits) {
+  // Lines inserted and deleted all over a list long enough to be held in parts.
+  TStringList list;
+  std::vector<std::string> model;
+  for (int i = 0; i < 1500; ++i) {
+    const size_t at = i * 37u % (model.size() + 1);
+    model.insert(model.begin() + static_cast<std::ptrdiff_t>(at), "s" + std::to_string(i));
+    list.Insert(static_cast<int>(at), model[at].c_str());
+  }
+  for (int i = 0; i < 1000; ++i) {
+    const size_t at = i * 53u % model.size();
+    model.erase(model.begin() + static_cast<std::ptrdiff_t>(at));
+    list.Delete(static_cast<int>(at));
+  }
+  list.Exchange(3, 400);
+  std::swap(model[3], model[400]);
+  std::string expected;
+  for (const auto& line : model) expected += (expected.empty() ? "" : "|") + line;
+  EXPECT_EQ(expected, Lines(list));
+
+  // Sorted with duplicates ignored: the order and equality the locale gives,
+  // the first of equal strings kept.
+  const char alphabet[] = "aAbBcC09-' .\xe9\xc9zZ";
+  static_assert(sizeof alphabet == 17, "16 letters");
+  std::vector<std::string> added;
+  list.Clear();
+  list.SetSorted(true);
+  list.SetDuplicates(dupIgnore);
+  for (unsigned i = 0, seed = 1; i < 1500; ++i) {
+    std::string text;
+    for (unsigned n = (seed = seed * 1103515245u + 12345u) >> 28; n > 0; --n)
+      text += alphabet[(seed = seed * 1103515245u + 12345u) >> 16 & 15];
+    added.push_back(text);
+    const int at = list.Add(text.c_str());
+    ASSERT_EQ(0, CompareText(list.Get(at).c_str(), text)) << "added \"" << text << "\" at " << at;
+  }
+  std::stable_sort(added.begin(), added.end(), [](const auto& a, const auto& b) { return CompareText(a, b) < 0; });
+  added.erase(
+      std::unique(added.begin(), added.end(), [](const auto& a, const auto& b) { return CompareText(a, b) == 0; }),
+      added.end());
+  expected.clear();
+  for (const auto& line : added) expected += "|" + line;
+  EXPECT_EQ(expected, "|" + Lines(list));
 }
 
 TEST(TStringList, ChangeEventsOnceAroundAnUpdateBracket) {
