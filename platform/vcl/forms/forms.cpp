@@ -1,6 +1,9 @@
 #include "platform/vcl/forms/forms.h"
 
 #include <algorithm>
+#include <map>
+#include <mutex>
+#include <tuple>
 #include <utility>
 
 #include "platform/vcl/core/filer.h"
@@ -137,12 +140,34 @@ void TCustomForm::SetBorderIcons(TBorderIcons value) {
   if (HandleAllocated()) DestroyHandle();
 }
 
+namespace {
+
+// Frame sizes by style, extended style and menu bar: asking the system costs
+// more than a layout, and they change only with the system's settings.
+struct FrameSizes {
+  std::mutex lock;
+  std::map<std::tuple<DWORD, DWORD, bool>, MyPoint> sizes;
+};
+
+FrameSizes& Frames() {
+  static FrameSizes frames;
+  return frames;
+}
+
+}  // namespace
+
 MyPoint TCustomForm::FrameSize() const {
   TCreateParams params;
   const_cast<TCustomForm*>(this)->CreateParams(params);
-  RECT r{0, 0, 0, 0};
-  AdjustWindowRectEx(&r, params.Style, menu_ != nullptr, params.ExStyle);
-  return {r.right - r.left, r.bottom - r.top};
+  FrameSizes& frames = Frames();
+  const std::lock_guard<std::mutex> held(frames.lock);
+  auto [it, added] = frames.sizes.try_emplace({params.Style, params.ExStyle, menu_ != nullptr});
+  if (added) {
+    RECT r{0, 0, 0, 0};
+    AdjustWindowRectEx(&r, params.Style, menu_ != nullptr, params.ExStyle);
+    it->second = {r.right - r.left, r.bottom - r.top};
+  }
+  return it->second;
 }
 
 MyRect TCustomForm::GetClientRect() const {
@@ -393,6 +418,13 @@ void TCustomForm::WndProc(TMessage& message) {
     case WM_CLOSE:
       Close();
       return;
+    case WM_SETTINGCHANGE:
+    case WM_DISPLAYCHANGE:
+    case WM_DPICHANGED: {
+      const std::lock_guard<std::mutex> held(Frames().lock);
+      Frames().sizes.clear();  // frames may be drawn otherwise now
+      break;
+    }
     case WM_COMMAND:
       // A menu's command: no control window, notification code 0.
       if (!message.LParam && HIWORD(message.WParam) == 0 && menu_ && menu_->DispatchCommand(LOWORD(message.WParam)))

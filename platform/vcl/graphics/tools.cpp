@@ -1,10 +1,12 @@
 #include <windows.h>
 
 #include <atomic>
+#include <mutex>
 
 #include "platform/vcl/core/typinfo.h"
 #include "platform/vcl/graphics/brush.h"
 #include "platform/vcl/graphics/font.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "platform/vcl/graphics/object.h"
 #include "platform/vcl/graphics/pen.h"
 #include "platform/vcl/graphics/screen_density.h"
@@ -140,6 +142,23 @@ void TBrush::Assign(Classes::TPersistent* source) {
   }
   TGraphicsObject::Assign(source);
 }
+
+// ---- TMeasuringDC
+
+namespace {
+std::mutex& MeasuringLock() {
+  static std::mutex lock;
+  return lock;
+}
+}  // namespace
+
+TMeasuringDC::TMeasuringDC() {
+  MeasuringLock().lock();
+  static const OwnedMemoryDC dc(CreateCompatibleDC(nullptr));
+  dc_ = dc.get();
+}
+
+TMeasuringDC::~TMeasuringDC() { MeasuringLock().unlock(); }
 
 // ---- TFont
 

@@ -3,6 +3,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Stdctrls {
 
@@ -20,11 +21,13 @@ void TCustomGroupBox::CreateParams(Controls::TCreateParams& params) {
 // Inside the frame, below the caption: the height of the font's text.
 MyRect TCustomGroupBox::GetClientRect() const {
   MyRect r = TWinControl::GetClientRect();
-  const OwnedWindowDC screen(nullptr);
-  DCChanger state(screen.get());
-  state.Select(FontHandle());
   TEXTMETRICA tm{};
-  GetTextMetricsA(screen.get(), &tm);
+  {
+    const Graphics::TMeasuringDC measuring;
+    DCChanger state(measuring.get());
+    state.Select(FontHandle());
+    GetTextMetricsA(measuring.get(), &tm);
+  }
   return {r.left + 2, r.top + tm.tmHeight, r.right - 2, r.bottom - 2};
 }
 

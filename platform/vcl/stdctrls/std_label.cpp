@@ -3,6 +3,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Stdctrls {
 
@@ -39,12 +40,14 @@ void TCustomLabel::Paint(HDC dc) {
 void TCustomLabel::AdjustSize() {
   if (!autoSize_ || GetComponentState().Contains(Classes::csLoading)) return;
   const AnsiString text = GetText();
-  const OwnedWindowDC screen(nullptr);
-  DCChanger state(screen.get());
-  state.Select(FontHandle());
   RECT r{0, 0, wordWrap_ ? GetWidth() : 0, 0};
-  DrawTextA(screen.get(), text.IsEmpty() ? " " : text.c_str(), text.IsEmpty() ? 1 : text.Length(), &r,
-            (DrawFlags() & ~(DT_VCENTER | DT_BOTTOM)) | DT_CALCRECT);
+  {
+    const Graphics::TMeasuringDC measuring;
+    DCChanger state(measuring.get());
+    state.Select(FontHandle());
+    DrawTextA(measuring.get(), text.IsEmpty() ? " " : text.c_str(), text.IsEmpty() ? 1 : text.Length(), &r,
+              (DrawFlags() & ~(DT_VCENTER | DT_BOTTOM)) | DT_CALCRECT);
+  }
   SetBounds(GetLeft(), GetTop(), r.right - r.left, r.bottom - r.top);
 }
 
