@@ -6,6 +6,7 @@
 #include "platform/vcl/core/class_registry.h"
 #include "platform/vcl/core/classes.h"
 #include "platform/vcl/core/component.h"
+#include "platform/vcl/core/event_handlers.h"
 #include "platform/vcl/core/package.h"
 #include "platform/vcl/core/system.h"
 #include "platform/vcl/core/sysutils.h"

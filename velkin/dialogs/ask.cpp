@@ -14,6 +14,7 @@ constexpr int sAttention = 1030, sQuestion = 1031;
 // Shows the box over owner (the main form when null) with the library's
 // caption, the check box when there is something to remember.
 int Ask(void* owner, const System::AnsiString& text, unsigned style, int caption, bool remembering) {
+  CheckDialogOwner(owner);
   if (!owner) {
     Forms::TCustomForm* main = Forms::Application->GetMainForm();
     owner = main ? main->GetHandle() : nullptr;
@@ -36,7 +37,9 @@ void AskMessage(void* owner, const System::AnsiString& text, bool* remember) {
 bool AskYesNo(void* owner, const System::AnsiString& text, bool* remember) {
   if (remember && !*remember) return true;
   const int result = Ask(owner, text, MB_YESNO | MB_ICONQUESTION, sQuestion, remember != nullptr);
-  if ((result & 0xFFFF) == IDNO) return false;
+  // Only a pressed Yes is a Yes: a box that could not be shown (-1, or IDCANCEL
+  // without memory for it) must not agree to what was asked.
+  if ((result & 0xFFFF) != IDYES) return false;
   if (remember && (result & XMB_DONOTTELLAGAIN)) *remember = false;
   return true;
 }

@@ -7,8 +7,8 @@ VCL_COMPONENT_IMPL(THInputForm, Forms::TForm, VCL_FIELD(Bevel1), VCL_FIELD(txtNa
 
 THInputForm::THInputForm(Classes::TComponent* owner) : TForm(owner) { ReadDesign(); }
 
-bool HIputDialog(Forms::TForm* owner, const System::AnsiString& caption, const System::AnsiString& prompt,
-                 System::AnsiString& value) {
+bool HInputDialog(Forms::TForm* owner, const System::AnsiString& caption, const System::AnsiString& prompt,
+                  System::AnsiString& value) {
   const std::unique_ptr<THInputForm> form = std::make_unique<THInputForm>(owner);
   form->SetCaption(caption);
   form->txtName->SetText(prompt);
@@ -16,4 +16,9 @@ bool HIputDialog(Forms::TForm* owner, const System::AnsiString& caption, const S
   if (form->ShowModal() != Controls::mrOk) return false;
   value = form->txtText->GetText();
   return true;
+}
+
+bool HIputDialog(Forms::TForm* owner, const System::AnsiString& caption, const System::AnsiString& prompt,
+                 System::AnsiString& value) {
+  return HInputDialog(owner, caption, prompt, value);
 }

@@ -26,5 +26,10 @@ class VELKIN_API THInputForm : public Forms::TForm {
 /// with caption as its title and prompt above the edit, which starts with
 /// value. True, with value set to what was typed, when the user confirms;
 /// false, with value as it was, otherwise.
+VELKIN_API bool HInputDialog(Forms::TForm* owner, const System::AnsiString& caption, const System::AnsiString& prompt,
+                             System::AnsiString& value);
+
+/// The input dialog under the name it first shipped with, misspelt: the same
+/// function as HInputDialog, kept for the programs that call it so.
 VELKIN_API bool HIputDialog(Forms::TForm* owner, const System::AnsiString& caption, const System::AnsiString& prompt,
                             System::AnsiString& value);

@@ -78,7 +78,7 @@ const char* Caption(int id) { return state.captions[id - FirstCaption]; }
 
 // The library's string tables, or its language satellite's when one was found.
 HINSTANCE LibraryModule() {
-  return static_cast<HINSTANCE>(Sysutils::FindResourceHInstance(ModuleOf(reinterpret_cast<const void*>(&XMessageBox))));
+  return static_cast<HINSTANCE>(Sysutils::FindResourceHInstance(ModuleOf(reinterpret_cast<const void*>(&Check))));
 }
 
 std::string ExecutablePath(DWORD most) {
@@ -454,6 +454,7 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
 }  // namespace
 
 int XMessageBox(void* owner, const char* text, const char* caption, unsigned style, unsigned helpContext) {
+  CheckDialogOwner(owner);
   OwnedFont font;
   std::string title = caption ? caption : "";
   MessageBoxTemplate dialog;

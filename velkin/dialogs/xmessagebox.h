@@ -3,6 +3,7 @@
 /// Unit Xmessagebox: a message box laid out by the library and run from a
 /// dialog template written in memory, with buttons and a check box that the
 /// system's own message box does not have.
+#include "velkin/dialogs/dialog_owner.h"
 #include "velkin/velkin_api.h"
 
 ///@{
@@ -30,8 +31,9 @@ constexpr int IDNOTOALL = 12;
 
 /// Shows a modal message box and returns the id of the button that closed it,
 /// ORed with the check box's bit (XMB_DONOTASKAGAIN or XMB_DONOTTELLAGAIN)
-/// when the box was shown and ticked. A null owner means the desktop; a null
-/// or empty caption, the executable's full path. A system-modal stop or
+/// when the box was shown and ticked. A null owner means the desktop; an
+/// owner that is not a window raises Sysutils::Exception. A null or empty
+/// caption means the executable's full path. A system-modal stop or
 /// exclamation box (style bits 0x1010) is the system's own message box.
 /// Returns IDCANCEL when the template's memory cannot be had, and the dialog
 /// manager's -1 when it fails. From the GUI thread only, and not nested: the
@@ -39,3 +41,10 @@ constexpr int IDNOTOALL = 12;
 /// Yes/No to All on the OK or the Continue/Abort set, is a programming error:
 /// it ends the process with an assertion message.
 VELKIN_API int XMessageBox(void* owner, const char* text, const char* caption, unsigned style, unsigned helpContext);
+
+/// The same box owned by a control's window (made when it has none yet); a
+/// null control means the desktop.
+template <DialogOwnerControl C>
+int XMessageBox(C* owner, const char* text, const char* caption, unsigned style, unsigned helpContext) {
+  return XMessageBox(DialogOwnerWindow(owner), text, caption, style, helpContext);
+}

@@ -4,8 +4,6 @@
 #include <windows.h>
 
 #include <deque>
-#include <functional>
-#include <memory>
 #include <ostream>
 #include <string>
 #include <type_traits>
@@ -14,6 +12,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/controls/controls.h"
+#include "platform/vcl/core/event_handlers.h"
 #include "platform/vcl/core/streams.h"
 #include "platform/vcl/core/thread.h"
 #include "tests/platform/vcl/loop_driver.h"
@@ -95,37 +94,6 @@ class EventLog {
     void Fire(System::TObject*) { log->text += what; }
   };
   std::deque<Entry> entries_;
-};
-
-// Lambdas standing for handlers of any event type, kept while it lives (so
-// made before what calls them): form->SetOnClose(on.Do([&](System::TObject*,
-// TCloseAction& a) { a = caFree; })).
-class Handlers {
-  template <class Sig>
-  struct Call;
-  template <class R, class... A>
-  struct Call<R(A...)> {
-    std::function<R(A...)> fn;
-    R Run(A... a) { return fn(static_cast<A>(a)...); }
-  };
-  template <class F>
-  struct Made {
-    Handlers* keeper;
-    F fn;
-    template <class R, class... A>
-    operator System::TClosure<R(A...)>() {
-      auto call = std::make_shared<Call<R(A...)>>(Call<R(A...)>{std::move(fn)});
-      keeper->kept_.push_back(call);
-      return {call.get(), &Call<R(A...)>::Run};
-    }
-  };
-  std::vector<std::shared_ptr<void>> kept_;
-
- public:
-  template <class F>
-  Made<F> Do(F fn) {
-    return {this, std::move(fn)};
-  }
 };
 
 // Counts how often its handler runs.

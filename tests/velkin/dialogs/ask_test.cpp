@@ -1,17 +1,21 @@
 // The one-call questions driven as a user answers them: what is shown, what
-// comes back, what is remembered, and that a silenced question shows nothing.
+// comes back, what is remembered, that a silenced question shows nothing, and
+// whose window owns the box.
 #include "velkin/dialogs/ask.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstdio>
 #include <functional>
 #include <string>
 
 #include "platform/vcl/forms/application.h"
+#include "platform/vcl/forms/forms.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/resources/string_texts.h"
 #include "velkin/dialogs/xmessagebox.h"
+#include "velkin/dialogs/xmessagebox_seams.h"
 
 namespace {
 
@@ -108,6 +112,77 @@ TEST(Ask, ANullOwnerIsTheMainForm) {
   const Seen seen = Answer([] { AskMessage(nullptr, "Hello"); }, false, IDOK);
   EXPECT_EQ(main->GetHandle(), seen.owner);
   main->Hide();
+}
+
+// The error a call raises; "" when it raises none.
+std::string ErrorOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const Sysutils::Exception& e) {
+    return e.Message.c_str();
+  }
+  return "";
+}
+
+// A form, not a window handle, owns the box (the message box's own typed
+// owner too); a handle that names no window is refused before anything is
+// shown.
+TEST(Ask, ATypedOwnerOwnsTheBoxAndAHandleThatIsNoWindowIsAnError) {
+  Forms::Application->Initialize();
+  Forms::TForm form(nullptr);
+  form.Show();
+  HWND gone = CreateWindowA("STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  DestroyWindow(gone);
+  char handle[32];
+  std::snprintf(handle, sizeof handle, " [%p]", static_cast<void*>(gone));
+  const std::string notWindow = string_texts::Loaded(1032) + handle;
+
+  struct Row {
+    const char* what;
+    std::function<void(Forms::TForm*)> onForm;
+    std::function<void(void*)> onHandle;
+    int press;
+  };
+  const Row rows[] = {
+      {"AskMessage", [](Forms::TForm* f) { AskMessage(f, "Saved."); }, [](void* h) { AskMessage(h, "Saved."); }, IDOK},
+      {"AskYesNo", [](Forms::TForm* f) { AskYesNo(f, "Go?"); }, [](void* h) { AskYesNo(h, "Go?"); }, IDNO},
+      {"AskYesNoCancel, formatted", [](Forms::TForm* f) { AskYesNoCancel(f, nullptr, "Keep %d?", 2); },
+       [](void* h) { AskYesNoCancel(h, nullptr, "Keep %d?", 2); }, IDCANCEL},
+      {"XMessageBox beneath them", [](Forms::TForm* f) { XMessageBox(f, "Saved.", "Note", MB_OK, 0); },
+       [](void* h) { XMessageBox(h, "Saved.", "Note", MB_OK, 0); }, IDOK},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.what);
+    std::string error;
+    Seen seen = Answer([&] { error = ErrorOf([&] { r.onForm(&form); }); }, false, r.press);
+    EXPECT_EQ("", error);
+    EXPECT_TRUE(seen.shown);
+    EXPECT_EQ(form.GetHandle(), seen.owner) << "owned by the form's window";
+    seen = Answer([&] { error = ErrorOf([&] { r.onHandle(gone); }); }, false, r.press);
+    EXPECT_EQ(notWindow, error);
+    EXPECT_FALSE(seen.shown);
+  }
+  form.Hide();
+}
+
+HLOCAL WINAPI NoMemory(UINT, SIZE_T) { return nullptr; }
+
+// Without memory for its template the question cannot be shown (only the
+// allocation failure is): that is never a Yes.
+TEST(Ask, NoBoxShownAnswersNoOrCancel) {
+  Forms::Application->Initialize();
+  XMessageBoxSeams seams;
+  seams.Alloc = &NoMemory;
+  XMessageBoxSetSeams(seams);
+  bool yes = true;
+  int answer = 0;
+  const Seen first = Answer([&] { yes = AskYesNo(nullptr, "Delete?"); }, false, IDOK);
+  const Seen second = Answer([&] { answer = AskYesNoCancel(nullptr, "Delete?"); }, false, IDOK);
+  XMessageBoxSetSeams({});
+  EXPECT_EQ(L"Allocation Failure", first.caption);
+  EXPECT_EQ(L"Allocation Failure", second.caption);
+  EXPECT_FALSE(yes);
+  EXPECT_EQ(IDCANCEL, answer);
 }
 
 TEST(HMessage, ANameHasOneNumber) {

@@ -18,7 +18,7 @@ using namespace dialog_watcher;
 THInputForm* Open(HWND w) { return dynamic_cast<THInputForm*>(Controls::TWinControl::FindControl(w)); }
 bool IsInputForm(HWND w) { return Open(w) != nullptr; }
 
-TEST(HIputDialog, AsAUserAnswersIt) {
+TEST(HInputDialog, AsAUserAnswersIt) {
   Forms::Application->Initialize();
   const struct {
     const char* what;
@@ -26,11 +26,13 @@ TEST(HIputDialog, AsAUserAnswersIt) {
     std::function<void(THInputForm*)> finish;
     bool result;
     const char* value;
+    decltype(&HInputDialog) dialog = &HInputDialog;
   } rows[] = {
       {"typed and Enter", "report 2", [](THInputForm*) { Keys({VK_RETURN}); }, true, "report 2"},
       {"kept and OK", nullptr, [](THInputForm* f) { Click(f->Button2->GetHandle()); }, true, "draft"},
       {"typed and Escape", "lost", [](THInputForm*) { Keys({VK_ESCAPE}); }, false, "draft"},
       {"typed and Close", "lost", [](THInputForm* f) { Click(f->Button1->GetHandle()); }, false, "draft"},
+      {"the old name, typed and Enter", "old", [](THInputForm*) { Keys({VK_RETURN}); }, true, "old", &HIputDialog},
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.what);
@@ -56,7 +58,7 @@ TEST(HIputDialog, AsAUserAnswersIt) {
       return true;
     });
     System::AnsiString value = "draft";
-    const bool result = HIputDialog(nullptr, "Rename", "New name:", value);
+    const bool result = r.dialog(nullptr, "Rename", "New name:", value);
     EXPECT_TRUE(watcher.Join());
     EXPECT_EQ(r.result, result);
     EXPECT_EQ(std::string(r.value), value.c_str());
@@ -69,7 +71,7 @@ TEST(HIputDialog, AsAUserAnswersIt) {
 }
 
 // The designed dialog in the language and at the density of the screen.
-TEST(HIputDialog, TheDesignedDialog) {
+TEST(HInputDialog, TheDesignedDialog) {
   Forms::Application->Initialize();
   THInputForm form(nullptr);
   form.Show();

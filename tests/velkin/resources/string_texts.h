@@ -24,6 +24,9 @@ inline const Text texts[] = {
     {1010, {"Invalid module handle", "Неверный описатель модуля", "Descripteur de module non valide"}},
     {1030, {"Attention...", "Внимание...", "Attention..."}},
     {1031, {"Question...", "Вопрос...", "Question..."}},
+    {1032,
+     {"The owner of a dialog is not a window", "Владелец диалога не является окном",
+      "Le propriétaire de la boîte de dialogue n'est pas une fenêtre"}},
     {9001, {"", "", ""}},  // "OK" has no entry in any language
     {9002, {"Cancel", "Отменить", "Annuler"}},
     {9003, {"&Ignore", "Пропустить", "Ignorer"}},
@@ -77,6 +80,14 @@ inline std::wstring Shown(int id) {
   for (const Text& t : texts)
     if (t.id == id) return Shown(t.text[Column()]);
   return L"";
+}
+
+// The text of string id in the process's language and code page, as
+// LoadStr gives it.
+inline std::string Loaded(int id) {
+  for (const Text& t : texts)
+    if (t.id == id) return InCodePage(t.text[Column()], GetACP());
+  return "";
 }
 
 }  // namespace string_texts

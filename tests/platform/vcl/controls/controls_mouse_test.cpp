@@ -95,8 +95,8 @@ TEST(TControlMouse, ClicksGoToTheControlUnderTheMouse) {
   EXPECT_EQ(back, form.GetControl(form.GetControlCount() - 1)) << "brought to the front: last of the controls";
 
   // A handler that frees its control: the parent goes on safely.
-  Handlers on;
-  front->SetOnClick(on.Do([](System::TObject* sender) { delete sender; }));
+  System::TEventHandlers on;
+  front->SetOnClick(on.Add([](System::TObject* sender) { delete sender; }));
   ClickAt(wnd, 60, 30);
   EXPECT_EQ(1, form.GetControlCount());
   ClickAt(wnd, 60, 30);
@@ -181,7 +181,7 @@ std::string PaintedCorner(HWND wnd) {
 }
 
 TEST(TCustomControl, PaintsOnItsCanvasAsAFormInOnPaint) {
-  Handlers on;
+  System::TEventHandlers on;
   Forms::TForm form(nullptr);
   auto* cross = Make<TCross>(&form, &form, 0, 0, 20, 20);
   cross->SetColor(Graphics::clYellow);
@@ -190,7 +190,7 @@ TEST(TCustomControl, PaintsOnItsCanvasAsAFormInOnPaint) {
 
   // The form's OnPaint draws first, its windowless controls over it.
   delete cross;
-  form.SetOnPaint(on.Do([&](System::TObject*) {
+  form.SetOnPaint(on.Add([&](System::TObject*) {
     form.GetCanvas()->GetBrush()->SetColor(Graphics::clYellow);
     form.GetCanvas()->FillRect({0, 0, 20, 20});
   }));

@@ -220,7 +220,7 @@ TEST(ControlsWindow, PaintOnRequestAndSendToBack) {
 // A user interface that changes on the screen: what comes into a shown form,
 // or is moved to another place in it, is there at once, as a user sees it.
 TEST(ControlsWindow, ControlsAddedToAShownFormAppearAndMovesKeepThemShown) {
-  vcl_test::Handlers on;
+  System::TEventHandlers on;
   Forms::TForm form(nullptr);
   form.SetBorderStyle(Forms::bsNone);
   form.SetBounds(0, 0, 300, 200);
@@ -234,7 +234,7 @@ TEST(ControlsWindow, ControlsAddedToAShownFormAppearAndMovesKeepThemShown) {
   auto* edit = vcl_test::Make<Stdctrls::TEdit>(&form, panel, 5, 5, 100, 21);
   Stdctrls::TButton* made = nullptr;  // by a click, as a handler would
   button->SetOnClick(
-      on.Do([&](System::TObject*) { made = vcl_test::Make<Stdctrls::TButton>(&form, &form, 200, 150, 60, 25); }));
+      on.Add([&](System::TObject*) { made = vcl_test::Make<Stdctrls::TButton>(&form, &form, 200, 150, 60, 25); }));
   SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
   Forms::Application->ProcessMessages();
   ASSERT_NE(nullptr, made);

@@ -17,7 +17,6 @@
 
 using namespace Classes;
 using vcl_test::ErrorOf;
-using vcl_test::Handlers;
 
 namespace {
 
@@ -94,8 +93,8 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
     SCOPED_TRACE(way == kCheckSynchronize ? "CheckSynchronize" : way == kPlainLoop ? "plain loop" : "ProcessMessages");
     std::vector<std::string> log;
     DWORD ranOn = 0;
-    Handlers on;
-    const TThreadMethod call = on.Do([&] {
+    System::TEventHandlers on;
+    const TThreadMethod call = on.Add([&] {
       ranOn = GetCurrentThreadId();
       Sleep(20);
       log.push_back("method");
@@ -113,8 +112,8 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
   // Inside a modal loop: the call ends it.
   Forms::TForm form(nullptr);
   DWORD ranOn = 0;
-  Handlers on;
-  const TThreadMethod end = on.Do([&] {
+  System::TEventHandlers on;
+  const TThreadMethod end = on.Add([&] {
     ranOn = GetCurrentThreadId();
     form.SetModalResult(Controls::mrOk);
   });
@@ -127,19 +126,19 @@ TEST(TThread, SynchronizeRunsOnTheMainThreadAndReturnsAfterIt) {
 
   // On the main thread: at once, nothing queued.
   ranOn = 0;
-  TThread::Synchronize(nullptr, on.Do([&] { ranOn = GetCurrentThreadId(); }));
+  TThread::Synchronize(nullptr, on.Add([&] { ranOn = GetCurrentThreadId(); }));
   EXPECT_EQ(GetCurrentThreadId(), ranOn);
   EXPECT_FALSE(CheckSynchronize(0));
 }
 
 TEST(TThread, FailuresReachTheCallerAndQueuedCallsKeepTheirOrder) {
-  Handlers on;
-  const TThreadMethod failing = on.Do([] { throw Sysutils::EConvertError("no such colour"); });
+  System::TEventHandlers on;
+  const TThreadMethod failing = on.Add([] { throw Sysutils::EConvertError("no such colour"); });
   std::string caught;
   std::atomic<bool> synchronized{false};
   std::vector<int> order;
   std::vector<TThreadMethod> queued;
-  for (int i = 0; i < 3; ++i) queued.push_back(on.Do([&order, i] { order.push_back(i); }));
+  for (int i = 0; i < 3; ++i) queued.push_back(on.Add([&order, i] { order.push_back(i); }));
   const OwnedKernelHandle allQueued(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   const OwnedKernelHandle mainIdle(CreateEventA(nullptr, TRUE, FALSE, nullptr));
   TWorker worker([&](TWorker& self) {
@@ -188,8 +187,8 @@ TEST(TThread, LifeFromSuspendedToFreed) {
   DWORD terminateRanOn = 0;
   auto* selfFreeing = new TWorker([](TWorker&) {}, true, &freed);
   selfFreeing->SetFreeOnTerminate(true);
-  Handlers on;
-  selfFreeing->SetOnTerminate(on.Do([&](System::TObject*) { terminateRanOn = GetCurrentThreadId(); }));
+  System::TEventHandlers on;
+  selfFreeing->SetOnTerminate(on.Add([&](System::TObject*) { terminateRanOn = GetCurrentThreadId(); }));
   EXPECT_THROW(selfFreeing->WaitFor(), EThread) << "a free-on-terminate thread cannot be waited for";
   selfFreeing->Start();
   ASSERT_TRUE(Serve([&] { return freed == 1; }));
@@ -248,8 +247,8 @@ TEST(TThread, DeletedByACallItWaitsFor) {
     std::atomic<int> freed{0};
     std::string error;
     TWorker* worker = nullptr;
-    Handlers on;
-    const TThreadMethod act = on.Do([&] {
+    System::TEventHandlers on;
+    const TThreadMethod act = on.Add([&] {
       if (row.callWaits)
         error = ErrorOf<EThread>([&] { worker->WaitFor(); });
       else
@@ -264,7 +263,7 @@ TEST(TThread, DeletedByACallItWaitsFor) {
         },
         true, &freed);
     worker->SetFreeOnTerminate(row.freeOnTerminate);
-    if (!row.fromExecute) worker->SetOnTerminate(on.Do([&](System::TObject*) { act(); }));
+    if (!row.fromExecute) worker->SetOnTerminate(on.Add([&](System::TObject*) { act(); }));
     HANDLE ended = nullptr;
     DuplicateHandle(GetCurrentProcess(), worker->GetHandle(), GetCurrentProcess(), &ended, SYNCHRONIZE, FALSE, 0);
     const OwnedKernelHandle endedOwner(ended);

@@ -53,8 +53,8 @@ TEST(TApplication, WindowTitleMessagesAndIdleTime) {
   // With nothing to do, HandleMessage runs OnIdle; Done = false: no wait for
   // a message after it (the timer ends a wait that should not happen).
   int idle = 0;
-  Handlers on;
-  Application->SetOnIdle(on.Do([&](System::TObject*, bool& done) { ++idle, done = false; }));
+  System::TEventHandlers on;
+  Application->SetOnIdle(on.Add([&](System::TObject*, bool& done) { ++idle, done = false; }));
   const UINT_PTR bound = SetTimer(nullptr, 0, 2000, &Nothing);
   for (int i = 0; i < 1000 && idle == 0; ++i) Application->HandleMessage();
   KillTimer(nullptr, bound);
@@ -67,20 +67,20 @@ TEST(TApplication, HandlersExceptionsGoToOnExceptionElseToAMessageBox) {
   Application->SetTitle("Orders");
   std::string seen;
   std::function<void()> fail;
-  Handlers on;
-  Application->SetOnException(on.Do([&](System::TObject* sender, const Sysutils::Exception& e) {
+  System::TEventHandlers on;
+  Application->SetOnException(on.Add([&](System::TObject* sender, const Sysutils::Exception& e) {
     seen += std::string(sender == Application ? "" : "(another sender) ") + e.Message.c_str() + "|";
   }));
   TForm form(nullptr);
   auto* button = Make<Stdctrls::TButton>(&form, &form);
-  button->SetOnClick(on.Do([&](System::TObject*) { fail(); }));
+  button->SetOnClick(on.Add([&](System::TObject*) { fail(); }));
   const auto press = [&](std::function<void()> failure) {
     fail = std::move(failure);
     SendMessageA(button->GetHandle(), BM_CLICK, 0, 0);
   };
   press([] { throw Sysutils::EConvertError("not a number"); });
   press([] { throw std::runtime_error("out of range"); });
-  Application->SetOnIdle(on.Do([](System::TObject*, bool& done) {
+  Application->SetOnIdle(on.Add([](System::TObject*, bool& done) {
     done = false;
     throw Sysutils::Exception("idle failed");
   }));
@@ -163,10 +163,10 @@ TEST(TApplication, RunShowsTheMainFormUntilItIsClosed) {
   EXPECT_EQ(main, Application->GetMainForm()) << "the first form made is the main form";
 
   std::string seen;
-  Handlers on;
+  System::TEventHandlers on;
   Application->SetOnException(
-      on.Do([&](System::TObject*, const Sysutils::Exception& e) { seen += e.Message.c_str(); }));
-  TQueuer queuer(on.Do([] { throw Sysutils::Exception("queued call failed"); }));
+      on.Add([&](System::TObject*, const Sysutils::Exception& e) { seen += e.Message.c_str(); }));
+  TQueuer queuer(on.Add([] { throw Sysutils::Exception("queued call failed"); }));
   ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(queuer.GetHandle(), 10000));
 
   bool shown = false;
@@ -211,9 +211,9 @@ TEST(TApplication, RunEndsAndRunsAgain) {
   const std::unique_ptr<TForm> mainGoes(main);
   TForm dialog(nullptr);
   Controls::TModalResult shown = Controls::mrNone;
-  Handlers on;
+  System::TEventHandlers on;
   auto* open = Make<Stdctrls::TButton>(main, main);
-  open->SetOnClick(on.Do([&](System::TObject*) { shown = dialog.ShowModal(); }));
+  open->SetOnClick(on.Add([&](System::TObject*) { shown = dialog.ShowModal(); }));
   const auto giveUp = [&] {
     dialog.SetModalResult(Controls::mrAbort);
     Application->Terminate();

@@ -51,7 +51,7 @@ struct Dialog {
 // typed), a character zeroed never reaches the edit, one changed is typed
 // changed.
 TEST(TWinControl, KeyEventsSeeKeysFirstAndCanSwallowThem) {
-  Handlers on;
+  System::TEventHandlers on;
   Dialog d;
   std::string log;
   int zero[2];  // the key or character the edit, the form zeroes
@@ -61,9 +61,9 @@ TEST(TWinControl, KeyEventsSeeKeysFirstAndCanSwallowThem) {
       if (key == zero[isForm]) key = 0;
     };
     TWinControl* c = isForm ? static_cast<TWinControl*>(d.form) : d.edit;
-    c->SetOnKeyDown(on.Do([=](System::TObject*, WORD& key, Controls::TShiftState) { note(".down", key); }));
-    c->SetOnKeyUp(on.Do([=](System::TObject*, WORD& key, Controls::TShiftState) { note(".up", key); }));
-    c->SetOnKeyPress(on.Do([=](System::TObject*, char& key) {
+    c->SetOnKeyDown(on.Add([=](System::TObject*, WORD& key, Controls::TShiftState) { note(".down", key); }));
+    c->SetOnKeyUp(on.Add([=](System::TObject*, WORD& key, Controls::TShiftState) { note(".up", key); }));
+    c->SetOnKeyPress(on.Add([=](System::TObject*, char& key) {
       WORD k = static_cast<unsigned char>(key);
       note(".press", k);
       key = k == 'a' && !isForm ? 'A' : static_cast<char>(k);
@@ -245,9 +245,9 @@ TEST(TCustomForm, AFormFreedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
     TForm other(nullptr);
     auto* nested = Make<TButton>(&other, &other);
     std::string log;
-    Handlers on;
-    form->SetOnDestroy(on.Do([&](System::TObject*) { log += " destroyed"; }));
-    button->SetOnClick(on.Do([&](System::TObject* sender) {
+    System::TEventHandlers on;
+    form->SetOnDestroy(on.Add([&](System::TObject*) { log += " destroyed"; }));
+    button->SetOnClick(on.Add([&](System::TObject* sender) {
       if (r.how == kRelease) {
         form->Release();
       } else {
@@ -274,8 +274,8 @@ TEST(TCustomForm, AFormFreedFromItsOwnHandlerGoesWhenTheHandlerReturns) {
   auto* form = new TForm(nullptr);
   auto* panel = Make<TWinControl>(form, form);
   auto* button = Make<TButton>(form, panel);
-  Handlers on;
-  button->SetOnClick(on.Do([&](System::TObject*) {
+  System::TEventHandlers on;
+  button->SetOnClick(on.Add([&](System::TObject*) {
     delete panel;
     EXPECT_FALSE(panel->GetVisible()) << "waiting, hidden";
     delete form;
@@ -304,13 +304,13 @@ TEST(TCustomForm, CloseAsksOnCloseQueryThenDoesWhatOnCloseSays) {
   for (const auto& r : rows) {
     auto* form = new TForm(nullptr);
     std::string log;
-    Handlers on;
-    form->SetOnCloseQuery(on.Do([&](System::TObject*, bool& can) { log += "query ", can = r.canClose; }));
-    form->SetOnClose(on.Do([&](System::TObject*, TCloseAction& a) {
+    System::TEventHandlers on;
+    form->SetOnCloseQuery(on.Add([&](System::TObject*, bool& can) { log += "query ", can = r.canClose; }));
+    form->SetOnClose(on.Add([&](System::TObject*, TCloseAction& a) {
       log += a == caHide ? "close(hide) " : "close(?) ";
       a = r.action;
     }));
-    form->SetOnDestroy(on.Do([&](System::TObject*) { log += "destroyed"; }));
+    form->SetOnDestroy(on.Add([&](System::TObject*) { log += "destroyed"; }));
     form->Show();
     const HWND window = form->GetHandle();
     SendMessageA(window, WM_CLOSE, 0, 0);  // the close box
@@ -440,15 +440,15 @@ TEST(TCustomForm, ShowModalEndsThroughItsButtonsAndGivesBackTheWindowsAndTheFocu
       {"an exception out of the loop", 0, false, Controls::mrNone},
   };
   for (const auto& r : rows) {
-    Handlers on;
+    System::TEventHandlers on;
     Dialog d;
     bool allow = false;
-    d.form->SetOnCloseQuery(on.Do([&](System::TObject*, bool& can) { can = allow; }));
+    d.form->SetOnCloseQuery(on.Add([&](System::TObject*, bool& can) { can = allow; }));
     Counter clicks;
     d.ok->SetOnClick(clicks.Event());
     std::unique_ptr<TQueuer> queuer;
     if (r.expected == Controls::mrNone) {
-      queuer = std::make_unique<TQueuer>(on.Do([] { throw Sysutils::Exception("queued call failed"); }));
+      queuer = std::make_unique<TQueuer>(on.Add([] { throw Sysutils::Exception("queued call failed"); }));
       ASSERT_EQ(WAIT_OBJECT_0, WaitForSingleObject(queuer->GetHandle(), 10000));
     }
     const HWND target = r.toButton ? d.ok->GetHandle() : d.edit->GetHandle();

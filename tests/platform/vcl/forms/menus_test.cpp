@@ -46,7 +46,7 @@ std::string MenuText(HMENU menu) {
 TEST(TMainMenu, IsTheFormsMenuBarAndFollowsItsItems) {
   const long menusBefore = OwnedHandleCount(OK_Menu);
   {
-    Handlers on;
+    System::TEventHandlers on;
     Forms::TForm form(nullptr);
     EventLog clicks;
     auto* menu = new TMainMenu(&form);
@@ -79,7 +79,7 @@ TEST(TMainMenu, IsTheFormsMenuBarAndFollowsItsItems) {
     // The shortcut reaches the item, not the focused edit.
     auto* edit = Make<Stdctrls::TEdit>(&form, &form);
     int downs = 0;
-    edit->SetOnKeyDown(on.Do([&](System::TObject*, WORD&, Controls::TShiftState) { ++downs; }));
+    edit->SetOnKeyDown(on.Add([&](System::TObject*, WORD&, Controls::TShiftState) { ++downs; }));
     clicks.text.clear();
     PostMessageA(edit->GetHandle(), WM_KEYDOWN, VK_F5, 1);
     PostMessageA(edit->GetHandle(), WM_KEYDOWN, VK_F6, 1);

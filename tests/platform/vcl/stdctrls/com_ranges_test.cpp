@@ -69,7 +69,7 @@ TEST(TProgressBar, AndUpDownKeepTheNative16BitValues) {
 }
 
 TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
-  Handlers on;
+  System::TEventHandlers on;
   Forms::TForm form(nullptr);
   form.SetBounds(0, 0, 300, 200);
   auto* edit = Make<Stdctrls::TEdit>(&form, &form);
@@ -80,8 +80,8 @@ TEST(TCustomUpDown, ArrowsAskOnChangingThenMoveTheBuddyAndClick) {
   int clicks = 0, asked = 0;
   TUDBtnType last = btPrev;
   bool allow = true;
-  updown->SetOnClick(on.Do([&](System::TObject*, TUDBtnType button) { ++clicks, last = button; }));
-  updown->SetOnChanging(on.Do([&](System::TObject*, bool& allowChange) { ++asked, allowChange = allow; }));
+  updown->SetOnClick(on.Add([&](System::TObject*, TUDBtnType button) { ++clicks, last = button; }));
+  updown->SetOnChanging(on.Add([&](System::TObject*, bool& allowChange) { ++asked, allowChange = allow; }));
   HWND w = updown->GetHandle();
   EXPECT_EQ("0", Str(edit->GetText())) << "the buddy shows the position";
 

@@ -151,7 +151,7 @@ TEST(TCustomComboBox, ItemsItemIndexAndStyleAreTheWindows) {
 // An editable box's edit is the box's own: its keys run the box's key events
 // and focus moving between the box and its edit is no enter or exit.
 TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
-  Handlers on;
+  System::TEventHandlers on;
   Forms::TForm form(nullptr);
   auto* combo = Make<TComboBox>(&form, &form);
   auto* list = Make<TComboBox>(&form, &form, 0, 40, 120, 21);
@@ -164,7 +164,7 @@ TEST(TCustomComboBox, ItsEditsKeysAndFocusAreTheBoxs) {
   other->SetFocus();
   combo->SetOnEnter(focus.On("enter "));
   combo->SetOnExit(focus.On("exit "));
-  combo->SetOnKeyPress(on.Do([&](System::TObject*, char& key) {
+  combo->SetOnKeyPress(on.Add([&](System::TObject*, char& key) {
     keys += std::string(1, key) + " ";
     if (key == 'x') key = 0;
   }));

@@ -1,0 +1,21 @@
+#include "velkin/dialogs/dialog_owner.h"
+
+#include <windows.h>
+
+#include <cstdio>
+
+#include "platform/vcl/core/sysutils.h"
+
+namespace {
+constexpr int sOwnerNotWindow = 1032;
+}  // namespace
+
+void CheckDialogOwner(void* window) {
+  if (!window || IsWindow(static_cast<HWND>(window))) return;
+  System::AnsiString text = Sysutils::LoadStr(sOwnerNotWindow);
+  // Without the library's string table the error must still say something.
+  if (text.IsEmpty()) text = "The owner of a dialog is not a window";
+  char handle[32];
+  std::snprintf(handle, sizeof handle, " [%p]", window);
+  throw Sysutils::Exception(text + handle);
+}
