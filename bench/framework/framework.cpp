@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "bench/bench_clock.h"
+#include "bench/bench_controls.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/thread.h"
 #include "platform/vcl/forms/application.h"
@@ -62,18 +63,7 @@ void FrameworkForm() {
   auto* form = new Forms::TForm(nullptr);
   form->SetBounds(0, 0, 640, 480);
   for (int i = 0; i < kControls; ++i) {
-    Controls::TWinControl* c = nullptr;
-    switch (i % 3) {
-      case 0:
-        c = new Stdctrls::TEdit(form);
-        break;
-      case 1:
-        c = new Stdctrls::TButton(form);
-        break;
-      default:
-        c = new Stdctrls::TCheckBox(form);
-        break;
-    }
+    Controls::TWinControl* c = NewWindowedControl(form, i);
     c->SetParent(form);
     c->SetBounds(10 + (i % 5) * 120, 10 + (i / 5) * 30, 110, 23);
     c->SetText("Control");

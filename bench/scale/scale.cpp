@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "bench/bench_clock.h"
+#include "bench/bench_controls.h"
 #include "platform/ostrel/myarray.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/component.h"
@@ -286,21 +287,7 @@ Forms::TForm* NamedForm(int n) {
   form->SetClientWidth(1210);
   form->SetClientHeight(700);
   for (int i = 0; i < n; ++i) {
-    Controls::TControl* c = nullptr;
-    switch (i % 4) {
-      case 0:
-        c = new Stdctrls::TLabel(form);
-        break;
-      case 1:
-        c = new Stdctrls::TEdit(form);
-        break;
-      case 2:
-        c = new Stdctrls::TButton(form);
-        break;
-      default:
-        c = new Stdctrls::TCheckBox(form);
-        break;
-    }
+    Controls::TControl* c = NewControl(form, i % 4);
     c->SetName("Control" + std::to_string(i));
     c->SetParent(form);
     c->SetBounds(GridLeft(i), GridTop(i), 110, 23);
@@ -314,18 +301,7 @@ Forms::TForm* GridForm(int n) {
   auto* form = new Forms::TForm(nullptr);
   form->SetBounds(0, 0, 640, 480);
   for (int i = 0; i < n; ++i) {
-    Controls::TWinControl* c = nullptr;
-    switch (i % 3) {
-      case 0:
-        c = new Stdctrls::TEdit(form);
-        break;
-      case 1:
-        c = new Stdctrls::TButton(form);
-        break;
-      default:
-        c = new Stdctrls::TCheckBox(form);
-        break;
-    }
+    Controls::TWinControl* c = NewWindowedControl(form, i);
     c->SetParent(form);
     c->SetBounds(GridLeft(i), GridTop(i), 110, 23);
     c->SetText("Control");

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "bench/bench_clock.h"
+#include "bench/bench_controls.h"
 #include "platform/vcl/core/filer.h"
 #include "platform/vcl/forms/application.h"
 #include "platform/vcl/stdctrls/std_buttons.h"
@@ -36,21 +37,7 @@ Forms::TForm* CodeForm() {
   form->SetClientWidth(620);
   form->SetClientHeight(540);
   for (int i = 0; i < kControls; ++i) {
-    Controls::TControl* c = nullptr;
-    switch (i % 4) {
-      case 0:
-        c = new Stdctrls::TLabel(form);
-        break;
-      case 1:
-        c = new Stdctrls::TEdit(form);
-        break;
-      case 2:
-        c = new Stdctrls::TButton(form);
-        break;
-      default:
-        c = new Stdctrls::TCheckBox(form);
-        break;
-    }
+    Controls::TControl* c = NewControl(form, i % 4);
     c->SetName(("Control" + std::to_string(i)).c_str());
     c->SetParent(form);
     c->SetBounds(10 + (i % 5) * 120, 10 + (i / 5) * 26, 110, 23);
