@@ -10,9 +10,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/class_registry.h"
 #include "platform/vcl/core/object_text.h"
 #include "platform/vcl/forms/application.h"
@@ -270,6 +272,17 @@ std::string FromText(const std::string& body) {
   return Convert(&ObjectTextToBinary, "object F: TStreamedForm\n" + body + "end\n");
 }
 
+// The stream of a form F holding nameless components of class cls nested
+// levels deep, the form the first level.
+std::string NestedComponents(int levels, const std::string& cls) {
+  std::string b = std::string(
+                      "TPF0\x0DTStreamedForm\x01"
+                      "F") +
+                  '\0';
+  for (int i = 1; i < levels; ++i) b += static_cast<char>(cls.size()) + cls + std::string(2, '\0');
+  return b + std::string(static_cast<size_t>(levels), '\0');
+}
+
 TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
   TStreamedForm good(nullptr);
   Design(good);
@@ -305,6 +318,15 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
        "Error reading F.OkButton: Field OkButton of TStreamedForm cannot hold a TLabel"},
       {"cut after the first child", bytes.substr(0, bytes.find("TButton") + 12),
        "Error reading Designed.Panel1: Stream read error"},
+      {"components nested 4,000 deep", NestedComponents(4000, "TPanel"),
+       "Error reading F.TPanel: Components nested deeper than 256 levels"},
+      {"a NUL in a class name", patched("\x09TComboBox", std::string("\x09TComboBo") + '\0'),
+       "Error reading Designed: Name TComboBo#0 holds a NUL character"},
+      {"a NUL in a property name", patched("MaxLength", std::string("MaxLeng") + '\0' + "h"),
+       "Error reading Designed.NameEdit: Name MaxLeng#0h holds a NUL character"},
+      {"two components of one class with one name",
+       FromText("object Panel1: TPanel\nobject OkButton: TButton\nend\nend\nobject OkButton: TButton\nend\n"),
+       "Error reading F.OkButton: A component named OkButton already exists"},
   };
   for (const auto& c : cases) {
     const int windows = ThreadWindows();
@@ -358,6 +380,137 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
   EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << "every root made for a failed read is freed";
   EXPECT_EQ(windows, ThreadWindows()) << "and every window";
   Classes::UnRegisterClass(TStreamedForm::StaticClass());
+}
+
+// What each reader and converter makes of input nested levels deep: "ok" or
+// its error's message, and what a failed read left behind.
+std::string NestingOutcome(int levels) {
+  const std::string components = NestedComponents(levels, "TPanel");
+  std::string objects = "object F: TStreamedForm\n";
+  for (int i = 1; i < levels; ++i) objects += "object TPanel\n";
+  for (int i = 0; i < levels; ++i) objects += "end\n";
+  const std::string lists =
+      std::string(static_cast<size_t>(levels), '(') + std::string(static_cast<size_t>(levels), ')');
+  const std::string listBytes =
+      std::string(static_cast<size_t>(levels), vaList) + std::string(static_cast<size_t>(levels), vaNull);
+  const auto read = [](const std::string& bytes, TComponent* root, TComponent* owner) {
+    TMemoryStream s;
+    s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
+    s.SetPosition(0);
+    TReader reader(&s);
+    return reader.ReadRootComponent(root, owner);
+  };
+  std::string left;
+  const std::pair<const char*, std::function<void()>> paths[] = {
+      {"into a form",
+       [&] {
+         TStreamedForm form(nullptr);
+         try {
+           read(components, &form, nullptr);
+         } catch (...) {
+           if (form.GetComponentCount()) left += " (components left in the form)";
+           throw;
+         }
+       }},
+      {"new root",
+       [&] {
+         TComponent owner(nullptr);
+         try {
+           delete read(components, nullptr, &owner);
+         } catch (...) {
+           if (owner.GetComponentCount()) left += " (a root left)";
+           throw;
+         }
+       }},
+      {"to text", [&] { Convert(&ObjectBinaryToText, components); }},
+      {"to binary", [&] { Convert(&ObjectTextToBinary, objects); }},
+      {"lists to text",
+       [&] {
+         Convert(&ObjectBinaryToText, std::string("TPF0\x01"
+                                                  "F\0\x01P",
+                                                  9) +
+                                          listBytes + std::string(2, '\0'));
+       }},
+      {"lists to binary", [&] { Convert(&ObjectTextToBinary, "object F: TF\n  P = " + lists + "\nend\n"); }},
+      {"lists skipped",
+       [&] {
+         TMemoryStream s;
+         s.WriteBuffer(listBytes.data(), static_cast<long>(listBytes.size()));
+         s.SetPosition(0);
+         TReader(&s).SkipValue();
+       }},
+  };
+  std::string out;
+  for (const auto& [what, run] : paths) {
+    left.clear();
+    std::string result = "ok";
+    try {
+      run();
+    } catch (const EReadError& e) {
+      result = Str(e.Message);
+    } catch (const EParserError& e) {
+      result = Str(e.Message);
+    }
+    out += std::string(what) + ": " + result + left + "\n";
+  }
+  return out;
+}
+
+// Runs work on a thread made with a 256 KB stack; false when the thread died
+// or did not end in time. Wine gives a thread at least 1 MB whatever is asked:
+// what is above the asked size is taken up first.
+bool OnSmallStack(const std::function<void()>& work) {
+  constexpr size_t kStack = 256 * 1024;
+  struct Job {
+    const std::function<void()>& work;
+    bool done = false;
+  } job{work};
+  const auto run = [](void* p) -> DWORD {
+    auto* job = static_cast<Job*>(p);
+    MEMORY_BASIC_INFORMATION stack{};
+    VirtualQuery(&stack, &stack, sizeof stack);
+    char* const top = static_cast<char*>(stack.BaseAddress) + stack.RegionSize;
+    const auto size = static_cast<size_t>(top - static_cast<char*>(stack.AllocationBase));
+    if (size > kStack) static_cast<volatile char*>(__builtin_alloca(size - kStack))[0] = 0;
+    job->work();
+    job->done = true;
+    return 0;
+  };
+  const OwnedKernelHandle thread(CreateThread(nullptr, kStack, run, &job, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+  if (WaitForSingleObject(thread.get(), 60000) != WAIT_OBJECT_0) {
+    TerminateThread(thread.get(), 1);
+    return false;
+  }
+  return job.done;
+}
+
+// Components and lists nested as deep as streams may nest them are read,
+// converted and skipped by every reader, one level more is refused by each
+// with its own error naming the limit, and so is a nesting of thousands,
+// all of it within the stack of a worker thread.
+TEST(TReader, NestingPastTheLimitIsRefusedByEveryReaderWithinASmallStack) {
+  Classes::RegisterClasses({TStreamedForm::StaticClass()});
+  std::string atLimit, past, deep;
+  ASSERT_TRUE(OnSmallStack([&] {
+    atLimit = NestingOutcome(MaxStreamNesting);
+    past = NestingOutcome(MaxStreamNesting + 1);
+    deep = NestingOutcome(4000);
+  })) << "the stack overflowed";
+  Classes::UnRegisterClass(TStreamedForm::StaticClass());
+  EXPECT_EQ(
+      "into a form: ok\nnew root: ok\nto text: ok\nto binary: ok\nlists to text: ok\nlists to binary: ok\n"
+      "lists skipped: ok\n",
+      atLimit);
+  const std::string refused =
+      "into a form: Error reading F.TPanel: Components nested deeper than 256 levels\n"
+      "new root: Error reading F.TPanel: Components nested deeper than 256 levels\n"
+      "to text: Components nested deeper than 256 levels\n"
+      "to binary: Line 257: objects nested deeper than 256 levels\n"
+      "lists to text: Lists nested deeper than 256 levels\n"
+      "lists to binary: Line 2: lists nested deeper than 256 levels\n"
+      "lists skipped: Lists nested deeper than 256 levels\n";
+  EXPECT_EQ(refused, past);
+  EXPECT_EQ(refused, deep);
 }
 
 TEST(TCustomForm, ADesignMadeAtAnotherDensityIsScaledWhenRead) {
