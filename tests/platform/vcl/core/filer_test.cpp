@@ -1,8 +1,9 @@
 // Component streaming: a form with one of many controls written and read back
 // into another instance with every published value, its fields, events,
 // references, menu and string lists; malformed streams refused with the
-// component and property named and nothing left behind; a design made at
-// another screen density scaled when it is read.
+// component and property named and nothing left behind; nesting past the
+// limit refused by every reader, within a worker thread's stack; a design
+// made at another screen density scaled when it is read.
 #include "platform/vcl/core/filer.h"
 
 #include <gtest/gtest.h>
@@ -400,6 +401,8 @@ std::string NestingOutcome(int levels) {
       std::string(static_cast<size_t>(levels), '(') + std::string(static_cast<size_t>(levels), ')');
   const std::string listBytes =
       std::string(static_cast<size_t>(levels), vaList) + std::string(static_cast<size_t>(levels), vaNull);
+  // A component F, nameless, whose property P holds the lists.
+  const std::string listStream = std::string("TPF0\1F\0\1P", 9) + listBytes + std::string(2, '\0');
   const auto read = [](const std::string& bytes, TComponent* root, TComponent* owner) {
     TMemoryStream s;
     s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
@@ -431,13 +434,7 @@ std::string NestingOutcome(int levels) {
        }},
       {"to text", [&] { Convert(&ObjectBinaryToText, components); }},
       {"to binary", [&] { Convert(&ObjectTextToBinary, objects); }},
-      {"lists to text",
-       [&] {
-         Convert(&ObjectBinaryToText, std::string("TPF0\x01"
-                                                  "F\0\x01P",
-                                                  9) +
-                                          listBytes + std::string(2, '\0'));
-       }},
+      {"lists to text", [&] { Convert(&ObjectBinaryToText, listStream); }},
       {"lists to binary", [&] { Convert(&ObjectTextToBinary, "object F: TF\n  P = " + lists + "\nend\n"); }},
       {"lists skipped",
        [&] {
