@@ -352,10 +352,10 @@ std::string ReadFile(const std::string& path) {
 // seeds also compiled, so that every seed has a binary form to damage.
 std::vector<Sample> LoadCorpus(const std::string& dir) {
   std::vector<Sample> corpus;
-  for (const char* part : {"seeds", "regress"}) {
+  for (const char* folder : {"seeds", "regress"}) {
     std::vector<std::string> names;
     WIN32_FIND_DATAA found;
-    const HANDLE search = FindFirstFileA((dir + "/" + part + "/*").c_str(), &found);
+    const HANDLE search = FindFirstFileA((dir + "/" + folder + "/*").c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) continue;
     do {
       if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(found.cFileName);
@@ -363,7 +363,7 @@ std::vector<Sample> LoadCorpus(const std::string& dir) {
     FindClose(search);
     std::sort(names.begin(), names.end());
     for (const auto& n : names) {
-      Sample s{std::string(part) + "/" + n, ReadFile(dir + "/" + part + "/" + n), std::string(part) == "seeds"};
+      Sample s{std::string(folder) + "/" + n, ReadFile(dir + "/" + folder + "/" + n), std::string(folder) == "seeds"};
       if (s.valid && !s.Binary()) {
         try {
           corpus.push_back({s.name + " compiled", Convert(&ObjectTextToBinary, s.bytes), true});
