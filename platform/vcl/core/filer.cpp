@@ -36,6 +36,23 @@ long double FromExtended(const unsigned char (&in)[10]) {
 // The component a property belongs to, to name it in messages.
 AnsiString NameOf(TComponent* c) { return c->GetName().IsEmpty() ? AnsiString(c->ClassName()) : c->GetName(); }
 
+// One more level of what (components, lists) for as long as it lives;
+// refused past the limit, before anything of that level is read.
+class Nesting {
+ public:
+  Nesting(int& depth, const char* what) : depth_(depth) {
+    if (depth_ >= MaxStreamNesting)
+      throw EReadError(AnsiString(what) + " nested deeper than " + AnsiString(MaxStreamNesting) + " levels");
+    ++depth_;
+  }
+  ~Nesting() { --depth_; }
+  Nesting(const Nesting&) = delete;
+  Nesting& operator=(const Nesting&) = delete;
+
+ private:
+  int& depth_;
+};
+
 }  // namespace
 
 // ---- TStream ----
@@ -375,6 +392,12 @@ AnsiString TReader::ReadStr() {
   Read(&len, 1);
   AnsiString s;
   if (len) Read(s.SetLength(len).data(), len);
+  // Everything after the NUL would be lost to whoever takes the name as C text.
+  if (std::memchr(s.c_str(), '\0', len)) {
+    std::string shown;
+    for (char c : s.str()) shown += c ? std::string(1, c) : std::string("#0");
+    throw EReadError("Name " + AnsiString(shown) + " holds a NUL character");
+  }
   return s;
 }
 
@@ -455,11 +478,13 @@ void TReader::SkipValue() {
     case vaNil:
       ReadValue();
       break;
-    case vaList:
+    case vaList: {
       ReadValue();
+      const Nesting level(listDepth_, "Lists");
       while (!EndOfList()) SkipValue();
       ReadListEnd();
       break;
+    }
     case vaInt8:
     case vaInt16:
     case vaInt32:
@@ -506,6 +531,8 @@ TComponent* TReader::ReadRootComponent(TComponent* root, TComponent* owner) {
   where_ = rootWhere_ = "";
   located_ = false;
   child_ = property_ = nullptr;
+  depth_ = 1;
+  listDepth_ = 0;
   bool madeRoot = false;
   try {
     ReadSignature();
@@ -610,9 +637,13 @@ void TReader::ReadComponent(TComponent* parent) {
   const AnsiString* outer = child_;
   child_ = name.IsEmpty() ? &className : &name;
   try {
+    const Nesting level(depth_, "Components");
     const System::TMetaClass* cls = FindComponentClass(className);
     TComponent* component = name.IsEmpty() ? nullptr : owner_->FindComponent(name);
-    if (component && component->ClassType() != cls) throw EReadError("A component named " + name + " already exists");
+    // One there before the read is read into, if of the same class; one this
+    // read has read already is a second component of the name.
+    if (component && (component->ClassType() != cls || component->state_.Contains(csReading)))
+      throw EReadError("A component named " + name + " already exists");
     if (!component) {
       component = CreateComponent(cls, owner_);
       made_.push_back(component);

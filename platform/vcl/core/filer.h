@@ -47,6 +47,13 @@ enum TValueType : unsigned char {
 /// The four bytes a component stream starts with.
 inline constexpr char kFilerSignature[4] = {'T', 'P', 'F', '0'};
 
+/// How deep readers and converters of streams and form texts let components
+/// nest in components, and lists in lists (the root, or the outermost list, is
+/// the first level); deeper input is refused with the reader's error. Real
+/// forms are a few levels deep; this many levels are read within a worker
+/// thread's 256 KB stack.
+inline constexpr int MaxStreamNesting = 256;
+
 class TReader;
 class TWriter;
 /// Reads or writes a property a class defines itself (a string list's lines).
@@ -153,11 +160,11 @@ class VCL_API TReader : public TFiler {
   AnsiString ReadString();
   /// vaIdent, and False, True, nil and Null by their types.
   AnsiString ReadIdent();
-  /// A short string with no type byte.
+  /// A short string with no type byte: a name, so one holding a NUL is refused.
   AnsiString ReadStr();
   /// The bytes of a vaBinary value.
   std::vector<unsigned char> ReadBinary();
-  /// Passes over one value of any type.
+  /// Passes over one value of any type (lists nested at most MaxStreamNesting deep).
   void SkipValue();
 
   /// Reads a whole stream into root (or, when root is null, into a new
@@ -204,6 +211,8 @@ class VCL_API TReader : public TFiler {
   const AnsiString* property_ = nullptr;  // the property being read
   AnsiString where_;                      // "Form1.Button1.Caption": where an error happened
   bool located_ = false;                  // whether where_ is set
+  int depth_ = 0;                         // components being read, the root included
+  int listDepth_ = 0;                     // lists being skipped
 };
 
 /// The module that holds cls (its resources hold its design).

@@ -17,7 +17,29 @@ VCL_CLASS_IMPL(EParserError, Sysutils::Exception)
 
 namespace {
 
-constexpr int kLineWidth = 64;  // string pieces and hex digits a line
+constexpr int kLineWidth = 64;    // string pieces and hex digits a line
+constexpr size_t kMaxName = 255;  // a name is a short string in the binary form
+
+// One more level of nesting for as long as it lives; refuse() raises when
+// there would be too many.
+template <class Refuse>
+class Level {
+ public:
+  Level(int& depth, Refuse refuse) : depth_(depth) {
+    if (depth_ >= MaxStreamNesting) refuse();
+    ++depth_;
+  }
+  ~Level() { --depth_; }
+  Level(const Level&) = delete;
+  Level& operator=(const Level&) = delete;
+
+ private:
+  int& depth_;
+};
+
+std::string TooDeep(const char* what) {
+  return std::string(what) + " nested deeper than " + std::to_string(MaxStreamNesting) + " levels";
+}
 
 // ---- binary to text ----
 
@@ -37,6 +59,7 @@ class TextWriter {
   }
 
   void Object(int indent) {
+    const Level level(objects_, [] { throw EReadError(TooDeep("Components").c_str()); });
     unsigned char first = 0;
     Stream()->ReadBuffer(&first, 1);
     std::string keyword = "object";
@@ -68,6 +91,7 @@ class TextWriter {
       case vaList: {
         // Each item on a line of its own, the parenthesis after the last.
         reader_.ReadListBegin();
+        const Level level(lists_, [] { throw EReadError(TooDeep("Lists").c_str()); });
         out_ += head + "(";
         while (!reader_.EndOfList()) {
           out_ += "\r\n";
@@ -208,6 +232,7 @@ class TextWriter {
 
   TReader reader_;
   std::string out_;
+  int objects_ = 0, lists_ = 0;  // nesting of what is being converted
 };
 
 // ---- text to binary ----
@@ -235,6 +260,10 @@ class TextReader {
         return "end of text";
       case kString:
         return "a string";
+      case kSymbol:
+        if (const auto c = static_cast<unsigned char>(tokenText_[0]); c < 32 || c > 126)
+          return "character #" + std::to_string(c);
+        return "'" + tokenText_ + "'";
       default:
         return "'" + tokenText_ + "'";
     }
@@ -275,6 +304,9 @@ class TextReader {
              (std::isalnum(static_cast<unsigned char>(text_[pos_])) || text_[pos_] == '_' || text_[pos_] == '.'))
         tokenText_ += text_[pos_++];
       token_ = kIdent;
+      if (tokenText_.size() > kMaxName)
+        Error("name too long: " + tokenText_.substr(0, 32) + "... (" + std::to_string(tokenText_.size()) +
+              " characters, at most " + std::to_string(kMaxName) + ")");
     } else if (std::isdigit(static_cast<unsigned char>(c)) || c == '$' ||
                ((c == '-' || c == '+') && pos_ + 1 < text_.size() &&
                 (std::isdigit(static_cast<unsigned char>(text_[pos_ + 1])) || text_[pos_ + 1] == '$'))) {
@@ -347,6 +379,7 @@ class TextReader {
   void Object() {
     if (!IsIdent("object") && !IsIdent("inherited") && !IsIdent("inline"))
       Error("'object' expected but " + Describe() + " found");
+    const Level level(objects_, [this] { Error(TooDeep("objects")); });
     unsigned char flags = IsIdent("inherited") ? 0x01 : IsIdent("inline") ? 0x04 : 0;
     Next();
     std::string name = ExpectIdent("a name or class");
@@ -449,6 +482,7 @@ class TextReader {
       writer_.WriteStr("");
       Next();
     } else if (Is('(')) {
+      const Level level(lists_, [this] { Error(TooDeep("lists")); });
       Next();
       writer_.WriteListBegin();
       while (!Is(')')) Value();
@@ -511,6 +545,7 @@ class TextReader {
   std::string tokenText_;
   std::vector<unsigned> units_;
   TWriter writer_;
+  int objects_ = 0, lists_ = 0;  // nesting of what is being read
 };
 
 }  // namespace

@@ -33,10 +33,13 @@ class VCL_API EParserError : public Sysutils::Exception {
 };
 
 /// Reads a binary component stream at input's position and writes its text
-/// at output's. Raises EReadError for a malformed stream.
+/// at output's. Raises EReadError for a malformed stream, or one nested deeper
+/// than MaxStreamNesting (filer.h).
 VCL_API void ObjectBinaryToText(TStream* input, TStream* output);
 /// Reads a text description at input's position and writes the binary
-/// stream at output's. Raises EParserError for malformed text.
+/// stream at output's. Raises EParserError for malformed text: nested deeper
+/// than MaxStreamNesting, or with a name longer than the 255 bytes the binary
+/// form holds.
 VCL_API void ObjectTextToBinary(TStream* input, TStream* output);
 
 }  // namespace Classes

@@ -33,7 +33,11 @@ struct Recorder {
   int changes = 0;
   int reads = 0;
   double next = 0;
-  void Changed(System::TObject*) { ++changes; }
+  double seen = 0;  // the value as OnChange found it
+  void Changed(System::TObject* sender) {
+    ++changes;
+    seen = static_cast<HCustomTimedValue*>(sender)->GetValue();
+  }
   double Clamp(double v) { return v < 0 ? 0 : v > 100 ? 100 : v; }
   double Read() {
     ++reads;
@@ -51,6 +55,7 @@ TEST(HCustomTimedValue, ChangesOnlyForANewValueAndHooksComputeAndFilterIt) {
   v.SetValue(2.5);
   v.SetValue(2.5);
   EXPECT_EQ(1, r.changes) << "the same value twice: one change";
+  EXPECT_EQ(2.5, r.seen) << "OnChange sees the new value";
   EXPECT_EQ(2.5, v.GetTimeValue().Val) << "both views read one number";
   v.SetTimeValue(System::TDateTime(45000.75));
   EXPECT_EQ(45000.75, v.GetValue());
@@ -62,6 +67,7 @@ TEST(HCustomTimedValue, ChangesOnlyForANewValueAndHooksComputeAndFilterIt) {
   v.SetOnSetValue({&r, &Recorder::Clamp});
   v.SetValue(150);
   EXPECT_EQ(100.0, v.GetValue());
+  EXPECT_EQ(100.0, r.seen) << "OnChange sees what the write hook made of it";
   v.SetValue(150);
   EXPECT_EQ(4, r.changes) << "150 differs from the stored 100 both times";
   v.SetValue(100);

@@ -37,6 +37,9 @@ std::string Describe(const HCustomGDIPen& pen) {
 
 TEST(HCustomGDIPen, HandleAndPattern) {
   HGDIPen pen;
+  EXPECT_EQ("000000 w1 s0 round 1 T", Describe(pen)) << "a new pen";
+  EXPECT_EQ(DWORD(PS_GEOMETRIC | PS_SOLID | PS_ENDCAP_ROUND | PS_JOIN_ROUND), PenOf(pen).elpPenStyle)
+      << "a new pen, elpPenStyle: the system's own ends and joins";
   pen.SetColor(TColor(0x123456));
   pen.SetWidth(3);
   pen.SetRoundEnd(false);

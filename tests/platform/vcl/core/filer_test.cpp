@@ -1,8 +1,9 @@
 // Component streaming: a form with one of many controls written and read back
 // into another instance with every published value, its fields, events,
 // references, menu and string lists; malformed streams refused with the
-// component and property named and nothing left behind; a design made at
-// another screen density scaled when it is read.
+// component and property named and nothing left behind; nesting past the
+// limit refused by every reader, within a worker thread's stack; a design
+// made at another screen density scaled when it is read.
 #include "platform/vcl/core/filer.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +11,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/class_registry.h"
 #include "platform/vcl/core/object_text.h"
 #include "platform/vcl/forms/application.h"
@@ -219,8 +222,10 @@ void Mutate(TComponent* c) {
       case tkEnumeration:
         if (prop->SetOrd) SetOrdProp(c, prop, (GetOrdProp(c, prop) + 1) % (type->MaxValue + 1));
         break;
-      case tkSet:
-        if (prop->SetOrd) SetOrdProp(c, prop, GetOrdProp(c, prop) ^ (1LL << type->CompType->MinValue));
+      case tkSet:  // the first and the last member change: both ends of the range are written
+        if (prop->SetOrd)
+          SetOrdProp(c, prop,
+                     GetOrdProp(c, prop) ^ (1LL << type->CompType->MinValue) ^ (1LL << type->CompType->MaxValue));
         break;
       case tkFloat:
         if (prop->SetFloat) SetFloatProp(c, prop, GetFloatProp(c, prop) + 0.5);
@@ -238,17 +243,22 @@ TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
   for (const char* name : kStandardClasses) {
     const System::TMetaClass* cls = FindClass(name);
     TComponent owner(nullptr);
-    // Fresh: only what differs from a default is written.
+    // Fresh: only what differs from a default is written, and an ordinal
+    // without a default always is, zero too (Left).
     TComponent* fresh = CreateComponent(cls, &owner);
     TMemoryStream stream;
     stream.WriteComponent(fresh);
     const std::string bytes = Bytes(stream);
-    for (const TPropInfo* prop : GetPropList(cls))
+    for (const TPropInfo* prop : GetPropList(cls)) {
+      const bool written =
+          bytes.find(std::string(1, static_cast<char>(std::strlen(prop->Name))) + prop->Name) != std::string::npos;
       if (prop->HasDefault && IsDefaultPropValue(fresh, prop)) {
-        EXPECT_EQ(std::string::npos,
-                  bytes.find(std::string(1, static_cast<char>(std::strlen(prop->Name))) + prop->Name))
-            << name << "." << prop->Name << " holds its default and is not written";
+        EXPECT_FALSE(written) << name << "." << prop->Name << " holds its default and is not written";
+      } else if (!prop->HasDefault && prop->SetOrd && prop->Kind() != tkMethod && std::strcmp(prop->Name, "Name") &&
+                 !(prop->Stored && !prop->Stored(fresh))) {
+        EXPECT_TRUE(written) << name << "." << prop->Name << " has no default and is written";
       }
+    }
 
     // Changed and nameless: read into a new instance, every value comes back.
     TComponent* sample = CreateComponent(cls, &owner);
@@ -268,6 +278,17 @@ TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
 // The binary stream of a text description of a form F.
 std::string FromText(const std::string& body) {
   return Convert(&ObjectTextToBinary, "object F: TStreamedForm\n" + body + "end\n");
+}
+
+// The stream of a form F holding nameless components of class cls nested
+// levels deep, the form the first level.
+std::string NestedComponents(int levels, const std::string& cls) {
+  std::string b = std::string(
+                      "TPF0\x0DTStreamedForm\x01"
+                      "F") +
+                  '\0';
+  for (int i = 1; i < levels; ++i) b += static_cast<char>(cls.size()) + cls + std::string(2, '\0');
+  return b + std::string(static_cast<size_t>(levels), '\0');
 }
 
 TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
@@ -305,6 +326,15 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
        "Error reading F.OkButton: Field OkButton of TStreamedForm cannot hold a TLabel"},
       {"cut after the first child", bytes.substr(0, bytes.find("TButton") + 12),
        "Error reading Designed.Panel1: Stream read error"},
+      {"components nested 4,000 deep", NestedComponents(4000, "TPanel"),
+       "Error reading F.TPanel: Components nested deeper than 256 levels"},
+      {"a NUL in a class name", patched("\x09TComboBox", std::string("\x09TComboBo") + '\0'),
+       "Error reading Designed: Name TComboBo#0 holds a NUL character"},
+      {"a NUL in a property name", patched("MaxLength", std::string("MaxLeng") + '\0' + "h"),
+       "Error reading Designed.NameEdit: Name MaxLeng#0h holds a NUL character"},
+      {"two components of one class with one name",
+       FromText("object Panel1: TPanel\nobject OkButton: TButton\nend\nend\nobject OkButton: TButton\nend\n"),
+       "Error reading F.OkButton: A component named OkButton already exists"},
   };
   for (const auto& c : cases) {
     const int windows = ThreadWindows();
@@ -358,6 +388,133 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
   EXPECT_EQ(forms, Forms::Screen->GetFormCount()) << "every root made for a failed read is freed";
   EXPECT_EQ(windows, ThreadWindows()) << "and every window";
   Classes::UnRegisterClass(TStreamedForm::StaticClass());
+}
+
+// What each reader and converter makes of input nested levels deep: "ok" or
+// its error's message, and what a failed read left behind.
+std::string NestingOutcome(int levels) {
+  const std::string components = NestedComponents(levels, "TPanel");
+  std::string objects = "object F: TStreamedForm\n";
+  for (int i = 1; i < levels; ++i) objects += "object TPanel\n";
+  for (int i = 0; i < levels; ++i) objects += "end\n";
+  const std::string lists =
+      std::string(static_cast<size_t>(levels), '(') + std::string(static_cast<size_t>(levels), ')');
+  const std::string listBytes =
+      std::string(static_cast<size_t>(levels), vaList) + std::string(static_cast<size_t>(levels), vaNull);
+  // A component F, nameless, whose property P holds the lists.
+  const std::string listStream = std::string("TPF0\1F\0\1P", 9) + listBytes + std::string(2, '\0');
+  const auto read = [](const std::string& bytes, TComponent* root, TComponent* owner) {
+    TMemoryStream s;
+    s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
+    s.SetPosition(0);
+    TReader reader(&s);
+    return reader.ReadRootComponent(root, owner);
+  };
+  std::string left;
+  const std::pair<const char*, std::function<void()>> paths[] = {
+      {"into a form",
+       [&] {
+         TStreamedForm form(nullptr);
+         try {
+           read(components, &form, nullptr);
+         } catch (...) {
+           if (form.GetComponentCount()) left += " (components left in the form)";
+           throw;
+         }
+       }},
+      {"new root",
+       [&] {
+         TComponent owner(nullptr);
+         try {
+           delete read(components, nullptr, &owner);
+         } catch (...) {
+           if (owner.GetComponentCount()) left += " (a root left)";
+           throw;
+         }
+       }},
+      {"to text", [&] { Convert(&ObjectBinaryToText, components); }},
+      {"to binary", [&] { Convert(&ObjectTextToBinary, objects); }},
+      {"lists to text", [&] { Convert(&ObjectBinaryToText, listStream); }},
+      {"lists to binary", [&] { Convert(&ObjectTextToBinary, "object F: TF\n  P = " + lists + "\nend\n"); }},
+      {"lists skipped",
+       [&] {
+         TMemoryStream s;
+         s.WriteBuffer(listBytes.data(), static_cast<long>(listBytes.size()));
+         s.SetPosition(0);
+         TReader(&s).SkipValue();
+       }},
+  };
+  std::string out;
+  for (const auto& [what, run] : paths) {
+    left.clear();
+    std::string result = "ok";
+    try {
+      run();
+    } catch (const EReadError& e) {
+      result = Str(e.Message);
+    } catch (const EParserError& e) {
+      result = Str(e.Message);
+    }
+    out += std::string(what) + ": " + result + left + "\n";
+  }
+  return out;
+}
+
+// Runs work on a thread made with a 256 KB stack; false when the thread died
+// or did not end in time. Wine gives a thread at least 1 MB whatever is asked:
+// what is above the asked size is taken up first.
+bool OnSmallStack(const std::function<void()>& work) {
+  constexpr size_t kStack = 256 * 1024;
+  struct Job {
+    const std::function<void()>& work;
+    bool done = false;
+  } job{work};
+  const auto run = [](void* p) -> DWORD {
+    auto* job = static_cast<Job*>(p);
+    MEMORY_BASIC_INFORMATION stack{};
+    VirtualQuery(&stack, &stack, sizeof stack);
+    char* const top = static_cast<char*>(stack.BaseAddress) + stack.RegionSize;
+    const auto size = static_cast<size_t>(top - static_cast<char*>(stack.AllocationBase));
+    if (size > kStack) static_cast<volatile char*>(__builtin_alloca(size - kStack))[0] = 0;
+    job->work();
+    job->done = true;
+    return 0;
+  };
+  const OwnedKernelHandle thread(CreateThread(nullptr, kStack, run, &job, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+  if (WaitForSingleObject(thread.get(), 60000) != WAIT_OBJECT_0) {
+    TerminateThread(thread.get(), 1);
+    return false;
+  }
+  return job.done;
+}
+
+// Components and lists nested as deep as streams may nest them are read,
+// converted and skipped by every reader, one level more is refused by each
+// with its own error naming the limit, and so is a nesting of thousands,
+// all of it within the stack of a worker thread.
+TEST(TReader, NestingPastTheLimitIsRefusedByEveryReaderWithinASmallStack) {
+  Classes::RegisterClasses({TStreamedForm::StaticClass()});
+  std::string atLimit, past, deep;
+  ASSERT_TRUE(OnSmallStack([&] {
+    atLimit = NestingOutcome(MaxStreamNesting);
+    past = NestingOutcome(MaxStreamNesting + 1);
+    deep = NestingOutcome(4000);
+  })) << "the stack overflowed";
+  Classes::UnRegisterClass(TStreamedForm::StaticClass());
+  EXPECT_EQ(
+      "into a form: ok\nnew root: ok\nto text: ok\nto binary: ok\nlists to text: ok\nlists to binary: ok\n"
+      "lists skipped: ok\n",
+      atLimit);
+  const std::string refused =
+      "into a form: Error reading F.TPanel: Components nested deeper than 256 levels\n"
+      "new root: Error reading F.TPanel: Components nested deeper than 256 levels\n"
+      "to text: Components nested deeper than 256 levels\n"
+      "to binary: Line 257: objects nested deeper than 256 levels\n"
+      "lists to text: Lists nested deeper than 256 levels\n"
+      "lists to binary: Line 2: lists nested deeper than 256 levels\n"
+      "lists skipped: Lists nested deeper than 256 levels\n";
+  EXPECT_EQ(refused, past);
+  EXPECT_EQ(refused, deep);
 }
 
 TEST(TCustomForm, ADesignMadeAtAnotherDensityIsScaledWhenRead) {

@@ -77,9 +77,12 @@ TEST(ObjectText, RoundTripsBothWays) {
 }
 
 TEST(ObjectText, MalformedTextIsRefusedWithItsLine) {
+  // A name longer than the 255 bytes of a name in the binary form, in each place a name goes.
+  const std::string longName(300, 'N');
+  const std::string tooLong = "name too long: " + longName.substr(0, 32) + "... (300 characters, at most 255)";
   const struct {
-    const char* text;
-    const char* message;
+    std::string text;
+    std::string message;
   } cases[] = {
       {"", "Line 1: 'object' expected but end of text found"},
       {"object A: TA\r\n  X = 1\r\n", "Line 3: 'end' expected but end of text found"},
@@ -95,6 +98,12 @@ TEST(ObjectText, MalformedTextIsRefusedWithItsLine) {
       {"object A: TA\n  X = <\n  >\nend\n", "Line 2: collections are not supported"},
       {"object A: TA\nend\nend\n", "Line 3: end of text expected but 'end' found"},
       {"object A TA\nend\n", "Line 2: '=' expected but 'end' found"},
+      {"object " + longName + ": TA\nend\n", "Line 1: " + tooLong},
+      {"object A: TA\n  object B: " + longName + "\n  end\nend\n", "Line 2: " + tooLong},
+      {"object A: TA\n  " + longName + " = 1\nend\n", "Line 2: " + tooLong},
+      {"object A: TA\n  X = [a, " + longName + "]\nend\n", "Line 2: " + tooLong},
+      {"object A: TA\n  X = " + longName + "\nend\n", "Line 2: " + tooLong},
+      {std::string("object A: TA\n  X = \0\nend\n", 25), "Line 2: a value expected but character #0 found"},
   };
   for (const auto& c : cases)
     EXPECT_EQ(c.message, vcl_test::ErrorOf<EParserError>([&] { ToBinary(c.text); })) << c.text;

@@ -151,6 +151,34 @@ TEST(TCustomForm, TabAndMnemonicsMoveTheFocus) {
   EXPECT_EQ(1, clicks.n);
   EXPECT_TRUE(box->GetChecked()) << "nobody's letter changes nothing";
   EXPECT_FALSE(Controls::IsAccel('s', "&&Save"));
+
+  // Enter and Escape click the default and the cancel button only when it
+  // could take the focus.
+  d.ok->SetModalResult(Controls::mrNone);
+  const struct {
+    const char* what;
+    TButton* button;
+    WORD key;
+    bool enabled, visible;
+    int clicks;
+  } keys[] = {
+      {"Enter, the default button disabled", d.ok, VK_RETURN, false, true, 0},
+      {"Enter, the default button hidden", d.ok, VK_RETURN, true, false, 0},
+      {"Enter, the default button usable", d.ok, VK_RETURN, true, true, 1},
+      {"Escape, the cancel button disabled", d.cancel, VK_ESCAPE, false, true, 0},
+      {"Escape, the cancel button hidden", d.cancel, VK_ESCAPE, true, false, 0},
+      {"Escape, the cancel button usable", d.cancel, VK_ESCAPE, true, true, 1},
+  };
+  for (const auto& k : keys) {
+    Counter pressed;
+    k.button->SetOnClick(pressed.Event());
+    k.button->SetEnabled(k.enabled);
+    k.button->SetVisible(k.visible);
+    SendMessageA(d.edit->GetHandle(), WM_KEYDOWN, k.key, 1);
+    EXPECT_EQ(k.clicks, pressed.n) << k.what;
+    k.button->SetEnabled(true);
+    k.button->SetVisible(true);
+  }
 }
 
 TEST(TRadioButton, CheckingOneUnchecksItsSiblingsAndCheckBoxesCycle) {
