@@ -13,6 +13,7 @@
 #include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/sysutils.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/dialogs/xmessagebox_seams.h"
 
 namespace {
@@ -40,7 +41,7 @@ void Check(bool ok, const char* expression, unsigned line) {
 }
 
 // Captions of ids 9001..9013; 9001 has no string-table entry.
-constexpr int FirstCaption = 9001, CaptionCount = 13, CaptionSize = 100;
+constexpr int FirstCaption = 9001, CaptionCount = 13;
 const char* const fallback[CaptionCount] = {"OK",
                                             "Cancel",
                                             "&Ignore",
@@ -69,12 +70,12 @@ struct State {
   unsigned helpContext = 0;
   short baseX = 8, baseY = 16;  // GetDialogBaseUnits: pixels to dialog units
   DLGTEMPLATE header{};
-  char captions[CaptionCount][CaptionSize] = {};
+  std::string captions[CaptionCount];
 };
 State state;
 XMessageBoxSeams seams;
 
-const char* Caption(int id) { return state.captions[id - FirstCaption]; }
+const char* Caption(int id) { return state.captions[id - FirstCaption].c_str(); }
 
 // The library's string tables, or its language satellite's when one was found.
 HINSTANCE LibraryModule() {
@@ -87,12 +88,13 @@ std::string ExecutablePath(DWORD most) {
   return path;
 }
 
+// Whole texts of any length: a fixed buffer would cut a UTF-8 program's
+// Russian caption inside a letter.
 void FillCaptions(bool builtIn) {
   for (int i = 0; i < CaptionCount; ++i) {
-    char* entry = state.captions[i];
-    if (builtIn || LoadStringA(state.module, FirstCaption + i, entry, CaptionSize) <= 0)
-      lstrcpynA(entry, fallback[i], CaptionSize);
-    entry[CaptionSize - 1] = '\0';
+    const System::AnsiString loaded =
+        builtIn ? System::AnsiString() : Sysutils::LoadStr(state.module, FirstCaption + i);
+    state.captions[i] = loaded.IsEmpty() ? fallback[i] : loaded.c_str();
   }
 }
 
@@ -220,6 +222,15 @@ int ButtonCount(unsigned set) {
 }
 
 int Width(const RECT& r) { return r.right - r.left; }
+
+// How far right the ink of text laid out in r reaches in the message font,
+// with a clear column after it: a renderer may draw past the measured end.
+int InkRight(const char* text, const RECT& r, UINT flags) {
+  const Graphics::TMeasuringDC measuring;
+  DCChanger use(measuring.get());
+  use.Select(state.font);
+  return Graphics::TextInkRight(measuring.get(), text, -1, r, flags) + 1;
+}
 int Height(const RECT& r) { return r.bottom - r.top; }
 
 // Lays the box out in pixels with the message font and adds its items. The
@@ -239,6 +250,7 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
   if (iconKind) most -= cxIcon + px(16);
   RECT measured{0, 0, most, most};
   DrawTextA(dc.get(), text ? text : "", -1, &measured, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  measured.right = std::max<LONG>(measured.right, InkRight(text ? text : "", measured, DT_WORDBREAK | DT_NOPREFIX));
   RECT textRect{px(16), px(16), measured.right + px(28), measured.bottom + px(21)};
   RECT box{0, 0, Width(textRect) + px(16), std::max<LONG>(Height(textRect) + px(16), px(70))};
 
@@ -326,7 +338,9 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
     const char* label = Caption(state.askAgain ? 9010 : 9011);
     RECT r{0, 0, GetSystemMetrics(SM_CXSCREEN) / 3, px(16)};
     DrawTextA(dc.get(), label, -1, &r, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
-    const int w = r.right, checkWidth = w + w / 3;  // a third more for the box
+    const int w = std::max<int>(r.right, InkRight(label, r, DT_SINGLELINE | DT_NOPREFIX));
+    // A third more for the box, and never less than the box and its gap.
+    const int checkWidth = std::max(w + w / 3, w + GetSystemMetrics(SM_CXMENUCHECK) + px(8));
     const RECT check{px(17), row.top + px(35), checkWidth + px(17), row.top + px(51)};
     dialog.AddItem(KindCheck, CheckId, &check, label);
     row.bottom = check.bottom;

@@ -25,4 +25,14 @@ class VCL_API TMeasuringDC {
   HDC dc_;
 };
 
+/// How far right the ink of text reaches when DrawTextA draws it with flags
+/// in dc's font into laidOut (the rectangle DT_CALCRECT gave): one past the
+/// last column with ink, counted from laidOut.left; 0 when nothing is inked.
+/// A renderer may place glyphs further apart than it measures them (this
+/// Wine's monochrome glyphs by up to two pixels a letter), so a box as wide as
+/// the measured text can cut its last letter; this is what it must hold. dc
+/// is a memory context (a TMeasuringDC's) with nothing but its own bitmap
+/// selected; it is given back as it was.
+VCL_API int TextInkRight(HDC dc, const char* text, int length, const RECT& laidOut, UINT flags);
+
 }  // namespace Graphics

@@ -13,6 +13,7 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
+#include "tests/velkin/dialogs/text_fit.h"
 #include "tests/velkin/resources/string_texts.h"
 #include "velkin/dialogs/xmessagebox_seams.h"
 
@@ -412,11 +413,12 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
         std::wstring text;
         RECT client, extent, placed;
         LOGFONTA font;
+        int ink;  // the text's last inked column drawn whole from the left, -1 for none
       };
       std::vector<Shown> shown;
       Watcher watcher([&](HWND w) {
         for (HWND c = GetWindow(w, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) {
-          Shown s{GetDlgCtrlID(c), Text(c), {}, {}, RectIn(c), {}};
+          Shown s{GetDlgCtrlID(c), Text(c), {}, {}, RectIn(c), {}, -1};
           GetClientRect(c, &s.client);
           const HFONT font = reinterpret_cast<HFONT>(SendMessageA(c, WM_GETFONT, 0, 0));
           GetObjectA(font, sizeof s.font, &s.font);
@@ -425,6 +427,9 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
           DrawTextW(display.get(), s.text.c_str(), -1, &s.extent,
                     DT_CALCRECT | (s.id == 1001 ? DT_WORDBREAK : DT_SINGLELINE));
           SelectObject(display.get(), old);
+          if (s.id == 1001 || s.id == 5555)
+            s.ink = text_fit::TextInkRight(font, s.text, s.client.right, s.client.bottom,
+                                           s.id == 1001 ? DT_WORDBREAK | DT_EXPANDTABS : DT_SINGLELINE);
           shown.push_back(s);
         }
         Click(w, row.texts.front().first);
@@ -452,6 +457,9 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
         const int frame = s.id == 5555 ? GetSystemMetrics(SM_CXMENUCHECK) + Px(4) : s.id == 1001 ? 0 : Px(6);
         EXPECT_LE(s.extent.right - s.extent.left + frame, s.client.right) << "text width";
         EXPECT_LE(s.extent.bottom - s.extent.top, s.client.bottom) << "text height";
+        if (s.id == 1001 || s.id == 5555) {
+          EXPECT_LT(s.ink + frame, s.client.right - 1) << "the text's ink as drawn, clear of the last column";
+        }
         if (s.id < 1000) buttons.push_back(s.placed);
       }
       // In proportion to within one dialog unit: the template places controls in
