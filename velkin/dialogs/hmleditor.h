@@ -26,6 +26,9 @@ class VELKIN_API THMultilineEditorForm : public Forms::TForm {
   /// Shows the memo's length in characters (line breaks included) and lines.
   void MemoChange(System::TObject* sender);
   void FormKeyDown(System::TObject* sender, WORD& key, Controls::TShiftState shift);
+
+ private:
+  System::AnsiString characters_, lines_;  // the counter's words
 };
 
 ///@{
