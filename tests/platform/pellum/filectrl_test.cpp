@@ -129,6 +129,9 @@ TEST(Filectrl, TextsInTheScreensLanguage) {
       seen.push_back({p.name, p.id, std::wstring(wide, n)});
     }
     clipped = text_fit::Clipped(d);
+    if (auto* ok = Part<Controls::TWinControl>("OkButton");
+        !ok || !(GetWindowLongA(ok->GetHandle(), GWL_STYLE) & BS_DEFPUSHBUTTON))
+      clipped.push_back("OkButton: not the default button");
     return true;
   };
   const auto question = [&] {
