@@ -42,6 +42,8 @@ void Check(bool ok, const char* expression, unsigned line) {
 
 // Captions of ids 9001..9013; 9001 has no string-table entry.
 constexpr int FirstCaption = 9001, CaptionCount = 13;
+// The string-table texts of the box shown when the template cannot be had.
+constexpr int AllocationText = 1048, AllocationCaption = 1049;
 const char* const fallback[CaptionCount] = {"OK",
                                             "Cancel",
                                             "&Ignore",
@@ -481,7 +483,11 @@ int XMessageBox(void* owner, const char* text, const char* caption, unsigned sty
   const auto alloc = seams.Alloc ? seams.Alloc : &LocalAlloc;
   OwnedLocal memory(alloc(LHND, size));
   if (!memory) {
-    MessageBoxA(nullptr, "Memory allocation for dialog template failed.", "Allocation Failure", MB_ICONEXCLAMATION);
+    // English when the table cannot be read either.
+    const System::AnsiString text = Sysutils::LoadStr(state.module, AllocationText),
+                             caption = Sysutils::LoadStr(state.module, AllocationCaption);
+    MessageBoxA(nullptr, text.IsEmpty() ? "Memory allocation for dialog template failed." : text.c_str(),
+                caption.IsEmpty() ? "Allocation Failure" : caption.c_str(), MB_ICONEXCLAMATION);
     return IDCANCEL;
   }
   auto* buffer = static_cast<unsigned char*>(LocalLock(memory.get()));

@@ -342,14 +342,13 @@ TEST(XMessageBox, SystemBoxForSystemModalStopsAndWhenMemoryFails) {
     const char* what;
     unsigned style;
     bool failMemory;
-    const wchar_t* caption;
-    const wchar_t* text;
+    std::wstring caption;
+    std::wstring text;
     int result;
   } const rows[] = {
       {"system-modal stop", MB_SYSTEMMODAL | MB_ICONSTOP | MB_OKCANCEL, false, L"Stop", L"Halt", IDOK},
       {"system-modal exclamation", MB_SYSTEMMODAL | MB_ICONEXCLAMATION, false, L"Stop", L"Halt", IDOK},
-      {"no memory for the template", MB_YESNO, true, L"Allocation Failure",
-       L"Memory allocation for dialog template failed.", IDCANCEL},
+      {"no memory for the template", MB_YESNO, true, string_texts::Shown(1049), string_texts::Shown(1048), IDCANCEL},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);

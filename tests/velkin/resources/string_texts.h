@@ -37,6 +37,10 @@ inline const Text texts[] = {
     {1045, {"&OK", "&OK", "&OK"}},
     {1046, {"Characters:", "Символов:", "Caractères :"}},
     {1047, {"Lines:", "Строк:", "Lignes :"}},
+    {1048,
+     {"Memory allocation for dialog template failed.", "Не удалось выделить память для шаблона диалога.",
+      "Échec de l'allocation de mémoire pour le modèle de boîte de dialogue."}},
+    {1049, {"Allocation Failure", "Ошибка выделения памяти", "Échec d'allocation"}},
     {9001, {"", "", ""}},  // "OK" has no entry in any language
     {9002, {"Cancel", "Отменить", "Annuler"}},
     {9003, {"&Ignore", "Пропустить", "Ignorer"}},
