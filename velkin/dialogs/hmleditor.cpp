@@ -1,5 +1,7 @@
 #include "velkin/dialogs/hmleditor.h"
 
+#include <windows.h>
+
 #include <memory>
 
 #include "platform/ostrel/strcol.h"
@@ -22,10 +24,12 @@ THMultilineEditorForm::THMultilineEditorForm(Classes::TComponent* owner) : TForm
 
 void THMultilineEditorForm::MemoChange(System::TObject*) {
   // The words come from the tables and the numbers from here: a translated
-  // text is never read as a format.
-  txtLines->SetText(Message("%s %4d %s %3d", characters_.c_str(), Memo->GetText().Length(), lines_.c_str(),
-                            Memo->GetLines()->GetCount())
-                        .Text());
+  // text is never read as a format. Characters, not bytes: a UTF-8 program's
+  // letters take two or more.
+  const System::AnsiString text = Memo->GetText();
+  const int characters = text.IsEmpty() ? 0 : MultiByteToWideChar(CP_ACP, 0, text.c_str(), text.Length(), nullptr, 0);
+  txtLines->SetText(
+      Message("%s %4d %s %3d", characters_.c_str(), characters, lines_.c_str(), Memo->GetLines()->GetCount()).Text());
 }
 
 void THMultilineEditorForm::FormKeyDown(System::TObject*, WORD& key, Controls::TShiftState shift) {

@@ -100,6 +100,24 @@ void FillCaptions(bool builtIn) {
   }
 }
 
+// At most most bytes of text, never ending inside a character: a letter of a
+// UTF-8 or double-byte code page cut in two would show as another character.
+std::string Cut(const std::string& text, std::size_t most) {
+  if (text.size() <= most) return text;
+  std::size_t at = 0;
+  if (GetACP() == CP_UTF8) {
+    at = most;
+    while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
+  } else {
+    for (;;) {
+      const std::size_t step = IsDBCSLeadByte(static_cast<BYTE>(text[at])) ? 2 : 1;
+      if (at + step > most) break;
+      at += step;
+    }
+  }
+  return text.substr(0, at);
+}
+
 // Characters of an 8-bit text once converted; equal to its length in
 // single-byte code pages, and what the writer really writes in the others.
 int WideLength(const std::string& text) { return MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, nullptr, 0) - 1; }
@@ -127,7 +145,7 @@ class MessageBoxTemplate {
       h.cx = h.cy = 10;
     }
     h.id = static_cast<WORD>(id);
-    item->text = text ? std::string(text).substr(0, 1023) : std::string();
+    item->text = text ? Cut(text, 1023) : std::string();
     switch (kind) {
       case KindScroll:
         h.style = 0x50000003, item->classCode = KindScroll;
@@ -231,7 +249,8 @@ int InkRight(const char* text, const RECT& r, UINT flags) {
   const Graphics::TMeasuringDC measuring;
   DCChanger use(measuring.get());
   use.Select(state.font);
-  return Graphics::TextInkRight(measuring.get(), text, -1, r, flags) + 1;
+  const std::wstring wide = Graphics::WideText(text, -1);
+  return Graphics::TextInkRight(measuring.get(), wide.c_str(), static_cast<int>(wide.size()), r, flags) + 1;
 }
 int Height(const RECT& r) { return r.bottom - r.top; }
 
@@ -377,7 +396,7 @@ bool Prepare(OwnedFont& font, void* owner, const char* text, std::string& captio
   state.owner = owner ? static_cast<HWND>(owner) : GetDesktopWindow();
   state.module = LibraryModule();
   if (caption.empty()) caption = ExecutablePath(1024);
-  caption = caption.substr(0, 1023);
+  caption = Cut(caption, 1023);
   // A system-modal stop or exclamation box is the system's own.
   if ((style & MB_ICONHAND) && (style & MB_SYSTEMMODAL)) return false;
   FillCaptions(style & XMB_NORESOURCE);

@@ -162,7 +162,16 @@ TMeasuringDC::TMeasuringDC() {
 
 TMeasuringDC::~TMeasuringDC() { MeasuringLock().unlock(); }
 
-int TextInkRight(HDC dc, const char* text, int length, const RECT& laidOut, UINT flags) {
+std::wstring WideText(const char* text, int length) {
+  if (!text || length == 0) return std::wstring();
+  const int n = MultiByteToWideChar(CP_ACP, 0, text, length, nullptr, 0);
+  std::wstring wide(n > 0 ? n : 0, L'\0');
+  if (n > 0) MultiByteToWideChar(CP_ACP, 0, text, length, wide.data(), n);
+  if (length < 0 && !wide.empty()) wide.pop_back();  // the terminator
+  return wide;
+}
+
+int TextInkRight(HDC dc, const wchar_t* text, int length, const RECT& laidOut, UINT flags) {
   const int width = laidOut.right - laidOut.left, height = laidOut.bottom - laidOut.top;
   if (!dc || !text || length == 0 || width <= 0 || height <= 0) return 0;
   TEXTMETRICA metrics{};
@@ -183,7 +192,7 @@ int TextInkRight(HDC dc, const char* text, int length, const RECT& laidOut, UINT
       use.SetBkMode(TRANSPARENT);
       PatBlt(dc, 0, 0, room, height, WHITENESS);
       RECT at{0, 0, width, height};
-      DrawTextA(dc, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
+      DrawTextW(dc, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
       GdiFlush();
       const auto* pixels = static_cast<const DWORD*>(bits);
       for (int x = room - 1; x >= 0 && !right; --x)

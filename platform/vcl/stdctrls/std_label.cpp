@@ -1,6 +1,7 @@
 #include "platform/vcl/stdctrls/std_label.h"
 
 #include <algorithm>
+#include <string>
 
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
@@ -40,15 +41,16 @@ void TCustomLabel::Paint(HDC dc) {
   // place for a right or centred text); the margin holds the ink that a
   // renderer draws past the measured end, which the rectangle would cut.
   r.right -= margin_;
-  DrawTextA(dc, text.c_str(), text.Length(), &r, DrawFlags() | (margin_ ? DT_NOCLIP : 0));
+  const std::wstring wide = Graphics::WideText(text.c_str(), text.Length());
+  DrawTextW(dc, wide.c_str(), static_cast<int>(wide.size()), &r, DrawFlags() | (margin_ ? DT_NOCLIP : 0));
 }
 
 void TCustomLabel::AdjustSize() {
   if (!autoSize_) margin_ = 0;
   if (!autoSize_ || GetComponentState().Contains(Classes::csLoading)) return;
   const AnsiString text = GetText();
-  const char* shown = text.IsEmpty() ? " " : text.c_str();
-  const int length = text.IsEmpty() ? 1 : text.Length();
+  const std::wstring shown = text.IsEmpty() ? L" " : Graphics::WideText(text.c_str(), text.Length());
+  const int length = static_cast<int>(shown.size());
   const UINT flags = DrawFlags() & ~(DT_VCENTER | DT_BOTTOM);
   RECT r{0, 0, wordWrap_ ? GetWidth() : 0, 0};
   int ink = 0;
@@ -56,8 +58,8 @@ void TCustomLabel::AdjustSize() {
     const Graphics::TMeasuringDC measuring;
     DCChanger state(measuring.get());
     state.Select(FontHandle());
-    DrawTextA(measuring.get(), shown, length, &r, flags | DT_CALCRECT);
-    ink = Graphics::TextInkRight(measuring.get(), shown, length, r, flags);
+    DrawTextW(measuring.get(), shown.c_str(), length, &r, flags | DT_CALCRECT);
+    ink = Graphics::TextInkRight(measuring.get(), shown.c_str(), length, r, flags);
   }
   // Wide enough for the ink as drawn, with a clear column at the edge.
   margin_ = std::max(0, ink + 1 - static_cast<int>(r.right - r.left));

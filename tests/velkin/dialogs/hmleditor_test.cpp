@@ -103,14 +103,16 @@ TEST(HTextEditor, TextInAndOut) {
       {"CR LF comes back as LF", "a\r\nb\r\nc", nullptr, 100, "", OkButton, true, "a\nb\nc", 3, 7},
       {"Enter is a line break in the memo", "end", "", -1, "x\n", CtrlEnter, true, "x\nend", 1, 3},
       {"Escape leaves the text alone", "keep", "Notes", 10, "zz", Escape, false, "keep", 1, 4},
+      {"letters counted, not bytes", "«a»", "Notes", -1, "", OkButton, true, "«a»", 1, 3},
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.what);
-    System::AnsiString text = r.text;
+    // UTF-8 here, in the program's code page there.
+    System::AnsiString text = string_texts::InCodePage(r.text, GetACP()).c_str();
     bool result = false;
     const Seen seen = Drive([&] { return HTextEditor(text, r.caption, r.maxLength); }, r.typed, r.finish, result);
     EXPECT_EQ(r.result, result);
-    EXPECT_EQ(std::string(r.after), text.c_str());
+    EXPECT_EQ(string_texts::InCodePage(r.after, GetACP()), text.c_str());
     EXPECT_EQ(r.lines, seen.lines);
     EXPECT_EQ(Counter(r.characters, r.lines), seen.counter);
     if (*r.typed) {

@@ -10,6 +10,7 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/forms/forms.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "platform/vcl/stdctrls/std_label.h"
 
 namespace text_fit {
@@ -19,7 +20,9 @@ inline SIZE Extent(HFONT font, const std::string& text, int width = 0) {
   OwnedMemoryDC dc(CreateCompatibleDC(nullptr));
   HGDIOBJ old = SelectObject(dc.get(), font);
   RECT r{0, 0, width, 0};
-  DrawTextA(dc.get(), text.empty() ? " " : text.c_str(), -1, &r, DT_CALCRECT | (width ? DT_WORDBREAK : DT_SINGLELINE));
+  // Wide: under Wine the 8-bit GDI functions misread a UTF-8 program's text.
+  const std::wstring wide = Graphics::WideText(text.empty() ? " " : text.c_str(), -1);
+  DrawTextW(dc.get(), wide.c_str(), -1, &r, DT_CALCRECT | (width ? DT_WORDBREAK : DT_SINGLELINE));
   SelectObject(dc.get(), old);
   return {r.right, r.bottom};
 }
@@ -71,7 +74,8 @@ inline std::string InkOutside(Stdctrls::TCustomLabel* label) {
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, static_cast<COLORREF>(Graphics::ColorToRGB(label->GetFont()->GetColor())));
     RECT r{0, 0, width, height};
-    DrawTextA(dc, label->GetText().c_str(), -1, &r, DT_LEFT | DT_SINGLELINE | DT_NOCLIP);
+    DrawTextW(dc, Graphics::WideText(label->GetText().c_str(), -1).c_str(), -1, &r,
+              DT_LEFT | DT_SINGLELINE | DT_NOCLIP);
   });
   const std::string sizes = " (" + std::to_string(width) + " wide, \"" + label->GetText().c_str() + "\")";
   if (painted < whole)

@@ -187,6 +187,16 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
     EXPECT_EQ(L"Copy the folder and everything in it?", t.items[icon ? 1 : 0].text);
   }
 
+  // Texts past 1023 bytes are cut between letters: a UTF-8 program's two-byte
+  // letter is never cut in two.
+  const std::string letter = string_texts::InCodePage("«", GetACP());
+  std::string longText;
+  for (int i = 0; i < 1100; ++i) longText += letter;
+  const Template cut = Read(XMessageBoxTemplate(longText.c_str(), longText.c_str(), MB_OK | XMB_NORESOURCE));
+  ASSERT_FALSE(cut.items.empty());
+  EXPECT_EQ(std::wstring(1023 / letter.size(), L'\u00AB'), cut.caption) << "the caption";
+  EXPECT_EQ(std::wstring(1023 / letter.size(), L'\u00AB'), cut.items[0].text) << "the text";
+
   // The system's own box for a system-modal stop or exclamation: no template.
   EXPECT_TRUE(XMessageBoxTemplate(text, "x", MB_SYSTEMMODAL | MB_ICONSTOP).empty());
   EXPECT_TRUE(XMessageBoxTemplate(text, "x", MB_SYSTEMMODAL | MB_ICONEXCLAMATION | MB_YESNO).empty());
