@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
+#include "platform/vcl/core/sysutils.h"
 #include "platform/vcl/forms/forms.h"
 #include "platform/vcl/stdctrls/std_buttons.h"
 #include "platform/vcl/stdctrls/std_edits.h"
@@ -19,6 +21,34 @@ namespace Filectrl {
 using System::AnsiString;
 
 namespace {
+
+// Entries of this package's string tables (strings.rc).
+enum Text {
+  sCaption = 2001,
+  sName = 2002,
+  sFolders = 2003,
+  sDrives = 2004,
+  sOk = 2005,
+  sCancel = 2006,
+  sAskCreate = 2007,
+  sConfirm = 2008,
+  sCannotCreate = 2009,
+  sError = 2010
+};
+
+// Entry id of this package's own string tables in the user's language.
+std::string PackageText(Text id) {
+  return Sysutils::LoadStr(ModuleOf(reinterpret_cast<const void*>(&PackageText)), id).c_str();
+}
+
+// Entry id with its "%s" replaced by path: a path with a percent sign in it,
+// or a translation with more than one "%s", is never read as a format.
+std::string PackageText(Text id, const std::string& path) {
+  std::string text = PackageText(id);
+  const std::size_t at = text.find("%s");
+  if (at != std::string::npos) text.replace(at, 2, path);
+  return text;
+}
 
 bool IsDirectory(const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());
@@ -53,7 +83,15 @@ class TSelectDirForm : public Forms::TForm {
   VCL_CLASS();
 
  public:
-  explicit TSelectDirForm(Classes::TComponent* owner) : TForm(owner) { ReadDesign(); }
+  explicit TSelectDirForm(Classes::TComponent* owner) : TForm(owner) {
+    ReadDesign();
+    SetCaption(PackageText(sCaption).c_str());
+    NameLabel->SetText(PackageText(sName).c_str());
+    FoldersLabel->SetText(PackageText(sFolders).c_str());
+    DrivesLabel->SetText(PackageText(sDrives).c_str());
+    OkButton->SetText(PackageText(sOk).c_str());
+    CancelButton->SetText(PackageText(sCancel).c_str());
+  }
 
   Stdctrls::TLabel* NameLabel = nullptr;
   Stdctrls::TEdit* DirEdit = nullptr;
@@ -125,13 +163,12 @@ class TSelectDirForm : public Forms::TForm {
         DirEdit->SetFocus();
         return;
       }
-      const std::string ask = "The directory \"" + path + "\" does not exist. Create it?";
-      if (options.Contains(sdPrompt) &&
-          MessageBoxA(GetHandle(), ask.c_str(), "Confirm", MB_YESNO | MB_ICONQUESTION) != IDYES)
+      if (options.Contains(sdPrompt) && MessageBoxA(GetHandle(), PackageText(sAskCreate, path).c_str(),
+                                                    PackageText(sConfirm).c_str(), MB_YESNO | MB_ICONQUESTION) != IDYES)
         return;
       if (options.Contains(sdPerformCreate) && !CreateAll(path)) {
-        const std::string error = "The directory \"" + path + "\" cannot be created.";
-        MessageBoxA(GetHandle(), error.c_str(), "Error", MB_OK | MB_ICONERROR);
+        MessageBoxA(GetHandle(), PackageText(sCannotCreate, path).c_str(), PackageText(sError).c_str(),
+                    MB_OK | MB_ICONERROR);
         return;
       }
     }

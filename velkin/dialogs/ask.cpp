@@ -4,12 +4,11 @@
 
 #include "platform/ostrel/strutil.h"
 #include "platform/vcl/forms/application.h"
+#include "velkin/dialogs/dialog_texts.h"
 #include "velkin/dialogs/msg_state.h"
 #include "velkin/dialogs/xmessagebox.h"
 
 namespace {
-
-constexpr int sAttention = 1030, sQuestion = 1031;
 
 // Shows the box over owner (the main form when null) with the library's
 // caption, the check box when there is something to remember.
@@ -21,7 +20,7 @@ int Ask(void* owner, const System::AnsiString& text, unsigned style, int caption
   }
   SaveMsgState state(owner);
   if (remembering) style |= XMB_DONOTTELLAGAIN;
-  return XMessageBox(owner, text.c_str(), Sysutils::LoadStr(caption).c_str(), style, 0);
+  return XMessageBox(owner, text.c_str(), LibraryText(caption).c_str(), style, 0);
 }
 
 System::AnsiString Formatted(const char* format, va_list args) { return MessageV(format, args).Text(); }
@@ -30,13 +29,13 @@ System::AnsiString Formatted(const char* format, va_list args) { return MessageV
 
 void AskMessage(void* owner, const System::AnsiString& text, bool* remember) {
   if (remember && !*remember) return;
-  const int result = Ask(owner, text, MB_OK | MB_ICONHAND, sAttention, remember != nullptr);
+  const int result = Ask(owner, text, MB_OK | MB_ICONHAND, dtAttention, remember != nullptr);
   if (remember && (result & XMB_DONOTTELLAGAIN)) *remember = false;
 }
 
 bool AskYesNo(void* owner, const System::AnsiString& text, bool* remember) {
   if (remember && !*remember) return true;
-  const int result = Ask(owner, text, MB_YESNO | MB_ICONQUESTION, sQuestion, remember != nullptr);
+  const int result = Ask(owner, text, MB_YESNO | MB_ICONQUESTION, dtQuestion, remember != nullptr);
   // Only a pressed Yes is a Yes: a box that could not be shown (-1, or IDCANCEL
   // without memory for it) must not agree to what was asked.
   if ((result & 0xFFFF) != IDYES) return false;
@@ -46,7 +45,7 @@ bool AskYesNo(void* owner, const System::AnsiString& text, bool* remember) {
 
 int AskYesNoCancel(void* owner, const System::AnsiString& text, int* remember) {
   if (remember && (*remember == IDYES || *remember == IDNO)) return *remember;
-  const int result = Ask(owner, text, MB_YESNOCANCEL | MB_ICONQUESTION, sQuestion, remember != nullptr);
+  const int result = Ask(owner, text, MB_YESNOCANCEL | MB_ICONQUESTION, dtQuestion, remember != nullptr);
   const int answer = result & 0xFFFF;
   if (answer != IDYES && answer != IDNO) return IDCANCEL;
   if (remember && (result & XMB_DONOTTELLAGAIN)) *remember = answer;

@@ -5,14 +5,11 @@
 #include <cstdio>
 
 #include "platform/vcl/core/sysutils.h"
-
-namespace {
-constexpr int sOwnerNotWindow = 1032;
-}  // namespace
+#include "velkin/dialogs/dialog_texts.h"
 
 void CheckDialogOwner(void* window) {
   if (!window || IsWindow(static_cast<HWND>(window))) return;
-  System::AnsiString text = Sysutils::LoadStr(sOwnerNotWindow);
+  System::AnsiString text = LibraryText(dtOwnerNotWindow);
   // Without the library's string table the error must still say something.
   if (text.IsEmpty()) text = "The owner of a dialog is not a window";
   char handle[32];

@@ -1,26 +1,35 @@
 #include "velkin/dialogs/hmleditor.h"
 
+#include <windows.h>
+
 #include <memory>
 
 #include "platform/ostrel/strcol.h"
 #include "platform/ostrel/strutil.h"
+#include "velkin/dialogs/dialog_texts.h"
 
 VCL_COMPONENT_IMPL(THMultilineEditorForm, Forms::TForm, VCL_FIELD(Bevel1), VCL_FIELD(txtLines), VCL_FIELD(Memo),
                    VCL_FIELD(NvOS8PushButton1), VCL_FIELD(NvOS8PushButton2),
                    VCL_METHOD(MemoChange, System::TNotifyEvent), VCL_METHOD(FormKeyDown, Controls::TKeyEvent))
 
-namespace {
-// "Characters: %4d Lines: %3d" in Russian, code page 1251.
-constexpr char kCounter[] = "\xD1\xE8\xEC\xE2\xEE\xEB\xEE\xE2: %4d \xD1\xF2\xF0\xEE\xEA: %3d";
-}  // namespace
-
 THMultilineEditorForm::THMultilineEditorForm(Classes::TComponent* owner) : TForm(owner) {
   ReadDesign();
+  SetCaption(LibraryText(dtEditor));
+  NvOS8PushButton1->SetText(LibraryText(dtOkKey));
+  NvOS8PushButton2->SetText(LibraryText(dtClose));
+  characters_ = LibraryText(dtCharacters);
+  lines_ = LibraryText(dtLines);
   MemoChange(Memo);
 }
 
 void THMultilineEditorForm::MemoChange(System::TObject*) {
-  txtLines->SetText(Message(kCounter, Memo->GetText().Length(), Memo->GetLines()->GetCount()).Text());
+  // The words come from the tables and the numbers from here: a translated
+  // text is never read as a format. Characters, not bytes: a UTF-8 program's
+  // letters take two or more.
+  const System::AnsiString text = Memo->GetText();
+  const int characters = text.IsEmpty() ? 0 : MultiByteToWideChar(CP_ACP, 0, text.c_str(), text.Length(), nullptr, 0);
+  txtLines->SetText(
+      Message("%s %4d %s %3d", characters_.c_str(), characters, lines_.c_str(), Memo->GetLines()->GetCount()).Text());
 }
 
 void THMultilineEditorForm::FormKeyDown(System::TObject*, WORD& key, Controls::TShiftState shift) {

@@ -23,9 +23,13 @@ class VELKIN_API THMultilineEditorForm : public Forms::TForm {
   Buttons::TBitBtn* NvOS8PushButton1 = nullptr;
   Buttons::TBitBtn* NvOS8PushButton2 = nullptr;
 
-  /// Shows the memo's length in characters (line breaks included) and lines.
+  /// Shows the memo's length in characters (line breaks included; in UTF-16
+  /// units, as the edit control counts them) and lines.
   void MemoChange(System::TObject* sender);
   void FormKeyDown(System::TObject* sender, WORD& key, Controls::TShiftState shift);
+
+ private:
+  System::AnsiString characters_, lines_;  // the counter's words
 };
 
 ///@{

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/vcl/forms/application.h"
+#include "velkin/dialogs/dialog_texts.h"
 
 VCL_COMPONENT_IMPL(THLongOperationForm, Forms::TForm, VCL_FIELD(txtText), VCL_FIELD(pbProgress), VCL_FIELD(btnAbort),
                    VCL_METHOD(FormCreate, System::TNotifyEvent), VCL_METHOD(FormHide, System::TNotifyEvent),
@@ -11,6 +12,8 @@ VCL_COMPONENT_IMPL(THLongOperationForm, Forms::TForm, VCL_FIELD(txtText), VCL_FI
 THLongOperationForm::THLongOperationForm(Classes::TComponent* owner) : TForm(owner) {
   if (Forms::TCustomForm* form = OwnerForm()) ownerEnabled_ = form->GetEnabled();
   ReadDesign();
+  SetCaption(LibraryText(dtOperation));
+  btnAbort->SetText(LibraryText(dtAbort));
   txtText->SetText("");
 }
 

@@ -13,6 +13,7 @@
 #include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/sysutils.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/dialogs/xmessagebox_seams.h"
 
 namespace {
@@ -40,7 +41,9 @@ void Check(bool ok, const char* expression, unsigned line) {
 }
 
 // Captions of ids 9001..9013; 9001 has no string-table entry.
-constexpr int FirstCaption = 9001, CaptionCount = 13, CaptionSize = 100;
+constexpr int FirstCaption = 9001, CaptionCount = 13;
+// The string-table texts of the box shown when the template cannot be had.
+constexpr int AllocationText = 1048, AllocationCaption = 1049;
 const char* const fallback[CaptionCount] = {"OK",
                                             "Cancel",
                                             "&Ignore",
@@ -69,12 +72,12 @@ struct State {
   unsigned helpContext = 0;
   short baseX = 8, baseY = 16;  // GetDialogBaseUnits: pixels to dialog units
   DLGTEMPLATE header{};
-  char captions[CaptionCount][CaptionSize] = {};
+  std::string captions[CaptionCount];
 };
 State state;
 XMessageBoxSeams seams;
 
-const char* Caption(int id) { return state.captions[id - FirstCaption]; }
+const char* Caption(int id) { return state.captions[id - FirstCaption].c_str(); }
 
 // The library's string tables, or its language satellite's when one was found.
 HINSTANCE LibraryModule() {
@@ -87,13 +90,32 @@ std::string ExecutablePath(DWORD most) {
   return path;
 }
 
+// Whole texts of any length: a fixed buffer would cut a UTF-8 program's
+// Russian caption inside a letter.
 void FillCaptions(bool builtIn) {
   for (int i = 0; i < CaptionCount; ++i) {
-    char* entry = state.captions[i];
-    if (builtIn || LoadStringA(state.module, FirstCaption + i, entry, CaptionSize) <= 0)
-      lstrcpynA(entry, fallback[i], CaptionSize);
-    entry[CaptionSize - 1] = '\0';
+    const System::AnsiString loaded =
+        builtIn ? System::AnsiString() : Sysutils::LoadStr(state.module, FirstCaption + i);
+    state.captions[i] = loaded.IsEmpty() ? fallback[i] : loaded.c_str();
   }
+}
+
+// At most most bytes of text, never ending inside a character: a letter of a
+// UTF-8 or double-byte code page cut in two would show as another character.
+std::string Cut(const std::string& text, std::size_t most) {
+  if (text.size() <= most) return text;
+  std::size_t at = 0;
+  if (GetACP() == CP_UTF8) {
+    at = most;
+    while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
+  } else {
+    for (;;) {
+      const std::size_t step = IsDBCSLeadByte(static_cast<BYTE>(text[at])) ? 2 : 1;
+      if (at + step > most) break;
+      at += step;
+    }
+  }
+  return text.substr(0, at);
 }
 
 // Characters of an 8-bit text once converted; equal to its length in
@@ -123,7 +145,7 @@ class MessageBoxTemplate {
       h.cx = h.cy = 10;
     }
     h.id = static_cast<WORD>(id);
-    item->text = text ? std::string(text).substr(0, 1023) : std::string();
+    item->text = text ? Cut(text, 1023) : std::string();
     switch (kind) {
       case KindScroll:
         h.style = 0x50000003, item->classCode = KindScroll;
@@ -220,6 +242,16 @@ int ButtonCount(unsigned set) {
 }
 
 int Width(const RECT& r) { return r.right - r.left; }
+
+// How far right the ink of text laid out in r reaches in the message font,
+// with a clear column after it: a renderer may draw past the measured end.
+int InkRight(const char* text, const RECT& r, UINT flags) {
+  const Graphics::TMeasuringDC measuring;
+  DCChanger use(measuring.get());
+  use.Select(state.font);
+  const std::wstring wide = Graphics::WideText(text, -1);
+  return Graphics::TextInkRight(measuring.get(), wide.c_str(), static_cast<int>(wide.size()), r, flags) + 1;
+}
 int Height(const RECT& r) { return r.bottom - r.top; }
 
 // Lays the box out in pixels with the message font and adds its items. The
@@ -239,6 +271,7 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
   if (iconKind) most -= cxIcon + px(16);
   RECT measured{0, 0, most, most};
   DrawTextA(dc.get(), text ? text : "", -1, &measured, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  measured.right = std::max<LONG>(measured.right, InkRight(text ? text : "", measured, DT_WORDBREAK | DT_NOPREFIX));
   RECT textRect{px(16), px(16), measured.right + px(28), measured.bottom + px(21)};
   RECT box{0, 0, Width(textRect) + px(16), std::max<LONG>(Height(textRect) + px(16), px(70))};
 
@@ -326,7 +359,9 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
     const char* label = Caption(state.askAgain ? 9010 : 9011);
     RECT r{0, 0, GetSystemMetrics(SM_CXSCREEN) / 3, px(16)};
     DrawTextA(dc.get(), label, -1, &r, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
-    const int w = r.right, checkWidth = w + w / 3;  // a third more for the box
+    const int w = std::max<int>(r.right, InkRight(label, r, DT_SINGLELINE | DT_NOPREFIX));
+    // A third more for the box, and never less than the box and its gap.
+    const int checkWidth = std::max(w + w / 3, w + GetSystemMetrics(SM_CXMENUCHECK) + px(8));
     const RECT check{px(17), row.top + px(35), checkWidth + px(17), row.top + px(51)};
     dialog.AddItem(KindCheck, CheckId, &check, label);
     row.bottom = check.bottom;
@@ -361,7 +396,7 @@ bool Prepare(OwnedFont& font, void* owner, const char* text, std::string& captio
   state.owner = owner ? static_cast<HWND>(owner) : GetDesktopWindow();
   state.module = LibraryModule();
   if (caption.empty()) caption = ExecutablePath(1024);
-  caption = caption.substr(0, 1023);
+  caption = Cut(caption, 1023);
   // A system-modal stop or exclamation box is the system's own.
   if ((style & MB_ICONHAND) && (style & MB_SYSTEMMODAL)) return false;
   FillCaptions(style & XMB_NORESOURCE);
@@ -467,7 +502,11 @@ int XMessageBox(void* owner, const char* text, const char* caption, unsigned sty
   const auto alloc = seams.Alloc ? seams.Alloc : &LocalAlloc;
   OwnedLocal memory(alloc(LHND, size));
   if (!memory) {
-    MessageBoxA(nullptr, "Memory allocation for dialog template failed.", "Allocation Failure", MB_ICONEXCLAMATION);
+    // English when the table cannot be read either.
+    const System::AnsiString text = Sysutils::LoadStr(state.module, AllocationText),
+                             caption = Sysutils::LoadStr(state.module, AllocationCaption);
+    MessageBoxA(nullptr, text.IsEmpty() ? "Memory allocation for dialog template failed." : text.c_str(),
+                caption.IsEmpty() ? "Allocation Failure" : caption.c_str(), MB_ICONEXCLAMATION);
     return IDCANCEL;
   }
   auto* buffer = static_cast<unsigned char*>(LocalLock(memory.get()));

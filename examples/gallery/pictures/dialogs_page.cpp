@@ -2,7 +2,8 @@
 // would open it, captured while it runs, and closed as a user would close it.
 // A run writes its captures under a tag of its language and screen density
 // (messagebox-ru-96.png); the sheet dialogs.png puts together what the runs
-// in each language and density have written.
+// in each language and density have written: each window in English, Russian
+// and French, and two of them on a 144-DPI screen.
 #include <objbase.h>
 #include <windows.h>
 
@@ -16,6 +17,7 @@
 #include "examples/gallery/pictures/picture_sheet.h"
 #include "examples/gallery/pictures/pictures.h"
 #include "examples/gallery/pictures/window_capture.h"
+#include "platform/pellum/filectrl.h"
 #include "platform/vcl/forms/application.h"
 #include "velkin/dialogs/hinput.h"
 #include "velkin/dialogs/hmleditor.h"
@@ -80,8 +82,8 @@ bool CaptureModal(const std::function<void()>& show, const std::function<bool(HW
   return written;
 }
 
-// The texts a caller gives the dialogs, in the run's language (code page 1251
-// for Russian).
+// The texts a caller gives the dialogs in the run's language (UTF-8 here,
+// handed over in the run's code page).
 struct Texts {
   const char* tag;
   const char* question;
@@ -89,30 +91,44 @@ struct Texts {
   const char* rename;
   const char* prompt;
   const char* progress;
+  const char* notes;
 };
 const Texts kEnglish{"en",
                      "The file \"report.txt\" already exists.\nDo you want to replace it?",
                      "Copying files",
                      "Rename",
                      "New name of the file:",
-                     "Copying report.txt"};
-const Texts kRussian{
-    "ru",
-    "\xD4\xE0\xE9\xEB \"report.txt\" \xF3\xE6\xE5 \xE5\xF1\xF2\xFC.\n\xC7\xE0\xEC\xE5\xED\xE8\xF2\xFC \xE5\xE3\xEE?",
-    "\xCA\xEE\xEF\xE8\xF0\xEE\xE2\xE0\xED\xE8\xE5",
-    "\xCF\xE5\xF0\xE5\xE8\xEC\xE5\xED\xEE\xE2\xE0\xED\xE8\xE5",
-    "\xCD\xEE\xE2\xEE\xE5 \xE8\xEC\xFF \xF4\xE0\xE9\xEB\xE0:",
-    "\xCA\xEE\xEF\xE8\xF0\xF3\xE5\xF2\xF1\xFF report.txt"};
+                     "Copying report.txt",
+                     "Velkin 1.0\n\n- message box\n- progress window\n- input dialog\n- text editor"};
+const Texts kRussian{"ru",
+                     "Файл \"report.txt\" уже есть.\nЗаменить его?",
+                     "Копирование",
+                     "Переименование",
+                     "Новое имя файла:",
+                     "Копируется report.txt",
+                     "Velkin 1.0\n\n- окно сообщения\n- окно хода работы\n- окно ввода\n- редактор текста"};
 const Texts kFrench{"fr",
-                    "Le fichier \"report.txt\" existe d\xE9j\xE0.\nVoulez-vous le remplacer ?",
+                    "Le fichier \"report.txt\" existe déjà.\nVoulez-vous le remplacer ?",
                     "Copie de fichiers",
                     "Renommer",
                     "Nouveau nom du fichier :",
-                    "Copie de report.txt"};
+                    "Copie de report.txt",
+                    "Velkin 1.0\n\n- boîte de message\n- fenêtre de progression\n- saisie\n- éditeur de texte"};
 
 const Texts& RunTexts() {
   const LANGID language = PRIMARYLANGID(GetUserDefaultUILanguage());
   return language == LANG_RUSSIAN ? kRussian : language == LANG_FRENCH ? kFrench : kEnglish;
+}
+
+// A UTF-8 text in the process's ANSI code page.
+std::string Ansi(const char* utf8) {
+  const int n = MultiByteToWideChar(CP_UTF8, 0, utf8, -1, nullptr, 0);
+  std::wstring wide(n > 0 ? n : 1, L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, utf8, -1, wide.data(), n);
+  const int size = WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, nullptr, 0, nullptr, nullptr);
+  std::string bytes(size > 0 ? size : 1, '\0');
+  WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, bytes.data(), size, nullptr, nullptr);
+  return bytes.c_str();
 }
 
 int ScreenDpi() {
@@ -120,28 +136,43 @@ int ScreenDpi() {
   return GetDeviceCaps(screen.get(), LOGPIXELSY);
 }
 
-// Puts the captures of every run that exist into one sheet, a row each.
+bool IsDirectoryDialog(HWND w) {
+  const Controls::TWinControl* control = Controls::TWinControl::FindControl(w);
+  return control && control->ClassName() == System::AnsiString("TSelectDirForm");
+}
+
+// Puts the captures of every run that exist into one sheet: a row for each
+// window, its three languages side by side, and the denser screen's row.
 bool ComposeSheet(const std::string& folder) {
-  struct Cell {
+  struct Window {
     const char* file;
-    const char* label;
+    const char* name;
   };
-  const std::vector<std::vector<Cell>> rows = {
-      {{"messagebox-en-96", "Message box, English"}, {"messagebox-ru-96", "Russian"}, {"messagebox-fr-96", "French"}},
-      {{"messagebox-en-144", "English at 144 DPI, beside 96 above"}},
-      {{"progress-ru-96", "Progress at 50 %"}, {"input-ru-96", "Input dialog"}},
-      {{"editor-ru-96", "Text editor with its counter"}},
-  };
+  const Window windows[] = {{"messagebox", "Message box"},
+                            {"progress", "Progress window at 50 %"},
+                            {"input", "Input dialog"},
+                            {"editor", "Text editor with its counter"},
+                            {"selectdir", "Directory dialog"}};
+  const struct {
+    const char* tag;
+    const char* name;
+  } languages[] = {{"en", "English"}, {"ru", "Russian"}, {"fr", "French"}};
   std::vector<std::vector<Shot>> lines;
-  for (const auto& row : rows) {
+  const auto add = [&folder](std::vector<Shot>& line, const std::string& file, const std::string& label) {
+    Shot shot{label, {}, 0, 0};
+    if (ReadPng(folder + "\\" + file + ".png", shot.bits, shot.width, shot.height)) line.push_back(std::move(shot));
+  };
+  for (const Window& w : windows) {
     std::vector<Shot> line;
-    for (const Cell& cell : row) {
-      Shot shot{cell.label, {}, 0, 0};
-      if (ReadPng(folder + "\\" + cell.file + ".png", shot.bits, shot.width, shot.height))
-        line.push_back(std::move(shot));
-    }
+    for (const auto& l : languages)
+      add(line, std::string(w.file) + "-" + l.tag + "-96",
+          &l == languages ? std::string(w.name) + ", English" : l.name);
     lines.push_back(std::move(line));
   }
+  std::vector<Shot> dense;
+  add(dense, "messagebox-en-144", "Message box at 144 DPI");
+  add(dense, "selectdir-en-144", "Directory dialog at 144 DPI");
+  lines.push_back(std::move(dense));
   return SaveShotSheet(lines, "Velkin dialogs", folder + "\\dialogs.png");
 }
 
@@ -153,18 +184,22 @@ int RenderDialogsPage(const char* folderName) {
   Forms::Application->Initialize();
   const Texts& texts = RunTexts();
   const std::string tag = std::string("-") + texts.tag + "-" + std::to_string(ScreenDpi()) + ".png";
+  const std::string question = Ansi(texts.question), caption = Ansi(texts.caption), rename = Ansi(texts.rename),
+                    prompt = Ansi(texts.prompt), progress = Ansi(texts.progress), notes = Ansi(texts.notes);
 
-  bool ok = CaptureModal(
-      [&] {
-        XMessageBox(
-            nullptr, texts.question, texts.caption,
-            MB_YESNOCANCEL | MB_ICONQUESTION | MB_HELP | XMB_YESTOALL | XMB_NOTOALL | XMB_DONOTASKAGAIN | XMB_NOSOUND,
-            0);
-      },
-      IsDialogBox, folder + "\\messagebox" + tag);
+  bool ok = true;
+  ok = CaptureModal(
+           [&] {
+             XMessageBox(nullptr, question.c_str(), caption.c_str(),
+                         MB_YESNOCANCEL | MB_ICONQUESTION | MB_HELP | XMB_YESTOALL | XMB_NOTOALL | XMB_DONOTASKAGAIN |
+                             XMB_NOSOUND,
+                         0);
+           },
+           IsDialogBox, folder + "\\messagebox" + tag) &&
+       ok;
 
   {
-    HOperation operation(nullptr, texts.progress);
+    HOperation operation(nullptr, progress.c_str());
     operation.SetProgress(50);
     operation.SetAbort(true);
     HWND window = HOperation::SharedForm()->GetHandle();
@@ -176,17 +211,25 @@ int RenderDialogsPage(const char* folderName) {
   ok = CaptureModal(
            [&] {
              System::AnsiString name = "report.txt";
-             HIputDialog(nullptr, texts.rename, texts.prompt, name);
+             HInputDialog(nullptr, rename.c_str(), prompt.c_str(), name);
            },
            IsForm<THInputForm>, folder + "\\input" + tag) &&
        ok;
 
   ok = CaptureModal(
-           [] {
-             System::AnsiString text = "Velkin 1.0\n\n- message box\n- progress window\n- input dialog\n- text editor";
+           [&] {
+             System::AnsiString text = notes.c_str();
              HTextEditor(text, nullptr, -1);
            },
            IsForm<THMultilineEditorForm>, folder + "\\editor" + tag) &&
+       ok;
+
+  ok = CaptureModal(
+           [] {
+             System::AnsiString dir = "C:\\windows";
+             Filectrl::SelectDirectory(dir, {}, 0);
+           },
+           IsDirectoryDialog, folder + "\\selectdir" + tag) &&
        ok;
 
   const bool com = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));

@@ -73,7 +73,14 @@ inline bool SameText(const AnsiString& a, const AnsiString& b) { return SameText
 ///@}
 
 /// String resource Ident from the registered modules, newest first, in the
-/// active ANSI code page; empty when no module has it.
+/// user interface language's table (English for a language without one, or
+/// whose letters the active ANSI code page cannot write), in that code page;
+/// empty when no module has it.
 VCL_API AnsiString LoadStr(int ident);
+
+/// String resource Ident of one module (instance, or the language satellite
+/// registered for it), chosen and converted as LoadStr does; empty when the
+/// module has none.
+VCL_API AnsiString LoadStr(void* instance, int ident);
 
 }  // namespace Sysutils

@@ -3,6 +3,8 @@
 /// TMeasuringDC: a device context to measure text in as the screen shows it.
 #include <windows.h>
 
+#include <string>
+
 #include "platform/vcl/core/vcl_api.h"
 
 namespace Graphics {
@@ -24,5 +26,20 @@ class VCL_API TMeasuringDC {
  private:
   HDC dc_;
 };
+
+/// How far right the ink of text reaches when DrawTextW draws it with flags
+/// in dc's font into laidOut (the rectangle DT_CALCRECT gave): one past the
+/// last column with ink, counted from laidOut.left; 0 when nothing is inked.
+/// A renderer may place glyphs further apart than it measures them (this
+/// Wine's monochrome glyphs by up to two pixels a letter), so a box as wide as
+/// the measured text can cut its last letter; this is what it must hold. dc
+/// is a memory context (a TMeasuringDC's) with nothing but its own bitmap
+/// selected; it is given back as it was.
+VCL_API int TextInkRight(HDC dc, const wchar_t* text, int length, const RECT& laidOut, UINT flags);
+
+/// An 8-bit text of the active ANSI code page as UTF-16, for drawing and
+/// measuring through the wide functions: under Wine the 8-bit GDI functions
+/// read a UTF-8 program's text as a single-byte code page.
+VCL_API std::wstring WideText(const char* text, int length);
 
 }  // namespace Graphics

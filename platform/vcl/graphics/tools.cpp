@@ -3,6 +3,8 @@
 #include <atomic>
 #include <mutex>
 
+#include "platform/ostrel/dc_changer.h"
+#include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/typinfo.h"
 #include "platform/vcl/graphics/brush.h"
 #include "platform/vcl/graphics/font.h"
@@ -159,6 +161,51 @@ TMeasuringDC::TMeasuringDC() {
 }
 
 TMeasuringDC::~TMeasuringDC() { MeasuringLock().unlock(); }
+
+std::wstring WideText(const char* text, int length) {
+  if (!text || length == 0) return std::wstring();
+  const int n = MultiByteToWideChar(CP_ACP, 0, text, length, nullptr, 0);
+  std::wstring wide(n > 0 ? n : 0, L'\0');
+  if (n > 0) MultiByteToWideChar(CP_ACP, 0, text, length, wide.data(), n);
+  if (length < 0 && !wide.empty()) wide.pop_back();  // the terminator
+  return wide;
+}
+
+int TextInkRight(HDC dc, const wchar_t* text, int length, const RECT& laidOut, UINT flags) {
+  const int width = laidOut.right - laidOut.left, height = laidOut.bottom - laidOut.top;
+  if (!dc || !text || length == 0 || width <= 0 || height <= 0) return 0;
+  TEXTMETRICA metrics{};
+  GetTextMetricsA(dc, &metrics);
+  // Room for the ink past the measured end; more is tried when it reaches the edge.
+  int room = width + width / 2 + 2 * metrics.tmMaxCharWidth + 8;
+  for (int tries = 0; tries < 4; ++tries, room *= 2) {
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), room, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const OwnedBitmap canvas(CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!canvas || !bits) return width;
+    int right = 0;
+    {
+      DCChanger use(dc);
+      use.Select(canvas.get());
+      use.SetTextColor(RGB(0, 0, 0));
+      use.SetBkMode(TRANSPARENT);
+      PatBlt(dc, 0, 0, room, height, WHITENESS);
+      RECT at{0, 0, width, height};
+      DrawTextW(dc, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
+      GdiFlush();
+      const auto* pixels = static_cast<const DWORD*>(bits);
+      for (int x = room - 1; x >= 0 && !right; --x)
+        for (int y = 0; y < height; ++y)
+          if ((pixels[y * room + x] & 0xFFFFFF) != 0xFFFFFF) {
+            right = x + 1;
+            break;
+          }
+    }
+    if (right < room) return right;
+  }
+  return room / 2;
+}
 
 // ---- TFont
 

@@ -1,5 +1,8 @@
 #include "platform/vcl/stdctrls/std_label.h"
 
+#include <algorithm>
+#include <string>
+
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/typinfo.h"
@@ -34,21 +37,33 @@ void TCustomLabel::Paint(HDC dc) {
   state.SetBkMode(TRANSPARENT);
   state.SetTextColor(GetEnabled() ? static_cast<COLORREF>(Graphics::ColorToRGB(GetFont()->GetColor()))
                                   : GetSysColor(COLOR_GRAYTEXT));
-  DrawTextA(dc, text.c_str(), text.Length(), &r, DrawFlags());
+  // Laid out in the room it was measured in (the same line breaks, the same
+  // place for a right or centred text); the margin holds the ink that a
+  // renderer draws past the measured end, which the rectangle would cut.
+  r.right -= margin_;
+  const std::wstring wide = Graphics::WideText(text.c_str(), text.Length());
+  DrawTextW(dc, wide.c_str(), static_cast<int>(wide.size()), &r, DrawFlags() | (margin_ ? DT_NOCLIP : 0));
 }
 
 void TCustomLabel::AdjustSize() {
+  if (!autoSize_) margin_ = 0;
   if (!autoSize_ || GetComponentState().Contains(Classes::csLoading)) return;
   const AnsiString text = GetText();
+  const std::wstring shown = text.IsEmpty() ? L" " : Graphics::WideText(text.c_str(), text.Length());
+  const int length = static_cast<int>(shown.size());
+  const UINT flags = DrawFlags() & ~(DT_VCENTER | DT_BOTTOM);
   RECT r{0, 0, wordWrap_ ? GetWidth() : 0, 0};
+  int ink = 0;
   {
     const Graphics::TMeasuringDC measuring;
     DCChanger state(measuring.get());
     state.Select(FontHandle());
-    DrawTextA(measuring.get(), text.IsEmpty() ? " " : text.c_str(), text.IsEmpty() ? 1 : text.Length(), &r,
-              (DrawFlags() & ~(DT_VCENTER | DT_BOTTOM)) | DT_CALCRECT);
+    DrawTextW(measuring.get(), shown.c_str(), length, &r, flags | DT_CALCRECT);
+    ink = Graphics::TextInkRight(measuring.get(), shown.c_str(), length, r, flags);
   }
-  SetBounds(GetLeft(), GetTop(), r.right - r.left, r.bottom - r.top);
+  // Wide enough for the ink as drawn, with a clear column at the edge.
+  margin_ = std::max(0, ink + 1 - static_cast<int>(r.right - r.left));
+  SetBounds(GetLeft(), GetTop(), r.right - r.left + margin_, r.bottom - r.top);
 }
 
 void TCustomLabel::Loaded() {

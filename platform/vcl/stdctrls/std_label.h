@@ -16,7 +16,9 @@ enum TTextLayout { tlTop, tlCenter, tlBottom };
 VCL_ENUM_INFO(TTextLayout, tlTop, tlCenter, tlBottom)
 
 /// A label: its caption drawn in the parent's font, '&' underlining the
-/// next letter. AutoSize (on by default) fits the label to its text.
+/// next letter. AutoSize (on by default) fits the label to its text as it is
+/// drawn: as wide as the text's ink reaches, measured or not, and one column
+/// more, so that no renderer cuts its last letter.
 class VCL_API TCustomLabel : public Controls::TGraphicControl {
   VCL_CLASS();
 
@@ -57,6 +59,7 @@ class VCL_API TCustomLabel : public Controls::TGraphicControl {
   bool transparent_ = false;
   bool autoSize_ = true;
   bool wordWrap_ = false;
+  int margin_ = 0;  // room AdjustSize gave past the measured text, for its ink
   Controls::TWinControl* focusControl_ = nullptr;
 };
 

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "tests/platform/pellum/select_dir_driver.h"
+#include "tests/velkin/dialogs/text_fit.h"
+#include "tests/velkin/resources/string_texts.h"
 
 namespace {
 
@@ -92,6 +94,73 @@ TEST(Filectrl, SelectDirectoryAsAUserDrivesIt) {
   EXPECT_EQ(alpha, std::string(dir.c_str()));
 
   for (const char* d : {"\\made\\deeper", "\\made", "\\alpha", "\\beta", ""}) RemoveDirectoryA((base + d).c_str());
+}
+
+// The dialog's texts from the package's string tables in the screen's
+// language, whole at its density; the question about a missing directory too.
+TEST(Filectrl, TextsInTheScreensLanguage) {
+  using string_texts::Shown;
+  const auto text = [](HWND w) {
+    wchar_t t[512] = {};
+    GetWindowTextW(w, t, 512);
+    return std::wstring(t);
+  };
+  struct Seen {
+    const char* what;
+    int id;
+    std::wstring text;
+  };
+  std::vector<Seen> seen;
+  std::vector<std::string> clipped;
+  const auto read = [&] {
+    Forms::TCustomForm* d = Dialog();
+    if (!d) return false;
+    seen.push_back({"caption", 2001, text(d->GetHandle())});
+    const struct {
+      const char* name;
+      int id;
+    } parts[] = {
+        {"NameLabel", 2002}, {"FoldersLabel", 2003}, {"DrivesLabel", 2004}, {"OkButton", 2005}, {"CancelButton", 2006}};
+    for (const auto& p : parts) {
+      auto* c = Part<Controls::TControl>(p.name);
+      const std::string bytes = c ? c->GetText().c_str() : "(none)";
+      wchar_t wide[256];
+      const int n = MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()), wide, 256);
+      seen.push_back({p.name, p.id, std::wstring(wide, n)});
+    }
+    clipped = text_fit::Clipped(d);
+    if (auto* ok = Part<Controls::TWinControl>("OkButton");
+        !ok || !(GetWindowLongA(ok->GetHandle(), GWL_STYLE) & BS_DEFPUSHBUTTON))
+      clipped.push_back("OkButton: not the default button");
+    return true;
+  };
+  const auto question = [&] {
+    HWND box = MessageBoxWindow();
+    if (!box) return false;
+    seen.push_back({"question's caption", 2008, text(box)});
+    std::wstring message;
+    for (HWND c = GetWindow(box, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT))
+      if (text(c).find(L"velkin_missing") != std::wstring::npos) message = text(c);
+    seen.push_back({"question", 2007, message});
+    PostMessageA(box, WM_COMMAND, IDNO, 0);
+    return true;
+  };
+  AnsiString dir = Temp("").c_str();
+  const std::string missing = dir.c_str() + std::string("\\velkin_missing");
+  EXPECT_FALSE(
+      RunDialog(dir, {Filectrl::sdAllowCreate, Filectrl::sdPrompt},
+                {Opened(), read, Type(missing), Press("OkButton"), question, Opened(), Press("CancelButton")}));
+  EXPECT_FALSE(timedOut) << "the script stopped at step " << next;
+  ASSERT_EQ(8u, seen.size());
+  for (const Seen& s : seen) {
+    std::wstring expected = Shown(s.id);
+    if (const size_t at = expected.find(L"%s"); at != std::wstring::npos)
+      expected.replace(at, 2, std::wstring(missing.begin(), missing.end()));
+    EXPECT_EQ(expected, s.text) << s.what;
+    EXPECT_EQ("", string_texts::Misread(s.text, string_texts::Column())) << s.what;
+  }
+  for (const std::string& c : clipped) ADD_FAILURE() << c;
+  RemoveDirectoryA(Temp("").c_str());
 }
 
 }  // namespace

@@ -179,8 +179,8 @@ TEST(Ask, NoBoxShownAnswersNoOrCancel) {
   const Seen first = Answer([&] { yes = AskYesNo(nullptr, "Delete?"); }, false, IDOK);
   const Seen second = Answer([&] { answer = AskYesNoCancel(nullptr, "Delete?"); }, false, IDOK);
   XMessageBoxSetSeams({});
-  EXPECT_EQ(L"Allocation Failure", first.caption);
-  EXPECT_EQ(L"Allocation Failure", second.caption);
+  EXPECT_EQ(string_texts::Shown(1049), first.caption);
+  EXPECT_EQ(string_texts::Shown(1049), second.caption);
   EXPECT_FALSE(yes);
   EXPECT_EQ(IDCANCEL, answer);
 }

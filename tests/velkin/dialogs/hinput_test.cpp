@@ -10,6 +10,7 @@
 #include "platform/vcl/forms/application.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
+#include "tests/velkin/resources/string_texts.h"
 
 namespace {
 
@@ -70,18 +71,23 @@ TEST(HInputDialog, AsAUserAnswersIt) {
   }
 }
 
-// The designed dialog in the language and at the density of the screen.
+// The designed dialog: its texts from the string tables in the language of
+// the screen, fitting at its density.
 TEST(HInputDialog, TheDesignedDialog) {
   Forms::Application->Initialize();
   THInputForm form(nullptr);
   form.Show();
   EXPECT_EQ(Forms::bsDialog, form.GetBorderStyle());
   EXPECT_FALSE(GetWindowLongA(form.GetHandle(), GWL_STYLE) & WS_SYSMENU) << "no border icons";
-  char close[32] = {};
-  GetWindowTextA(form.Button1->GetHandle(), close, sizeof close);
-  EXPECT_EQ("\xC7\xE0\xEA\xF0\xFB\xF2\xFC", std::string(close)) << "Russian in code page 1251, byte for byte";
-  if (GetACP() == 1251) {
-    EXPECT_EQ(L"\u0417\u0430\u043a\u0440\u044b\u0442\u044c", Text(form.Button1->GetHandle()));
+  const struct {
+    const char* what;
+    Controls::TWinControl* control;
+    int id;
+  } texts[] = {{"OK", form.Button2, 1042}, {"Close", form.Button1, 1043}};
+  for (const auto& t : texts) {
+    const std::wstring shown = Text(t.control->GetHandle());
+    EXPECT_EQ(string_texts::Shown(t.id), shown) << t.what;
+    EXPECT_EQ("", string_texts::Misread(shown, string_texts::Column())) << t.what;
   }
   EXPECT_TRUE(GetWindowLongA(form.Button2->GetHandle(), GWL_STYLE) & BS_DEFPUSHBUTTON);
   // OK left of Close, in proportion to the design (85 wide, 5 apart).

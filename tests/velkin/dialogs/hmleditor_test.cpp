@@ -12,6 +12,7 @@
 #include "platform/vcl/forms/application.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
+#include "tests/velkin/resources/string_texts.h"
 
 namespace {
 
@@ -22,15 +23,21 @@ THMultilineEditorForm* Open(HWND w) {
 }
 bool IsEditor(HWND w) { return Open(w) != nullptr; }
 
-// "Characters: %4d Lines: %3d" as the form shows it (code page 1251).
+std::wstring Wide(const std::string& bytes) {
+  wchar_t wide[256];
+  return std::wstring(wide, MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()), wide, 256));
+}
+
+// The counter as the form shows it: the tables' words in the screen's language.
 std::string Counter(int characters, int lines) {
-  char text[64];
-  snprintf(text, sizeof text, "\xD1\xE8\xEC\xE2\xEE\xEB\xEE\xE2: %4d \xD1\xF2\xF0\xEE\xEA: %3d", characters, lines);
-  return text;
+  char numbers[2][16];
+  snprintf(numbers[0], sizeof numbers[0], " %4d ", characters);
+  snprintf(numbers[1], sizeof numbers[1], " %3d", lines);
+  return string_texts::Loaded(1046) + numbers[0] + string_texts::Loaded(1047) + numbers[1];
 }
 
 struct Seen {
-  std::wstring caption;
+  std::wstring caption, okText, closeText;
   int lines = -1;
   LRESULT limit = 0;
   std::string counter, counterAfter;
@@ -47,6 +54,8 @@ Seen Drive(const std::function<bool()>& open, const std::string& typed, Finish f
     THMultilineEditorForm* form = Open(w);
     HWND memo = form->Memo->GetHandle();
     seen.caption = Text(w);
+    seen.okText = Text(form->NvOS8PushButton1->GetHandle());
+    seen.closeText = Text(form->NvOS8PushButton2->GetHandle());
     seen.lines = static_cast<int>(SendMessageA(memo, EM_GETLINECOUNT, 0, 0));
     seen.limit = SendMessageA(memo, EM_GETLIMITTEXT, 0, 0);
     seen.counter = form->txtLines->GetText().c_str();
@@ -76,7 +85,7 @@ Seen Drive(const std::function<bool()>& open, const std::string& typed, Finish f
 
 TEST(HTextEditor, TextInAndOut) {
   Forms::Application->Initialize();
-  const std::wstring designed = L"\u0420\u0435\u0434\u0430\u043a\u0442\u043e\u0440";
+  const std::wstring designed = string_texts::Shown(1044);
   const struct {
     const char* what;
     const char* text;
@@ -94,21 +103,27 @@ TEST(HTextEditor, TextInAndOut) {
       {"CR LF comes back as LF", "a\r\nb\r\nc", nullptr, 100, "", OkButton, true, "a\nb\nc", 3, 7},
       {"Enter is a line break in the memo", "end", "", -1, "x\n", CtrlEnter, true, "x\nend", 1, 3},
       {"Escape leaves the text alone", "keep", "Notes", 10, "zz", Escape, false, "keep", 1, 4},
+      {"letters counted, not bytes", "«a»", "Notes", -1, "", OkButton, true, "«a»", 1, 3},
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.what);
-    System::AnsiString text = r.text;
+    // UTF-8 here, in the program's code page there.
+    System::AnsiString text = string_texts::InCodePage(r.text, GetACP()).c_str();
     bool result = false;
     const Seen seen = Drive([&] { return HTextEditor(text, r.caption, r.maxLength); }, r.typed, r.finish, result);
     EXPECT_EQ(r.result, result);
-    EXPECT_EQ(std::string(r.after), text.c_str());
+    EXPECT_EQ(string_texts::InCodePage(r.after, GetACP()), text.c_str());
     EXPECT_EQ(r.lines, seen.lines);
     EXPECT_EQ(Counter(r.characters, r.lines), seen.counter);
     if (*r.typed) {
       EXPECT_NE(seen.counter, seen.counterAfter) << "the counter follows typing";
     }
     EXPECT_EQ(r.caption && *r.caption ? std::wstring(r.caption, r.caption + strlen(r.caption)) : designed,
-              GetACP() == 1251 || (r.caption && *r.caption) ? seen.caption : designed);
+              seen.caption);
+    EXPECT_EQ(string_texts::Shown(1045), seen.okText);
+    EXPECT_EQ(string_texts::Shown(1043), seen.closeText);
+    for (const std::wstring& text : {seen.caption, seen.okText, seen.closeText, Wide(seen.counter)})
+      EXPECT_EQ("", string_texts::Misread(text, string_texts::Column())) << "in the language's own letters";
     if (r.maxLength >= 0) {
       EXPECT_EQ(r.maxLength, seen.limit);
     } else {

@@ -13,7 +13,9 @@
 
 #include "platform/ostrel/ioerror.h"
 #include "platform/vcl/forms/application.h"
+#include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
+#include "tests/velkin/resources/string_texts.h"
 #include "velkin/dialogs/hoperation_form.h"
 
 namespace {
@@ -101,8 +103,8 @@ TEST(HOperation, OneWindowSharedByEveryHolderAndLaidOutByWhatItShows) {
   EXPECT_EQ(nullptr, Shared());
 }
 
-// The designed window: a tool window of its own, its texts kept byte for
-// byte (Russian in code page 1251), none clipped at the screen's density.
+// The designed window: a tool window of its own, its texts from the string
+// tables in the screen's language, none clipped at the screen's density.
 TEST(HOperation, TheDesignedWindow) {
   Forms::Application->Initialize();
   HOperation op(nullptr, "Reading the archive");
@@ -114,18 +116,15 @@ TEST(HOperation, TheDesignedWindow) {
   EXPECT_TRUE(GetWindowLongA(w, GWL_EXSTYLE) & WS_EX_TOOLWINDOW);
   EXPECT_EQ(nullptr, GetWindow(w, GW_OWNER)) << "a window of its own";
   EXPECT_EQ(Graphics::clWindow, f->GetColor());
-  char caption[64] = {}, button[64] = {};
-  GetWindowTextA(w, caption, sizeof caption);
-  GetWindowTextA(f->btnAbort->GetHandle(), button, sizeof button);
-  EXPECT_EQ("\xC2\xFB\xEF\xEE\xEB\xED\xFF\xE5\xF2\xF1\xFF \xEE\xEF\xE5\xF0\xE0\xF6\xE8\xFF...", std::string(caption));
-  EXPECT_EQ("\xCF\xF0\xE5\xF0\xE2\xE0\xF2\xFC", std::string(button));
-  if (GetACP() == 1251) {
-    wchar_t wide[64] = {};
-    GetWindowTextW(w, wide, 64);
-    EXPECT_EQ(
-        L"\u0412\u044b\u043f\u043e\u043b\u043d\u044f\u0435\u0442\u0441\u044f "
-        L"\u043e\u043f\u0435\u0440\u0430\u0446\u0438\u044f...",
-        std::wstring(wide));
+  const struct {
+    const char* what;
+    HWND window;
+    int id;
+  } texts[] = {{"caption", w, 1040}, {"abort button", f->btnAbort->GetHandle(), 1041}};
+  for (const auto& t : texts) {
+    const std::wstring shown = dialog_watcher::Text(t.window);
+    EXPECT_EQ(string_texts::Shown(t.id), shown) << t.what;
+    EXPECT_EQ("", string_texts::Misread(shown, string_texts::Column())) << t.what;
   }
   EXPECT_EQ(30, SendMessageA(f->pbProgress->GetHandle(), PBM_GETPOS, 0, 0));
   for (const std::string& c : text_fit::Clipped(f)) ADD_FAILURE() << c;

@@ -13,6 +13,7 @@
 
 #include "platform/ostrel/owned_handle.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
+#include "tests/velkin/dialogs/text_fit.h"
 #include "tests/velkin/resources/string_texts.h"
 #include "velkin/dialogs/xmessagebox_seams.h"
 
@@ -186,6 +187,16 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
     EXPECT_EQ(L"Copy the folder and everything in it?", t.items[icon ? 1 : 0].text);
   }
 
+  // Texts past 1023 bytes are cut between letters: a UTF-8 program's two-byte
+  // letter is never cut in two.
+  const std::string letter = string_texts::InCodePage("«", GetACP());
+  std::string longText;
+  for (int i = 0; i < 1100; ++i) longText += letter;
+  const Template cut = Read(XMessageBoxTemplate(longText.c_str(), longText.c_str(), MB_OK | XMB_NORESOURCE));
+  ASSERT_FALSE(cut.items.empty());
+  EXPECT_EQ(std::wstring(1023 / letter.size(), L'\u00AB'), cut.caption) << "the caption";
+  EXPECT_EQ(std::wstring(1023 / letter.size(), L'\u00AB'), cut.items[0].text) << "the text";
+
   // The system's own box for a system-modal stop or exclamation: no template.
   EXPECT_TRUE(XMessageBoxTemplate(text, "x", MB_SYSTEMMODAL | MB_ICONSTOP).empty());
   EXPECT_TRUE(XMessageBoxTemplate(text, "x", MB_SYSTEMMODAL | MB_ICONEXCLAMATION | MB_YESNO).empty());
@@ -341,14 +352,13 @@ TEST(XMessageBox, SystemBoxForSystemModalStopsAndWhenMemoryFails) {
     const char* what;
     unsigned style;
     bool failMemory;
-    const wchar_t* caption;
-    const wchar_t* text;
+    std::wstring caption;
+    std::wstring text;
     int result;
   } const rows[] = {
       {"system-modal stop", MB_SYSTEMMODAL | MB_ICONSTOP | MB_OKCANCEL, false, L"Stop", L"Halt", IDOK},
       {"system-modal exclamation", MB_SYSTEMMODAL | MB_ICONEXCLAMATION, false, L"Stop", L"Halt", IDOK},
-      {"no memory for the template", MB_YESNO, true, L"Allocation Failure",
-       L"Memory allocation for dialog template failed.", IDCANCEL},
+      {"no memory for the template", MB_YESNO, true, string_texts::Shown(1049), string_texts::Shown(1048), IDCANCEL},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
@@ -412,11 +422,12 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
         std::wstring text;
         RECT client, extent, placed;
         LOGFONTA font;
+        int ink;  // the text's last inked column drawn whole from the left, -1 for none
       };
       std::vector<Shown> shown;
       Watcher watcher([&](HWND w) {
         for (HWND c = GetWindow(w, GW_CHILD); c; c = GetWindow(c, GW_HWNDNEXT)) {
-          Shown s{GetDlgCtrlID(c), Text(c), {}, {}, RectIn(c), {}};
+          Shown s{GetDlgCtrlID(c), Text(c), {}, {}, RectIn(c), {}, -1};
           GetClientRect(c, &s.client);
           const HFONT font = reinterpret_cast<HFONT>(SendMessageA(c, WM_GETFONT, 0, 0));
           GetObjectA(font, sizeof s.font, &s.font);
@@ -425,6 +436,9 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
           DrawTextW(display.get(), s.text.c_str(), -1, &s.extent,
                     DT_CALCRECT | (s.id == 1001 ? DT_WORDBREAK : DT_SINGLELINE));
           SelectObject(display.get(), old);
+          if (s.id == 1001 || s.id == 5555)
+            s.ink = text_fit::TextInkRight(font, s.text, s.client.right, s.client.bottom,
+                                           s.id == 1001 ? DT_WORDBREAK | DT_EXPANDTABS : DT_SINGLELINE);
           shown.push_back(s);
         }
         Click(w, row.texts.front().first);
@@ -452,6 +466,9 @@ TEST(XMessageBox, TextsInTheScreensLanguageFitAtItsDensity) {
         const int frame = s.id == 5555 ? GetSystemMetrics(SM_CXMENUCHECK) + Px(4) : s.id == 1001 ? 0 : Px(6);
         EXPECT_LE(s.extent.right - s.extent.left + frame, s.client.right) << "text width";
         EXPECT_LE(s.extent.bottom - s.extent.top, s.client.bottom) << "text height";
+        if (s.id == 1001 || s.id == 5555) {
+          EXPECT_LT(s.ink + frame, s.client.right - 1) << "the text's ink as drawn, clear of the last column";
+        }
         if (s.id < 1000) buttons.push_back(s.placed);
       }
       // In proportion to within one dialog unit: the template places controls in

@@ -94,6 +94,8 @@ TEST(VclPackage, NonPackagesAndMissingFilesRaise) {
 
 constexpr int kShared = 100;   // in the package (English) and the satellite (French)
 constexpr int kPackage = 101;  // only in the package
+constexpr int kUnwritable =
+    200;  // in the satellite (a string block of its own): French with a Cyrillic letter, English
 
 TEST(VclResources, LoadStrSearchesRegisteredModulesNewestFirst) {
   HMODULE pkg = LoadLibraryA("vclfix_pkg.dll");
@@ -125,12 +127,12 @@ TEST(VclResources, LoadStrSearchesRegisteredModulesNewestFirst) {
 // so the child is started as a Unix command: env sets LC_ALL, wine runs the
 // probe. Such a child has no process handle; its output file appears by a
 // rename when it is complete.
-std::string RunProbe(const char* locale, const std::string& dir) {
+std::string RunProbe(const char* locale, const std::string& dir, int id = kShared) {
   char cwd[MAX_PATH];
   GetCurrentDirectoryA(MAX_PATH, cwd);
   const std::string out = dir + "\\probe.txt";  // app.dll itself need not exist
   std::string cmd = std::string("/usr/bin/env LC_ALL=") + locale + " LANGUAGE= wine \"" + cwd +
-                    "\\vclfix_langprobe.exe\" \"" + dir + "\\app.dll\" " + std::to_string(kShared) + " \"" + out + "\"";
+                    "\\vclfix_langprobe.exe\" \"" + dir + "\\app.dll\" " + std::to_string(id) + " \"" + out + "\"";
   DeleteFileA(out.c_str());
   STARTUPINFOA si{};
   si.cb = sizeof si;
@@ -158,6 +160,8 @@ TEST(VclResources, SatelliteFollowsTheUiLanguageOfAChildProcess) {
   CreateDirectoryA(dir.c_str(), nullptr);
   ASSERT_TRUE(CopyFileA("vclfix_res.dll", files[0].c_str(), FALSE));
   EXPECT_EQ("ui=040C found=1 text=Texte du satellite", RunProbe("fr_FR.UTF-8", dir)) << "three-letter name";
+  EXPECT_EQ("ui=040C found=1 text=Retry", RunProbe("fr_FR.UTF-8", dir, kUnwritable))
+      << "a text the code page cannot write gives way to the English one";
   EXPECT_EQ("ui=0419 found=0 text=", RunProbe("ru_RU.UTF-8", dir)) << "no Russian satellite yet";
   ASSERT_TRUE(CopyFileA("vclfix_res.dll", files[1].c_str(), FALSE));
   EXPECT_EQ("ui=0419 found=1 text=Texte du satellite", RunProbe("ru_RU.UTF-8", dir)) << "two-letter name";

@@ -13,6 +13,7 @@
 #include "platform/vcl/core/filer.h"
 #include "platform/vcl/forms/application.h"
 #include "platform/vcl/forms/forms.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "platform/vcl/stdctrls/std_buttons.h"
 #include "platform/vcl/stdctrls/std_edits.h"
 #include "platform/vcl/stdctrls/std_label.h"
@@ -137,7 +138,8 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
     {
       DCChanger use(screen.get());
       use.Select(c->GetFont()->GetHandle());
-      DrawTextA(screen.get(), text.c_str(), static_cast<int>(text.size()), &extent,
+      // Wide, as the controls draw: Wine's 8-bit GDI reads bytes in a code page of its own.
+      DrawTextW(screen.get(), Graphics::WideText(text.c_str(), static_cast<int>(text.size())).c_str(), -1, &extent,
                 DT_CALCRECT | (edit || combo ? DT_NOPREFIX : 0));
     }
     if (autoSized) {
