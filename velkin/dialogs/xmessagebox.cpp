@@ -247,10 +247,9 @@ int Width(const RECT& r) { return r.right - r.left; }
 // with a clear column after it: a renderer may draw past the measured end.
 int InkRight(const char* text, const RECT& r, UINT flags) {
   const Graphics::TMeasuringDC measuring;
-  DCChanger use(measuring.get());
-  use.Select(state.font);
+  measuring.UseFont(state.font);
   const std::wstring wide = Graphics::WideText(text, -1);
-  return Graphics::TextInkRight(measuring.get(), wide.c_str(), static_cast<int>(wide.size()), r, flags) + 1;
+  return measuring.InkRight(wide.c_str(), static_cast<int>(wide.size()), r, flags) + 1;
 }
 int Height(const RECT& r) { return r.bottom - r.top; }
 

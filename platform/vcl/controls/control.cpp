@@ -5,6 +5,7 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/controls/win_control.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Controls {
 
@@ -27,7 +28,9 @@ HFONT MessageFont() {
     // Texts drawn in it are 8-bit in the process's code page, whatever the
     // system's own charset for the font is.
     metrics.lfMessageFont.lfCharSet = DEFAULT_CHARSET;
-    return OwnedFont(CreateFontIndirectA(&metrics.lfMessageFont));
+    OwnedFont made(CreateFontIndirectA(&metrics.lfMessageFont));
+    Graphics::TMeasuringDC::SetLastingFont(made.get());
+    return made;
   }();
   return font.get();
 }

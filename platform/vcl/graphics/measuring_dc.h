@@ -22,20 +22,25 @@ class VCL_API TMeasuringDC {
   TMeasuringDC(const TMeasuringDC&) = delete;
   TMeasuringDC& operator=(const TMeasuringDC&) = delete;
   HDC get() const { return dc_; }
+  /// Selects font to measure in, for this lending; selecting costs more than
+  /// measuring, so the lasting font stays selected between lendings.
+  void UseFont(HFONT font) const;
+  /// A font that lives as long as the process (the message font every
+  /// control starts with), which may stay selected.
+  static void SetLastingFont(HFONT font);
+
+  /// How far right the ink of text reaches when DrawTextW draws it with flags
+  /// in the font selected now into laidOut (the rectangle DT_CALCRECT gave):
+  /// one past the last column with ink, counted from laidOut.left; 0 when
+  /// nothing is inked. A renderer may place glyphs further apart than it
+  /// measures them (this Wine's monochrome glyphs by up to two pixels a
+  /// letter), so a box as wide as the measured text can cut its last letter;
+  /// this is what it must hold. Drawn on a bitmap the context keeps selected.
+  int InkRight(const wchar_t* text, int length, const RECT& laidOut, UINT flags) const;
 
  private:
   HDC dc_;
 };
-
-/// How far right the ink of text reaches when DrawTextW draws it with flags
-/// in dc's font into laidOut (the rectangle DT_CALCRECT gave): one past the
-/// last column with ink, counted from laidOut.left; 0 when nothing is inked.
-/// A renderer may place glyphs further apart than it measures them (this
-/// Wine's monochrome glyphs by up to two pixels a letter), so a box as wide as
-/// the measured text can cut its last letter; this is what it must hold. dc
-/// is a memory context (a TMeasuringDC's) with nothing but its own bitmap
-/// selected; it is given back as it was.
-VCL_API int TextInkRight(HDC dc, const wchar_t* text, int length, const RECT& laidOut, UINT flags);
 
 /// An 8-bit text of the active ANSI code page as UTF-16, for drawing and
 /// measuring through the wide functions: under Wine the 8-bit GDI functions

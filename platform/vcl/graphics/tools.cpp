@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 
@@ -148,19 +149,110 @@ void TBrush::Assign(Classes::TPersistent* source) {
 // ---- TMeasuringDC
 
 namespace {
-std::mutex& MeasuringLock() {
-  static std::mutex lock;
-  return lock;
+
+// The one measuring context, and the 32-bit bitmap it keeps selected to draw
+// ink on: making and selecting a bitmap costs more than the drawing.
+struct Measuring {
+  std::mutex lock;
+  OwnedMemoryDC dc{CreateCompatibleDC(nullptr)};
+  OwnedBitmap canvas;
+  HGDIOBJ original = nullptr;
+  HGDIOBJ originalFont = nullptr;
+  HFONT font = nullptr;  // selected by UseFont
+  HFONT lasting = nullptr;
+  const DWORD* bits = nullptr;
+  int width = 0, height = 0;
+
+  ~Measuring() {
+    if (original) SelectObject(dc.get(), original);  // so that the bitmap can go
+    if (originalFont) SelectObject(dc.get(), originalFont);
+  }
+  // A canvas of at least w x h, selected.
+  bool Reserve(int w, int h) {
+    if (canvas && w <= width && h <= height) return true;
+    w = std::max(w, width);
+    h = std::max(h, height);
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), w, -h, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* pixels = nullptr;
+    OwnedBitmap made(CreateDIBSection(dc.get(), &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
+    if (!made || !pixels) return false;
+    const HGDIOBJ was = SelectObject(dc.get(), made.get());
+    if (!original) original = was;
+    canvas = std::move(made);
+    bits = static_cast<const DWORD*>(pixels);
+    width = w;
+    height = h;
+    return true;
+  }
+};
+
+Measuring& TheMeasuring() {
+  static Measuring measuring;
+  return measuring;
 }
+
 }  // namespace
 
 TMeasuringDC::TMeasuringDC() {
-  MeasuringLock().lock();
-  static const OwnedMemoryDC dc(CreateCompatibleDC(nullptr));
-  dc_ = dc.get();
+  Measuring& m = TheMeasuring();
+  m.lock.lock();
+  dc_ = m.dc.get();
 }
 
-TMeasuringDC::~TMeasuringDC() { MeasuringLock().unlock(); }
+// A font other than the lasting one goes out again: its owner may delete it.
+TMeasuringDC::~TMeasuringDC() {
+  Measuring& m = TheMeasuring();
+  if (m.font && m.font != m.lasting) {
+    SelectObject(dc_, m.originalFont);
+    m.font = nullptr;
+  }
+  m.lock.unlock();
+}
+
+void TMeasuringDC::UseFont(HFONT font) const {
+  Measuring& m = TheMeasuring();
+  if (!font || font == m.font) return;
+  const HGDIOBJ was = SelectObject(dc_, font);
+  if (!m.originalFont) m.originalFont = was;
+  m.font = font;
+}
+
+void TMeasuringDC::SetLastingFont(HFONT font) {
+  const TMeasuringDC lend;
+  TheMeasuring().lasting = font;
+}
+
+int TMeasuringDC::InkRight(const wchar_t* text, int length, const RECT& laidOut, UINT flags) const {
+  const int width = laidOut.right - laidOut.left, height = laidOut.bottom - laidOut.top;
+  if (!text || length == 0 || width <= 0 || height <= 0) return 0;
+  Measuring& m = TheMeasuring();
+  TEXTMETRICA metrics{};
+  GetTextMetricsA(dc_, &metrics);
+  // Room for the ink past the measured end; more is tried when it reaches the edge.
+  int room = width + width / 2 + 2 * metrics.tmMaxCharWidth + 8;
+  for (int tries = 0; tries < 4; ++tries, room *= 2) {
+    if (!m.Reserve(room, height)) return width;
+    DCChanger use(dc_);
+    use.SetTextColor(RGB(0, 0, 0));
+    use.SetBkMode(TRANSPARENT);
+    PatBlt(dc_, 0, 0, room, height, WHITENESS);
+    RECT at{0, 0, width, height};
+    DrawTextW(dc_, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
+    GdiFlush();
+    int right = 0;
+    for (int y = 0; y < height; ++y) {
+      const DWORD* row = m.bits + static_cast<size_t>(y) * m.width;
+      for (int x = room - 1; x >= right; --x)
+        if ((row[x] & 0xFFFFFF) != 0xFFFFFF) {
+          right = x + 1;
+          break;
+        }
+    }
+    if (right < room) return right;
+  }
+  return room / 2;
+}
 
 std::wstring WideText(const char* text, int length) {
   if (!text || length == 0) return std::wstring();
@@ -169,42 +261,6 @@ std::wstring WideText(const char* text, int length) {
   if (n > 0) MultiByteToWideChar(CP_ACP, 0, text, length, wide.data(), n);
   if (length < 0 && !wide.empty()) wide.pop_back();  // the terminator
   return wide;
-}
-
-int TextInkRight(HDC dc, const wchar_t* text, int length, const RECT& laidOut, UINT flags) {
-  const int width = laidOut.right - laidOut.left, height = laidOut.bottom - laidOut.top;
-  if (!dc || !text || length == 0 || width <= 0 || height <= 0) return 0;
-  TEXTMETRICA metrics{};
-  GetTextMetricsA(dc, &metrics);
-  // Room for the ink past the measured end; more is tried when it reaches the edge.
-  int room = width + width / 2 + 2 * metrics.tmMaxCharWidth + 8;
-  for (int tries = 0; tries < 4; ++tries, room *= 2) {
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), room, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const OwnedBitmap canvas(CreateDIBSection(dc, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    if (!canvas || !bits) return width;
-    int right = 0;
-    {
-      DCChanger use(dc);
-      use.Select(canvas.get());
-      use.SetTextColor(RGB(0, 0, 0));
-      use.SetBkMode(TRANSPARENT);
-      PatBlt(dc, 0, 0, room, height, WHITENESS);
-      RECT at{0, 0, width, height};
-      DrawTextW(dc, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
-      GdiFlush();
-      const auto* pixels = static_cast<const DWORD*>(bits);
-      for (int x = room - 1; x >= 0 && !right; --x)
-        for (int y = 0; y < height; ++y)
-          if ((pixels[y * room + x] & 0xFFFFFF) != 0xFFFFFF) {
-            right = x + 1;
-            break;
-          }
-    }
-    if (right < room) return right;
-  }
-  return room / 2;
 }
 
 // ---- TFont

@@ -24,8 +24,7 @@ MyRect TCustomGroupBox::GetClientRect() const {
   TEXTMETRICA tm{};
   {
     const Graphics::TMeasuringDC measuring;
-    DCChanger state(measuring.get());
-    state.Select(FontHandle());
+    measuring.UseFont(FontHandle());
     GetTextMetricsA(measuring.get(), &tm);
   }
   return {r.left + 2, r.top + tm.tmHeight, r.right - 2, r.bottom - 2};

@@ -56,10 +56,9 @@ void TCustomLabel::AdjustSize() {
   int ink = 0;
   {
     const Graphics::TMeasuringDC measuring;
-    DCChanger state(measuring.get());
-    state.Select(FontHandle());
+    measuring.UseFont(FontHandle());
     DrawTextW(measuring.get(), shown.c_str(), length, &r, flags | DT_CALCRECT);
-    ink = Graphics::TextInkRight(measuring.get(), shown.c_str(), length, r, flags);
+    ink = measuring.InkRight(shown.c_str(), length, r, flags);
   }
   // Wide enough for the ink as drawn, with a clear column at the edge.
   margin_ = std::max(0, ink + 1 - static_cast<int>(r.right - r.left));
