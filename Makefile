@@ -17,7 +17,7 @@ build: configure
 # Builds and runs the gallery host: loads velkin.dll as a package and shows it working.
 # The dialogs are captured first in Russian and French and on a 144-DPI screen
 # (a prefix of its own), so that the full run puts them beside the English ones.
-DENSE := $(CURDIR)/tools/winerun --state $(CURDIR)/$(BUILD)/wine144
+DENSE := $(CURDIR)/tools/winerun --state $(CURDIR)/$(BUILD)/wine144 --from $(CURDIR)/$(BUILD)/wine
 demo: configure
 	@cmake --build --preset $(PRESET) --target gallery gallery_pictures
 	@$(RUN) --prepare
