@@ -40,8 +40,8 @@ bench: build
 	@rc=0; for b in $(BUILD)/bin/bench_*.exe; do [ -e "$$b" ] || continue; \
 	  echo "== $$(basename $$b .exe)"; $(RUN) "$$b" || rc=1; done; $(RUN) --shutdown; exit $$rc
 
-# The SDK archive: build/<preset>/package/Velkin-<version>-win64.zip.
-package: build
+# The SDK archive: build/<preset>/package/Velkin-<version>-win64.zip, with the API reference.
+package: docs
 	@cd $(BUILD) && cpack -C RelWithDebInfo -B package
 
 # The API reference of the public headers: build/<preset>/docs/html/index.html.
