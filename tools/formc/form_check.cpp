@@ -2,7 +2,6 @@
 
 #include <cctype>
 #include <map>
-#include <regex>
 
 #include "platform/vcl/core/class_registry.h"
 #include "platform/vcl/core/string_list.h"
@@ -62,37 +61,70 @@ std::string Members(const TTypeInfo* type) {
   return list;
 }
 
-bool IsIdent(const std::string& value) {
-  return !value.empty() && (std::isalpha(static_cast<unsigned char>(value[0])) || value[0] == '_');
-}
+bool IsIdentStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) || c == '_'; }
+bool IsIdentChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
+
+// A line read from left to right: identifiers, single characters, blanks.
+class Cursor {
+ public:
+  explicit Cursor(const std::string& text) : text_(text) {}
+  void SkipBlanks() {
+    while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) ++at_;
+  }
+  // The identifier here ("" when there is none), after blanks.
+  std::string Ident() {
+    SkipBlanks();
+    const size_t start = at_;
+    if (at_ < text_.size() && IsIdentStart(text_[at_]))
+      while (at_ < text_.size() && IsIdentChar(text_[at_])) ++at_;
+    return text_.substr(start, at_ - start);
+  }
+  // Whether c is here, after blanks; taken when it is.
+  bool Take(char c) {
+    SkipBlanks();
+    if (at_ >= text_.size() || text_[at_] != c) return false;
+    ++at_;
+    return true;
+  }
+  bool AtEnd() {
+    SkipBlanks();
+    return at_ >= text_.size();
+  }
+  // What is left, without blanks at either end.
+  std::string Rest() {
+    SkipBlanks();
+    std::string rest = text_.substr(at_);
+    while (!rest.empty() && (rest.back() == ' ' || rest.back() == '\t')) rest.pop_back();
+    return rest;
+  }
+
+ private:
+  const std::string& text_;
+  size_t at_ = 0;
+};
 
 // The identifier a value starts with ("" when it starts otherwise).
-std::string LeadingIdent(const std::string& value) {
-  if (!IsIdent(value)) return "";
-  size_t n = 0;
-  while (n < value.size() && (std::isalnum(static_cast<unsigned char>(value[n])) || value[n] == '_')) ++n;
-  return value.substr(0, n);
-}
+std::string LeadingIdent(const std::string& value) { return Cursor(value).Ident(); }
 
 class Checker {
  public:
   std::vector<Finding> Run(const std::string& text) {
-    static const std::regex object(R"(^\s*(object|inherited|inline)\s+([A-Za-z_]\w*)\s*(:\s*([A-Za-z_]\w*))?.*$)",
-                                   std::regex::icase);
-    static const std::regex end(R"(^\s*end\s*$)", std::regex::icase);
-    static const std::regex property(R"(^\s*([A-Za-z_]\w*(\.[A-Za-z_]\w*)*)\s*=\s*(.*?)\s*$)");
-    std::smatch m;
     for (const Line& line : Lines(text)) {
       line_ = line.number;
       if (line.continued) continue;
-      if (std::regex_match(line.text, m, object)) {
+      Cursor cursor(line.text);
+      const std::string word = cursor.Ident(), head = Lower(word);
+      if (head == "object" || head == "inherited" || head == "inline") {
         // "object Name: TClass", or "object TClass" for one without a name.
-        const bool named = m[4].matched;
-        Enter(named ? m[2].str() : "", named ? m[4].str() : m[2].str());
-      } else if (std::regex_match(line.text, m, end)) {
+        const std::string first = cursor.Ident();
+        const std::string second = cursor.Take(':') ? cursor.Ident() : "";
+        if (!first.empty()) Enter(second.empty() ? "" : first, second.empty() ? first : second);
+      } else if (head == "end" && cursor.AtEnd()) {
         if (!scopes_.empty()) scopes_.pop_back();
-      } else if (std::regex_match(line.text, m, property) && !scopes_.empty()) {
-        Property(m[1].str(), m[3].str());
+      } else if (!word.empty() && !scopes_.empty()) {
+        std::string path = word;
+        while (cursor.Take('.')) path += "." + cursor.Ident();
+        if (cursor.Take('=')) Property(path, cursor.Rest());
       }
     }
     for (const auto& [name, line] : references_)
@@ -178,11 +210,11 @@ class Checker {
       Add(line_, true, path + " takes a set: [" + Members(element) + "]");
       return;
     }
-    static const std::regex member(R"([A-Za-z_]\w*)");
-    const std::string inside = value.substr(1, value.find(']') - 1);
-    for (std::sregex_iterator it(inside.begin(), inside.end(), member), done; it != done; ++it) {
-      const int v = Typinfo::GetEnumValue(element, it->str().c_str());
-      if (v < 0 || v >= 64) Add(line_, true, it->str() + " is not a " + element->Name + ": " + Members(element));
+    Cursor cursor(value);
+    cursor.Take('[');
+    for (std::string name = cursor.Ident(); !name.empty(); name = cursor.Take(',') ? cursor.Ident() : "") {
+      const int v = Typinfo::GetEnumValue(element, name.c_str());
+      if (v < 0 || v >= 64) Add(line_, true, name + " is not a " + element->Name + ": " + Members(element));
     }
   }
 
