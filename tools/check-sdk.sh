@@ -111,6 +111,10 @@ case $mode in
     entries=$(python3 -c 'import sys, zipfile; print("\n".join(n for n in zipfile.ZipFile(sys.argv[1]).namelist() if not n.endswith("/")))' "$zip" | sort)
     if outside=$(grep -v "^$top/" <<<"$entries"); then fail "entries outside $top/: $outside"; fi
     files=$(sed "s|^$top/||" <<<"$entries")
+    # The wrapper the toolchain file runs programs with stays executable when unzipped.
+    mode=$(python3 -c 'import sys, zipfile; print(oct(zipfile.ZipFile(sys.argv[1]).getinfo(sys.argv[2]).external_attr >> 16 & 0o777))' \
+      "$zip" "$top/tools/winerun")
+    [ "$mode" = 0o755 ] || fail "tools/winerun is stored with mode $mode, not 0o755"
     required+=(docs/api/index.html)
     check_layout "$files"
     # The archive holds what an install of the same build holds, and the API reference.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 #include "tests/examples/example_process.h"
@@ -37,6 +38,8 @@ TEST(ContactsExample, AddDeleteExportAndClose) {
   GetTempPathA(MAX_PATH, temp);
   const std::string exported = std::string(temp) + "velkin-contacts-" + std::to_string(GetCurrentProcessId()) + ".txt";
   DeleteFileA(exported.c_str());
+  const std::unique_ptr<const char, void (*)(const char*)> removeExport(exported.c_str(),
+                                                                        [](const char* path) { DeleteFileA(path); });
   ExampleProcess app(ExamplePath("VELKIN_EXAMPLE"), "\"" + exported + "\"");
   ASSERT_TRUE(app.Started()) << ExamplePath("VELKIN_EXAMPLE");
   HWND form = app.WaitForWindow("TContactsForm");
@@ -107,7 +110,6 @@ TEST(ContactsExample, AddDeleteExportAndClose) {
 
   Click(w.close);
   EXPECT_EQ(0, app.WaitForExit());
-  DeleteFileA(exported.c_str());
 }
 
 }  // namespace
