@@ -30,9 +30,11 @@ demo: configure
 # Builds and runs every test; the last lines are CTest's summary.
 # The Wine prefix is made first (once, ~20 s): CTest lists each program's cases
 # under Wine, and that listing has a time limit.
+# At the end every prefix the tests used is stopped, the dense ones included.
 test: build
 	@$(RUN) --prepare
-	@ctest --preset $(PRESET); rc=$$?; $(RUN) --shutdown; exit $$rc
+	@ctest --preset $(PRESET); rc=$$?; $(RUN) --shutdown; \
+	  for s in wine144 wine192; do [ ! -d $(BUILD)/$$s ] || tools/winerun --state $(BUILD)/$$s --shutdown; done; exit $$rc
 
 # Builds and runs every benchmark in bench/, each printing figures beside its baseline.
 bench: build
