@@ -8,7 +8,28 @@ target_include_directories(gtest SYSTEM PUBLIC ${gtest_src}/include PRIVATE ${gt
 add_library(gtest_main STATIC ${gtest_src}/src/gtest_main.cc)
 target_link_libraries(gtest_main PUBLIC gtest)
 
+# Test code keeps the line tables (a backtrace names file and line) but not
+# the rest of the debug information: a third of each test's compile, and
+# objects a quarter the size to link.
+function(velkin_test_debug_info target)
+  target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-g1>)
+endfunction()
+velkin_test_debug_info(gtest)
+velkin_test_debug_info(gtest_main)
+
 include(GoogleTest)
+
+# Every test program reads GoogleTest's, the system's and the standard
+# library's headers from one precompiled header: a second of each test's
+# compile otherwise. Made with the flags the test programs have.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/velkin_test_pch.cpp CONTENT "")
+add_library(velkin_test_pch OBJECT ${PROJECT_BINARY_DIR}/velkin_test_pch.cpp)
+velkin_code_options(velkin_test_pch)
+velkin_test_debug_info(velkin_test_pch)
+target_compile_definitions(velkin_test_pch PRIVATE NOMINMAX)
+target_link_libraries(velkin_test_pch PRIVATE gtest)
+target_precompile_headers(velkin_test_pch PRIVATE <algorithm> <functional> <map> <memory> <string> <vector>
+                          <gtest/gtest.h> <windows.h>)
 
 # velkin_test(NAME SOURCES... [LIBS ...] [NO_MAIN] [SERIAL]): one test program in
 # bin/, each test case registered with CTest; cases are listed at test time,
@@ -18,6 +39,8 @@ include(GoogleTest)
 function(velkin_test name)
   cmake_parse_arguments(P "NO_MAIN;SERIAL" "" "SOURCES;LIBS" ${ARGN})
   velkin_program(${name} SOURCES ${P_SOURCES} LIBS ${P_LIBS} gtest)
+  target_precompile_headers(${name} REUSE_FROM velkin_test_pch)
+  velkin_test_debug_info(${name})
   if(NOT P_NO_MAIN)
     target_link_libraries(${name} PRIVATE gtest_main)
   endif()

@@ -54,37 +54,9 @@ function(velkin_add_subdirs dir)
   endforeach()
 endfunction()
 
-# velkin_forms(TARGET FORMS files...): compiles each text form description into
-# TARGET's resources as RCDATA named after the form's class (from the first
-# line, "object Name: TClass"). The compiler is a Windows program, run under
-# Wine while building.
+# velkin_forms(TARGET FORMS files...): the forms of the tree's own modules,
+# compiled as a program using the SDK compiles its own (velkin_add_forms).
+include(${CMAKE_CURRENT_LIST_DIR}/VelkinForms.cmake)
 function(velkin_forms target)
-  cmake_parse_arguments(P "" "" "FORMS" ${ARGN})
-  set(lines "")
-  set(bins "")
-  foreach(f IN LISTS P_FORMS)
-    get_filename_component(src ${f} ABSOLUTE)
-    file(STRINGS ${src} first LIMIT_COUNT 1)
-    if(first MATCHES "^(object|inherited|inline) +[A-Za-z_0-9]+ *: *([A-Za-z_][A-Za-z_0-9]*)")
-      set(cls ${CMAKE_MATCH_2})
-    elseif(first MATCHES "^(object|inherited|inline) +([A-Za-z_][A-Za-z_0-9]*) *$")
-      set(cls ${CMAKE_MATCH_2})
-    else()
-      message(FATAL_ERROR "${f}: the first line is not \"object Name: TClass\"")
-    endif()
-    set(bin ${CMAKE_CURRENT_BINARY_DIR}/${target}_forms/${cls}.bin)
-    add_custom_command(
-      OUTPUT ${bin}
-      COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_CURRENT_BINARY_DIR}/${target}_forms
-      COMMAND ${PROJECT_SOURCE_DIR}/tools/winerun --state ${PROJECT_BINARY_DIR}/wine $<TARGET_FILE:formc> Z:${src} Z:${bin}
-      DEPENDS formc ${src}
-      COMMENT "Compiling form ${f}"
-      VERBATIM)
-    string(APPEND lines "${cls} RCDATA \"${bin}\"\n")
-    list(APPEND bins ${bin})
-  endforeach()
-  set(rc ${CMAKE_CURRENT_BINARY_DIR}/${target}_forms.rc)
-  file(GENERATE OUTPUT ${rc} CONTENT "${lines}")
-  set_source_files_properties(${rc} PROPERTIES OBJECT_DEPENDS "${bins}" GENERATED TRUE)
-  target_sources(${target} PRIVATE ${rc})
+  velkin_add_forms(${target} ${ARGN})
 endfunction()

@@ -21,42 +21,40 @@ system="kernel32.dll user32.dll gdi32.dll advapi32.dll msvcrt.dll ole32.dll olea
 own="ostrel.dll vcl.dll pellum.dll velkin.dll"
 
 shopt -s nullglob nocaseglob
+modules=("$dir"/*.dll "$dir"/*.exe)
 for f in "$dir"/*.dll; do
   name=$(basename "$f" | tr 'A-Z' 'a-z')
   case $name in lib*.dll) ;; *) own="$own $name" ;; esac
 done
-
-allowed() {
-  case $1 in api-ms-win-*.dll | ext-ms-win-*.dll) return 0 ;; esac
-  for a in $system $own; do [ "$1" = "$a" ] && return 0; done
-  return 1
-}
-
-checked=0
-bad=0
-for f in "$dir"/*.dll "$dir"/*.exe; do
-  module=$(basename "$f")
-  if ! table=$("$objdump" -p "$f" 2>&1); then
-    echo "$module: cannot read the import table: $table"
-    bad=$((bad + 1))
-    continue
-  fi
-  checked=$((checked + 1))
-  for dll in $(printf '%s\n' "$table" | awk '/^[ \t]*DLL Name:/ { print $3 }'); do
-    lower=$(printf '%s' "$dll" | tr 'A-Z' 'a-z')
-    if ! allowed "$lower"; then
-      echo "$module: imports $dll (neither a Windows system DLL nor one of ours)"
-      bad=$((bad + 1))
-    fi
-  done
-done
-
-if [ "$checked" -eq 0 ] && [ "$bad" -eq 0 ]; then
+if [ ${#modules[@]} -eq 0 ]; then
   echo "check-imports: no .dll or .exe in $dir" >&2
   exit 2
 fi
-if [ "$bad" -ne 0 ]; then
-  echo "check-imports: $bad bad import(s) in $dir"
-  exit 1
-fi
-echo "check-imports: $checked modules in $dir import only system DLLs and our own"
+
+# One objdump for every module (one a module costs a process each): its
+# output names each file ("NAME:     file format ...") before the file's
+# imports; a file it cannot read is named on stderr.
+err=$(mktemp)
+trap 'rm -f "$err"' EXIT
+"$objdump" -p "${modules[@]}" 2>"$err" | awk -v allowed="$system $own" -v total=${#modules[@]} -v errfile="$err" '
+  BEGIN {
+    n = split(allowed, list, /[ \n\t]+/)
+    for (i = 1; i <= n; ++i) ok[list[i]] = 1
+  }
+  / file format / { module = $1; sub(/:$/, "", module); sub(/.*\//, "", module); ++read; next }
+  /^[ \t]*DLL Name:/ {
+    dll = tolower($3)
+    if (dll ~ /^(api|ext)-ms-win-.*\.dll$/ || dll in ok) next
+    print module ": imports " $3 " (neither a Windows system DLL nor one of ours)"
+    ++bad
+  }
+  END {
+    # objdump has ended once its output has: what it said on stderr is all there.
+    while ((getline line < errfile) > 0) {
+      print "unreadable: " line
+      ++bad; ++unreadable
+    }
+    if (bad) { print "check-imports: " bad " bad import(s) or unreadable module(s)"; exit 1 }
+    if (read + unreadable != total) { print "check-imports: read " read " of " total " modules"; exit 1 }
+    print "check-imports: " read " modules import only system DLLs and our own"
+  }'

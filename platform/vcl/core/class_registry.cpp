@@ -47,6 +47,11 @@ const TMetaClass* GetClass(const AnsiString& name) {
   return Lookup(name);
 }
 
+std::vector<const TMetaClass*> GetRegisteredClasses() {
+  std::lock_guard<std::mutex> guard(registryLock);
+  return Registry();
+}
+
 const TMetaClass* FindClass(const AnsiString& name) {
   if (const TMetaClass* c = GetClass(name)) return c;
   throw EClassNotFound("Class " + name + " not found");

@@ -2,6 +2,7 @@
 /// \file
 /// Classes registered by name, and making components by class.
 #include <initializer_list>
+#include <vector>
 
 #include "platform/vcl/core/component.h"
 
@@ -21,6 +22,8 @@ VCL_API void RegisterClasses(std::initializer_list<const TMetaClass*> classes);
 VCL_API void UnRegisterClass(const TMetaClass* cls);
 /// The registered class of that name, or null.
 VCL_API const TMetaClass* GetClass(const AnsiString& name);
+/// Every registered class, in the order of registration.
+VCL_API std::vector<const TMetaClass*> GetRegisteredClasses();
 /// The same, raising EClassNotFound "Class <name> not found" when absent.
 VCL_API const TMetaClass* FindClass(const AnsiString& name);
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -250,6 +251,11 @@ TEST(ClassRegistry, ClassesAreMadeByNameWithAnOwner) {
   RegisterClasses({TProbe::StaticClass()});  // again: nothing
   EXPECT_EQ(TProbe::StaticClass(), GetClass("tprobe"));
   EXPECT_EQ(nullptr, GetClass("TNobody"));
+  const auto listed = [] {
+    const auto all = GetRegisteredClasses();
+    return std::count(all.begin(), all.end(), TProbe::StaticClass());
+  };
+  EXPECT_EQ(1, listed()) << "listed once among the registered classes";
 
   TComponent owner(nullptr);
   TComponent* made = CreateComponent(FindClass("TProbe"), &owner);
@@ -257,6 +263,7 @@ TEST(ClassRegistry, ClassesAreMadeByNameWithAnOwner) {
   EXPECT_THROW(CreateComponent(TPersistent::StaticClass(), &owner), EComponentError) << "not a component";
   UnRegisterClass(TProbe::StaticClass());
   EXPECT_EQ(nullptr, GetClass("TProbe"));
+  EXPECT_EQ(0, listed());
 }
 
 }  // namespace
