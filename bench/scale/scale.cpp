@@ -792,8 +792,22 @@ void DesignedForm() {
   t.Verdict();
 }
 
+// The rows named on the command line ("bench_scale 5 9"), or all of them.
+std::vector<std::string> chosenRows;
+
+bool Chosen(const std::string& name) {
+  if (chosenRows.empty()) return true;
+  for (const std::string& row : chosenRows)
+    for (size_t at = 0; (at = name.find(row, at)) != std::string::npos; at += row.size()) {
+      const size_t end = at + row.size();
+      if ((at == 0 || name[at - 1] == ' ') && (end == name.size() || name[end] == ',')) return true;
+    }
+  return false;
+}
+
 // Runs a row; an error it raises misses its target and the next row runs.
 void Row(const char* name, const std::function<void()>& row) {
+  if (!Chosen(name)) return;
   try {
     row();
   } catch (const std::exception& e) {
@@ -804,7 +818,8 @@ void Row(const char* name, const std::function<void()>& row) {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+  chosenRows.assign(argv + 1, argv + argc);
   Forms::Application->Initialize();
   // Window classes and the shared font are made once before anything is timed.
   double warm[kSessionSeries];

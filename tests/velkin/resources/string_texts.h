@@ -156,7 +156,7 @@ inline const Text* Find(int id) {
 // The text of string id in the process's language, as a window shows it.
 inline std::wstring Shown(int id) {
   const Text* t = Find(id);
-  return t ? Shown(t->text[Column()]) : L"";
+  return t ? Shown(t->text[Column()]) : std::wstring();
 }
 
 // The text of string id in the process's language and code page, as
