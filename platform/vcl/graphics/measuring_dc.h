@@ -29,13 +29,19 @@ class VCL_API TMeasuringDC {
   /// control starts with), which may stay selected.
   static void SetLastingFont(HFONT font);
 
+  /// The rectangle DrawTextW with DT_CALCRECT gives text in the font
+  /// selected now (width: the room for DT_WORDBREAK); a single plain line is
+  /// measured without laying it out.
+  RECT TextRect(const wchar_t* text, int length, UINT flags, int width = 0) const;
+
   /// How far right the ink of text reaches when DrawTextW draws it with flags
   /// in the font selected now into laidOut (the rectangle DT_CALCRECT gave):
   /// one past the last column with ink, counted from laidOut.left; 0 when
   /// nothing is inked. A renderer may place glyphs further apart than it
   /// measures them (this Wine's monochrome glyphs by up to two pixels a
   /// letter), so a box as wide as the measured text can cut its last letter;
-  /// this is what it must hold. Drawn on a bitmap the context keeps selected.
+  /// this is what it must hold. Drawn on a bitmap the context keeps selected,
+  /// over the text colour, background colour and mode the context starts with.
   int InkRight(const wchar_t* text, int length, const RECT& laidOut, UINT flags) const;
 
  private:

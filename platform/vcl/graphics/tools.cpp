@@ -163,6 +163,14 @@ struct Measuring {
   const DWORD* bits = nullptr;
   int width = 0, height = 0;
 
+  // Ink is drawn black on white, transparently over a cleared canvas; the
+  // context is the measuring's own, and lenders put back what they change.
+  Measuring() {
+    SetTextColor(dc.get(), RGB(0, 0, 0));
+    SetBkColor(dc.get(), RGB(255, 255, 255));
+    SetBkMode(dc.get(), TRANSPARENT);
+  }
+
   ~Measuring() {
     if (original) SelectObject(dc.get(), original);  // so that the bitmap can go
     if (originalFont) SelectObject(dc.get(), originalFont);
@@ -223,26 +231,69 @@ void TMeasuringDC::SetLastingFont(HFONT font) {
   TheMeasuring().lasting = font;
 }
 
+namespace {
+
+// A text that DrawTextW draws as one ExtTextOutW run at the rectangle's
+// top-left corner when the rectangle is as wide as the text: one line, no
+// prefix character to hide, nothing to expand, nothing to shorten.
+bool OneRun(const wchar_t* text, int length, UINT flags) {
+  constexpr UINT kReshaping = DT_WORDBREAK | DT_EXPANDTABS | DT_VCENTER | DT_BOTTOM | DT_END_ELLIPSIS |
+                              DT_PATH_ELLIPSIS | DT_WORD_ELLIPSIS | DT_EDITCONTROL | DT_RTLREADING |
+                              DT_TABSTOP | DT_EXTERNALLEADING | DT_INTERNAL;
+  if (!(flags & DT_SINGLELINE) || (flags & kReshaping)) return false;
+  const bool prefixes = !(flags & DT_NOPREFIX);
+  for (int i = 0; i < length; ++i)
+    if (text[i] == L'\t' || text[i] == L'\r' || text[i] == L'\n' || (prefixes && text[i] == L'&')) return false;
+  return true;
+}
+
+}  // namespace
+
+RECT TMeasuringDC::TextRect(const wchar_t* text, int length, UINT flags, int width) const {
+  RECT r{0, 0, width, 0};
+  SIZE size{};
+  if (OneRun(text, length, flags) && GetTextExtentPoint32W(dc_, text, length, &size)) {
+    r.right = size.cx;
+    r.bottom = size.cy;
+  } else {
+    DrawTextW(dc_, text, length, &r, flags | DT_CALCRECT);
+  }
+  return r;
+}
+
 int TMeasuringDC::InkRight(const wchar_t* text, int length, const RECT& laidOut, UINT flags) const {
   const int width = laidOut.right - laidOut.left, height = laidOut.bottom - laidOut.top;
   if (!text || length == 0 || width <= 0 || height <= 0) return 0;
   Measuring& m = TheMeasuring();
+  // One run starts at the corner when aligned left, or whatever the alignment
+  // when as wide as the rectangle: drawn by ExtTextOutW, which also clears.
+  SIZE size{};
+  const bool oneRun = OneRun(text, length, flags) &&
+                      (!(flags & (DT_CENTER | DT_RIGHT)) ||
+                       (GetTextExtentPoint32W(dc_, text, length, &size) && size.cx == width));
   TEXTMETRICA metrics{};
   GetTextMetricsA(dc_, &metrics);
   // Room for the ink past the measured end; more is tried when it reaches the edge.
   int room = width + width / 2 + 2 * metrics.tmMaxCharWidth + 8;
   for (int tries = 0; tries < 4; ++tries, room *= 2) {
     if (!m.Reserve(room, height)) return width;
-    DCChanger use(dc_);
-    use.SetTextColor(RGB(0, 0, 0));
-    use.SetBkMode(TRANSPARENT);
-    PatBlt(dc_, 0, 0, room, height, WHITENESS);
-    RECT at{0, 0, width, height};
-    DrawTextW(dc_, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
+    const RECT all{0, 0, room, height};
+    if (oneRun) {
+      ExtTextOutW(dc_, 0, 0, ETO_OPAQUE, &all, text, static_cast<UINT>(length), nullptr);
+    } else {
+      PatBlt(dc_, 0, 0, room, height, WHITENESS);
+      RECT at{0, 0, width, height};
+      DrawTextW(dc_, text, length, &at, (flags & ~DT_CALCRECT) | DT_NOCLIP);
+    }
     GdiFlush();
     int right = 0;
     for (int y = 0; y < height; ++y) {
       const DWORD* row = m.bits + static_cast<size_t>(y) * m.width;
+      // Most of a row right of the ink found so far is white: asked in one
+      // pass without branches first.
+      DWORD ink = 0;
+      for (int x = right; x < room; ++x) ink |= ~row[x] & 0xFFFFFF;
+      if (!ink) continue;
       for (int x = room - 1; x >= right; --x)
         if ((row[x] & 0xFFFFFF) != 0xFFFFFF) {
           right = x + 1;

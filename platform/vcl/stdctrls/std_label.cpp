@@ -52,12 +52,12 @@ void TCustomLabel::AdjustSize() {
   const std::wstring shown = text.IsEmpty() ? L" " : Graphics::WideText(text.c_str(), text.Length());
   const int length = static_cast<int>(shown.size());
   const UINT flags = DrawFlags() & ~(DT_VCENTER | DT_BOTTOM);
-  RECT r{0, 0, wordWrap_ ? GetWidth() : 0, 0};
+  RECT r;
   int ink = 0;
   {
     const Graphics::TMeasuringDC measuring;
     measuring.UseFont(FontHandle());
-    DrawTextW(measuring.get(), shown.c_str(), length, &r, flags | DT_CALCRECT);
+    r = measuring.TextRect(shown.c_str(), length, flags, wordWrap_ ? GetWidth() : 0);
     ink = measuring.InkRight(shown.c_str(), length, r, flags);
   }
   // Wide enough for the ink as drawn, with a clear column at the edge.
