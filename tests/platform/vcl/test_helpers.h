@@ -43,12 +43,6 @@ inline std::string WindowText(HWND w) {
   return text;
 }
 
-inline std::wstring WideWindowText(HWND w) {
-  wchar_t text[256] = {};
-  GetWindowTextW(w, text, 256);
-  return text;
-}
-
 // A text of the process's code page as UTF-16, to compare whatever the code page.
 inline std::wstring Wide(const System::AnsiString& s) {
   std::wstring w(static_cast<size_t>(s.Length()) * 2 + 1, L'\0');

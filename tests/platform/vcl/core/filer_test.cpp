@@ -56,18 +56,6 @@ class TStreamedForm : public Forms::TForm {
 VCL_COMPONENT_IMPL(TStreamedForm, Forms::TForm, VCL_FIELD(Panel1), VCL_FIELD(OkButton), VCL_FIELD(NameEdit),
                    VCL_METHOD(OkClick, System::TNotifyEvent), VCL_PROPERTY(Ratio), VCL_PROPERTY(Due))
 
-// Captions in three scripts, designed in scripts_form.form (UTF-8), which the
-// form compiler put into this program's resources at build time.
-class TScriptsForm : public Forms::TForm {
-  VCL_CLASS();
-
- public:
-  explicit TScriptsForm(Classes::TComponent* owner, bool designed = false) : TForm(owner) {
-    if (designed) ReadDesign();
-  }
-};
-VCL_COMPONENT_IMPL(TScriptsForm, Forms::TForm)
-
 namespace {
 
 using namespace Classes;
@@ -538,23 +526,17 @@ std::string Value(TValueType type, const std::string& bytes) {
   return std::string(1, static_cast<char>(type)) + std::string(reinterpret_cast<const char*>(&n), 4) + bytes;
 }
 
-std::string Utf8(const std::wstring& w) {
+std::string Encoded(UINT codePage, const std::wstring& w) {
   std::string s(w.size() * 4, '\0');
-  s.resize(static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, w.data(), static_cast<int>(w.size()), s.data(),
+  s.resize(static_cast<size_t>(WideCharToMultiByte(codePage, 0, w.data(), static_cast<int>(w.size()), s.data(),
                                                    static_cast<int>(s.size()), nullptr, nullptr)));
   return s;
 }
 
-System::AnsiString Ansi(const std::wstring& w) {
-  std::string s(w.size() * 4, '\0');
-  s.resize(static_cast<size_t>(WideCharToMultiByte(CP_ACP, 0, w.data(), static_cast<int>(w.size()), s.data(),
-                                                   static_cast<int>(s.size()), nullptr, nullptr)));
-  return s;
-}
-
-// What the captions of scripts_form.form read as under code pages 1251, 1252
-// and UTF-8 (which holds them as designed): a '?' for each character the
-// code page has no letter for, never a look-alike.
+// What the captions of scripts_form.form (a TStreamedForm's design, which
+// the form compiler put into this program's resources) read as under code
+// pages 1251, 1252 and UTF-8, which holds them as designed: a '?' for each
+// character the code page has no letter for, never a look-alike.
 const struct {
   const char* name;
   std::wstring in[3];
@@ -571,19 +553,21 @@ const struct {
 TEST(TStream, TextsOfAnyScriptReadTheSameInEveryCodePage) {
   const int column = CodePageColumn();
   if (column < 0) GTEST_SKIP() << "the cases know code pages 1251, 1252 and UTF-8, not " << GetACP();
-  TScriptsForm compiled(nullptr, true);
-  const HRSRC found = FindResourceA(nullptr, "TSCRIPTSFORM", RT_RCDATA);
+  TStreamedForm compiled(nullptr);
+  ASSERT_TRUE(InitInheritedComponent(&compiled, Forms::TForm::StaticClass()));
+  const HRSRC found = FindResourceA(nullptr, "TSTREAMEDFORM", RT_RCDATA);
   ASSERT_NE(nullptr, found);
   const std::string resource(static_cast<const char*>(LockResource(LoadResource(nullptr, found))),
                              SizeofResource(nullptr, found));
 
   // The same captions set here from the texts of this code page.
-  TScriptsForm made(nullptr, false);
+  TStreamedForm made(nullptr);
   made.SetName("ScriptsForm");
-  for (const auto& row : kScripts) Named<Stdctrls::TLabel>(&made, &made, row.name)->SetText(Ansi(row.in[column]));
+  for (const auto& row : kScripts)
+    Named<Stdctrls::TLabel>(&made, &made, row.name)->SetText(Encoded(CP_ACP, row.in[column]));
   TMemoryStream written;
   written.WriteComponent(&made);
-  TScriptsForm copy(nullptr, false);
+  TStreamedForm copy(nullptr);
   written.SetPosition(0);
   written.ReadComponent(&copy);
 
@@ -596,7 +580,7 @@ TEST(TStream, TextsOfAnyScriptReadTheSameInEveryCodePage) {
     EXPECT_EQ(want, caption(compiled)) << row.name << ": compiled at build time";
     EXPECT_EQ(want, caption(copy)) << row.name << ": written here";
     if (want != row.in[2]) continue;
-    const std::string value = Value(vaUTF8String, Utf8(want));
+    const std::string value = Value(vaUTF8String, Encoded(CP_UTF8, want));
     EXPECT_NE(std::string::npos, Bytes(written).find(value)) << row.name << ": written as UTF-8";
     EXPECT_NE(std::string::npos, resource.find(value)) << row.name << ": compiled as UTF-8";
   }
@@ -608,7 +592,7 @@ TEST(TStream, TextsOfAnyScriptReadTheSameInEveryCodePage) {
   Named<Stdctrls::TLabel>(&made, &made, "Bytes")->SetText(bytes);
   written.Clear();
   written.WriteComponent(&made);
-  TScriptsForm again(nullptr, false);
+  TStreamedForm again(nullptr);
   written.SetPosition(0);
   written.ReadComponent(&again);
   auto* back = dynamic_cast<Stdctrls::TLabel*>(again.FindComponent("Bytes"));
@@ -622,19 +606,16 @@ TEST(TStream, TextsOfAnyScriptReadTheSameInEveryCodePage) {
 TEST(TReader, StringsOfEveryTypeAndDamagedOnesReadIntoTheCodePage) {
   const int column = CodePageColumn();
   if (column < 0) GTEST_SKIP() << "the cases know code pages 1251, 1252 and UTF-8, not " << GetACP();
-  const std::wstring units = L"Ж é € 日";
-  const std::wstring lone = {L'a', wchar_t(0xD800), L'b'};
+  const auto wide = [](const std::wstring& w) {
+    return Value(vaWString, std::string(reinterpret_cast<const char*>(w.data()), w.size() * 2));
+  };
   const struct {
     const char* what;
     std::string value;
     std::wstring in[3];  // under 1251, 1252, UTF-8
   } cases[] = {
-      {"UTF-16",
-       Value(vaWString, std::string(reinterpret_cast<const char*>(units.data()), units.size() * 2)),
-       {L"Ж ? € ?", L"? é € ?", units}},
-      {"UTF-16 with a surrogate alone",
-       Value(vaWString, std::string(reinterpret_cast<const char*>(lone.data()), lone.size() * 2)),
-       {L"a?b", L"a?b", L"a\uFFFDb"}},
+      {"UTF-16", wide(L"Ж é € 日"), {L"Ж ? € ?", L"? é € ?", L"Ж é € 日"}},
+      {"UTF-16 with a surrogate alone", wide({L'a', wchar_t(0xD800), L'b'}), {L"a?b", L"a?b", L"a\uFFFDb"}},
       // A U+FFFD for each longest run of bytes that could have begun a character.
       {"ill-formed UTF-8",
        Value(vaUTF8String, "ok\xC3(\xFF\xED\xA0\x80!\xE6\x97"),

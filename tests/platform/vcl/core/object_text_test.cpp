@@ -83,12 +83,7 @@ std::string BinaryValue(const std::string& value) {
   const std::string binary = ToBinary("object A: TA\r\n  S = " + value + "\r\nend\r\n");
   return binary.substr(11, binary.size() - 13);  // between the property's name and the two ends
 }
-std::string TextOf(const std::string& value) {
-  return ToText(std::string("TPF0\x02TA\x01"
-                            "A\x01S",
-                            11) +
-                value + std::string(2, '\0'));
-}
+std::string TextOf(const std::string& value) { return ToText("TPF0\2TA\1A\1S" + value + std::string(2, '\0')); }
 std::string Utf8Value(const std::string& utf8) {
   const int n = static_cast<int>(utf8.size());
   return '\x14' + std::string(reinterpret_cast<const char*>(&n), 4) + utf8;
@@ -119,12 +114,10 @@ TEST(ObjectText, StringsAreUnicodeInBothFormsWhateverTheCodePage) {
   // bytes that name no encoding, are read in the process's code page.
   const int column = vcl_test::CodePageColumn();
   if (column < 0) GTEST_SKIP() << "the cases know code pages 1251, 1252 and UTF-8, not " << GetACP();
-  const std::string inCodePage[3] = {"'GrцЯe За'", "'Größe Çà'", "'Gr\uFFFD\uFFFDe \uFFFD\uFFFD'"};
-  EXPECT_EQ("object A: TA\r\n  S = " + inCodePage[column] + "\r\nend\r\n",
-            ToText(ToBinary("object A: TA\r\n  S = 'Gr\xF6\xDF"
-                            "e \xC7\xE0'\r\nend\r\n")));
-  EXPECT_EQ("object A: TA\r\n  S = " + inCodePage[column] + "\r\nend\r\n", TextOf(std::string("\x06\x08Gr\xF6\xDF"
-                                                                                              "e \xC7\xE0")));
+  const char* const read[] = {"'GrцЯe За'", "'Größe Çà'", "'Gr\uFFFD\uFFFDe \uFFFD\uFFFD'"};
+  const std::string want = "object A: TA\r\n  S = " + std::string(read[column]) + "\r\nend\r\n";
+  EXPECT_EQ(want, ToText(ToBinary("object A: TA\r\n  S = 'Gr\366\337e \307\340'\r\nend\r\n")));
+  EXPECT_EQ(want, TextOf("\6\10Gr\366\337e \307\340"));
 }
 
 TEST(ObjectText, MalformedTextIsRefusedWithItsLine) {

@@ -75,9 +75,9 @@ TEST(TCustomForm, AFormReadsItsDesignFromItsModulesResources) {
   // The Russian words wherever the code page has Cyrillic letters, a '?' for
   // each letter where it has none; never other letters.
   const bool cyrillic = GetACP() == 1251 || GetACP() == CP_UTF8;
-  EXPECT_EQ(cyrillic ? L"Заказ" : L"?????", WideWindowText(form.GetHandle()));
-  EXPECT_EQ(cyrillic ? L"Отмена" : L"??????", WideWindowText(form.CancelButton->GetHandle()));
-  EXPECT_EQ(L"it's me", WideWindowText(form.NameEdit->GetHandle()));
+  EXPECT_EQ(cyrillic ? L"Заказ" : L"?????", Wide(WindowText(form.GetHandle())));
+  EXPECT_EQ(cyrillic ? L"Отмена" : L"??????", Wide(WindowText(form.CancelButton->GetHandle())));
+  EXPECT_EQ(L"it's me", Wide(WindowText(form.NameEdit->GetHandle())));
   EXPECT_EQ(1, SendMessageA(form.KindCombo->GetHandle(), CB_GETCURSEL, 0, 0));
   EXPECT_EQ(2, SendMessageA(form.KindCombo->GetHandle(), CB_GETCOUNT, 0, 0));
 
