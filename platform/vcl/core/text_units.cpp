@@ -43,8 +43,7 @@ long Decode(std::string_view bytes, size_t at, size_t& length) {
 
 bool IsUtf8(std::string_view bytes) {
   for (size_t at = 0, length = 0; at < bytes.size(); at += length)
-    if (static_cast<unsigned char>(bytes[at]) >= 0x80 ? Decode(bytes, at, length) < 0 : (length = 1, false))
-      return false;
+    if (Decode(bytes, at, length) < 0) return false;
   return true;
 }
 
