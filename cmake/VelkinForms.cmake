@@ -5,10 +5,12 @@
 # The form compiler, Velkin::formc, checks the text against the framework's
 # classes (properties, names of values, references to components; the root
 # object as a TForm) and stops the build on a mistake with "file:line:
-# message". It is a Windows program: when cross-compiling it runs through the
-# toolchain's CMAKE_CROSSCOMPILING_EMULATOR, which Velkin's toolchain file
-# sets to its Wine wrapper. This file serves the source tree and the
-# installed package alike.
+# message". Form texts are UTF-8: their strings read the same in a program of
+# any code page, whatever the build machine's locale. It is a Windows
+# program: when cross-compiling it runs through the toolchain's
+# CMAKE_CROSSCOMPILING_EMULATOR, which Velkin's toolchain file sets to its
+# Wine wrapper. This file serves the source tree and the installed package
+# alike.
 function(velkin_add_forms target)
   cmake_parse_arguments(P "" "" "FORMS" ${ARGN})
   if(NOT P_FORMS)

@@ -227,6 +227,10 @@ class Checker {
 
 }  // namespace
 
-std::vector<Finding> CheckForm(const std::string& text) { return Checker().Run(text); }
+std::vector<Finding> CheckForm(const std::string& text) {
+  // A UTF-8 byte order mark is not part of the first line's words.
+  if (text.compare(0, 3, "\xEF\xBB\xBF") == 0) return Checker().Run(text.substr(3));
+  return Checker().Run(text);
+}
 
 }  // namespace formc

@@ -2,7 +2,9 @@
 // stream, after checking its properties against the framework's classes.
 // Problems are written as compilers write them, "INPUT:LINE: message", so
 // that build tools and editors lead to the line; on an error no output is
-// left behind.
+// left behind. The text is UTF-8 (object_text.h says how older texts in a
+// code page are read): what formc writes reads the same in a program of any
+// code page, whatever the code page formc runs in.
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>

@@ -9,6 +9,7 @@
 
 #include "platform/ostrel/oslib.h"
 #include "platform/vcl/core/class_registry.h"
+#include "platform/vcl/core/text_units_impl.h"
 
 namespace Classes {
 
@@ -107,8 +108,8 @@ void TWriter::WriteDate(System::TDateTime value) {
   stream_->WriteBuffer(&v, 8);
 }
 
-void TWriter::WriteString(const AnsiString& value) {
-  const int n = value.Length();
+void TWriter::WriteBytes(const std::string& bytes) {
+  const int n = static_cast<int>(bytes.size());
   if (n <= 255) {
     WriteValue(vaString);
     const auto len = static_cast<unsigned char>(n);
@@ -117,7 +118,39 @@ void TWriter::WriteString(const AnsiString& value) {
     WriteValue(vaLString);
     stream_->WriteBuffer(&n, 4);
   }
-  stream_->WriteBuffer(value.c_str(), n);
+  stream_->WriteBuffer(bytes.data(), n);
+}
+
+namespace {
+bool IsAscii(std::string_view bytes) {
+  return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+}  // namespace
+
+void TWriter::WriteString(const AnsiString& value) {
+  const std::string_view bytes(value.c_str(), static_cast<size_t>(value.Length()));
+  if (!IsAscii(bytes)) {
+    const std::wstring units = TextUnits::FromAnsi(bytes);
+    if (TextUnits::ToAnsi(units) == bytes) return WriteWideString(units);
+  }
+  WriteBytes(std::string(bytes));
+}
+
+void TWriter::WriteWideString(const std::wstring& value) {
+  if (std::all_of(value.begin(), value.end(), [](wchar_t c) { return c < 0x80; }))
+    return WriteBytes(std::string(value.begin(), value.end()));
+  std::string utf8;
+  if (TextUnits::ToUtf8(value, utf8)) {
+    WriteValue(vaUTF8String);
+    const int n = static_cast<int>(utf8.size());
+    stream_->WriteBuffer(&n, 4);
+    stream_->WriteBuffer(utf8.data(), n);
+  } else {
+    WriteValue(vaWString);
+    const int n = static_cast<int>(value.size());
+    stream_->WriteBuffer(&n, 4);
+    stream_->WriteBuffer(value.data(), n * 2);
+  }
 }
 
 void TWriter::WriteIdent(const AnsiString& ident) {
@@ -401,9 +434,9 @@ AnsiString TReader::ReadStr() {
   return s;
 }
 
-AnsiString TReader::ReadString() {
+TValueType TReader::ReadStringBytes(std::string& bytes) {
   const TValueType type = ReadValue();
-  int len = 0;
+  long long len = 0;
   switch (type) {
     case vaString: {
       unsigned char n;
@@ -413,33 +446,50 @@ AnsiString TReader::ReadString() {
     }
     case vaLString:
     case vaWString:
-    case vaUTF8String:
-      Read(&len, 4);
-      if (len < 0 || len > stream_->GetSize() - stream_->GetPosition()) throw EReadError("Invalid stream format");
+    case vaUTF8String: {
+      int n = 0;
+      Read(&n, 4);
+      len = type == vaWString ? 2LL * n : n;
+      if (n < 0 || len > stream_->GetSize() - stream_->GetPosition()) throw EReadError("Invalid stream format");
       break;
+    }
     default:
       stream_->Seek(-1, soCurrent);
       PropValueError();
   }
-  if (type == vaWString) {
-    std::wstring w(static_cast<size_t>(len), L'\0');
-    if (len) Read(w.data(), len * 2);
-    const int n = WideCharToMultiByte(CP_ACP, 0, w.data(), len, nullptr, 0, nullptr, nullptr);
-    std::string s(static_cast<size_t>(n), '\0');
-    WideCharToMultiByte(CP_ACP, 0, w.data(), len, s.data(), n, nullptr, nullptr);
-    return AnsiString(s.c_str(), n);
+  bytes.assign(static_cast<size_t>(len), '\0');
+  if (len) Read(bytes.data(), static_cast<long>(len));
+  return type;
+}
+
+namespace {
+// The text of a string value of type, held in bytes as the stream holds it.
+std::wstring Units(TValueType type, const std::string& bytes) {
+  switch (type) {
+    case vaWString: {
+      std::wstring units(bytes.size() / 2, L'\0');
+      std::memcpy(units.data(), bytes.data(), units.size() * 2);
+      return units;
+    }
+    case vaUTF8String:
+      return TextUnits::FromUtf8(bytes);
+    default:
+      return TextUnits::FromAnsi(bytes);
   }
-  std::string s(static_cast<size_t>(len), '\0');
-  if (len) Read(s.data(), len);
-  if (type == vaUTF8String) {
-    const int wn = MultiByteToWideChar(CP_UTF8, 0, s.data(), len, nullptr, 0);
-    std::wstring w(static_cast<size_t>(wn), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, s.data(), len, w.data(), wn);
-    const int n = WideCharToMultiByte(CP_ACP, 0, w.data(), wn, nullptr, 0, nullptr, nullptr);
-    s.assign(static_cast<size_t>(n), '\0');
-    WideCharToMultiByte(CP_ACP, 0, w.data(), wn, s.data(), n, nullptr, nullptr);
-  }
-  return AnsiString(s.c_str(), static_cast<int>(s.size()));
+}
+}  // namespace
+
+AnsiString TReader::ReadString() {
+  std::string bytes;
+  const TValueType type = ReadStringBytes(bytes);
+  if (type == vaString || type == vaLString) return AnsiString(bytes);
+  return AnsiString(TextUnits::ToAnsi(Units(type, bytes)));
+}
+
+std::wstring TReader::ReadWideString() {
+  std::string bytes;
+  const TValueType type = ReadStringBytes(bytes);
+  return Units(type, bytes);
 }
 
 AnsiString TReader::ReadIdent() {

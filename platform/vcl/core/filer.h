@@ -7,6 +7,16 @@
 /// and its name (short strings: a length byte and the bytes), its properties
 /// as name and value until an empty name, then its child components in the
 /// same form until a zero byte. A value is a TValueType byte and its data.
+///
+/// A string value names its encoding, so that it reads the same in a process
+/// of any ANSI code page: ASCII is written as vaString/vaLString bytes, any
+/// other text as vaUTF8String. A reader converts vaUTF8String and vaWString
+/// to its code page, '?' standing for a character the code page has no
+/// letter for and U+FFFD for each ill-formed UTF-8 sequence (so '?' too,
+/// unless the code page is UTF-8). Non-ASCII vaString/vaLString bytes, as
+/// older writers wrote them, name no encoding: they are read as they are, as
+/// bytes of the reader's code page, and mean what the writer meant only in
+/// the code page it ran in.
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -100,8 +110,14 @@ class VCL_API TWriter : public TFiler {
   void WriteBoolean(bool value);
   void WriteFloat(long double value);
   void WriteDate(System::TDateTime value);
-  /// vaString up to 255 bytes, vaLString above; the bytes as they are.
+  /// Text of the ANSI code page: ASCII as vaString up to 255 bytes and
+  /// vaLString above, other text converted to vaUTF8String. Bytes that are
+  /// not text of the code page (that would not come back the same from
+  /// Unicode) are written as they are, as ASCII is.
   void WriteString(const AnsiString& value);
+  /// UTF-16 text: ASCII as WriteString writes it, other text as
+  /// vaUTF8String, or vaWString when a surrogate stands alone.
+  void WriteWideString(const std::wstring& value);
   /// False, True and nil as their own types, anything else as vaIdent.
   void WriteIdent(const AnsiString& ident);
   /// A short string with no type byte: a name.
@@ -124,6 +140,7 @@ class VCL_API TWriter : public TFiler {
 
  private:
   void WriteProperty(TPersistent* instance, const Typinfo::TPropInfo* prop);
+  void WriteBytes(const std::string& bytes);  // vaString or vaLString
   void WriteChild(TComponent* child) { WriteComponent(child); }
   AnsiString prefix_;  // "Font." while a sub-object's properties are written
 };
@@ -155,9 +172,12 @@ class VCL_API TReader : public TFiler {
   /// Any number type.
   long double ReadFloat();
   System::TDateTime ReadDate();
-  /// vaString, vaLString (bytes as they are), vaWString and vaUTF8String
-  /// (converted to the ANSI code page).
+  /// vaString and vaLString as their bytes are; vaWString and vaUTF8String
+  /// converted to the ANSI code page (see the top of this file).
   AnsiString ReadString();
+  /// Any string value as UTF-16, vaString and vaLString bytes taken as the
+  /// ANSI code page's.
+  std::wstring ReadWideString();
   /// vaIdent, and False, True, nil and Null by their types.
   AnsiString ReadIdent();
   /// A short string with no type byte: a name, so one holding a NUL is refused.
@@ -183,6 +203,8 @@ class VCL_API TReader : public TFiler {
     AnsiString name, where;
   };
   void CheckValue(TValueType expected);
+  /// A string value's type and its bytes as the stream holds them.
+  TValueType ReadStringBytes(std::string& bytes);
   void Read(void* buffer, long count) { stream_->ReadBuffer(buffer, count); }
   [[noreturn]] void PropValueError();
   void ReadComponent(TComponent* parent);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/vcl/core/filer.h"
+#include "platform/vcl/core/text_units_impl.h"
 
 namespace Classes {
 
@@ -117,16 +118,10 @@ class TextWriter {
         out_ += head + Float(reader_.ReadFloat()) + "\r\n";
         return;
       case vaString:
-      case vaLString: {
-        const AnsiString s = reader_.ReadString();
-        std::vector<unsigned> units(s.c_str(), s.c_str() + s.Length());
-        for (auto& u : units) u &= 0xFF;
-        String(head, indent, units);
-        return;
-      }
+      case vaLString:
       case vaWString:
       case vaUTF8String:
-        String(head, indent, WideUnits());
+        String(head, indent, reader_.ReadWideString());
         return;
       case vaIdent:
       case vaFalse:
@@ -158,50 +153,41 @@ class TextWriter {
     }
   }
 
-  // The UTF-16 units of a wide or UTF-8 string value.
-  std::vector<unsigned> WideUnits() {
-    const TValueType type = reader_.ReadValue();
-    int len = 0;
-    Stream()->ReadBuffer(&len, 4);
-    if (len < 0 || len > Stream()->GetSize() - Stream()->GetPosition()) throw EReadError("Invalid stream format");
-    std::vector<unsigned> units;
-    if (type == vaWString) {
-      std::vector<wchar_t> w(static_cast<size_t>(len));
-      if (len) Stream()->ReadBuffer(w.data(), len * 2);
-      units.assign(w.begin(), w.end());
-    } else {
-      std::string s(static_cast<size_t>(len), '\0');
-      if (len) Stream()->ReadBuffer(s.data(), len);
-      std::vector<wchar_t> w(static_cast<size_t>(len) + 1);
-      const int n = MultiByteToWideChar(CP_UTF8, 0, s.data(), len, w.data(), len + 1);
-      units.assign(w.begin(), w.begin() + n);
-    }
-    return units;
-  }
-
   // Quoted runs and #nnn characters, split into pieces joined by + on
-  // lines of their own when long.
-  void String(const std::string& head, int indent, const std::vector<unsigned>& units) {
+  // lines of their own when long. Letters beyond ASCII go into the quotes as
+  // UTF-8; controls and surrogates standing alone, which no editor shows, as
+  // codes.
+  void String(const std::string& head, int indent, const std::wstring& units) {
     std::vector<std::string> pieces(1);
     bool quoted = false;
     int width = 0;
-    for (unsigned u : units) {
+    for (size_t i = 0; i < units.size(); ++i) {
       if (width >= kLineWidth) {
         if (quoted) pieces.back() += '\'';
         quoted = false;
         pieces.emplace_back();
         width = 0;
       }
-      if (u >= 32 && u <= 126) {
+      const unsigned u = units[i];
+      const bool pair =
+          u >= 0xD800 && u <= 0xDBFF && i + 1 < units.size() && units[i + 1] >= 0xDC00 && units[i + 1] <= 0xDFFF;
+      const size_t count = pair ? 2 : 1;
+      std::string utf8;
+      if ((u >= 32 && u <= 126) || (u >= 0xA0 && TextUnits::ToUtf8(units.substr(i, count), utf8))) {
         if (!quoted) pieces.back() += '\'';
         quoted = true;
-        pieces.back() += static_cast<char>(u);
-        if (u == '\'') pieces.back() += '\'';
+        if (u == '\'')
+          pieces.back() += "''";
+        else if (u < 0x80)
+          pieces.back() += static_cast<char>(u);
+        else
+          pieces.back() += utf8;
       } else {
         if (quoted) pieces.back() += '\'';
         quoted = false;
         pieces.back() += "#" + std::to_string(u);
       }
+      i += count - 1;
       ++width;
     }
     if (quoted) pieces.back() += '\'';
@@ -239,7 +225,10 @@ class TextWriter {
 
 class TextReader {
  public:
-  TextReader(std::string text, TStream* output) : text_(std::move(text)), writer_(output) {}
+  TextReader(std::string text, TStream* output)
+      : text_(std::move(text)), utf8_(TextUnits::IsUtf8(text_)), writer_(output) {
+    if (text_.compare(0, 3, "\xEF\xBB\xBF") == 0) pos_ = 3;  // the UTF-8 byte order mark
+  }
 
   void Convert() {
     writer_.WriteSignature();
@@ -340,7 +329,8 @@ class TextReader {
     }
   }
 
-  // 'quoted' and #nnn pieces following each other, into units_.
+  // 'quoted' and #nnn pieces following each other, into units_; the bytes
+  // of a quoted piece are UTF-8, or the code page's in a text that is not.
   void ReadString() {
     while (pos_ < text_.size() && (text_[pos_] == '\'' || text_[pos_] == '#')) {
       if (text_[pos_] == '#') {
@@ -356,23 +346,25 @@ class TextReader {
             v = v * 10 + static_cast<unsigned long>(text_[pos_++] - '0'), ++digits;
         }
         if (!digits || v > 0xFFFF) Error("a character code from 0 to 65535 expected after #");
-        units_.push_back(static_cast<unsigned>(v));
+        units_ += static_cast<wchar_t>(v);
         continue;
       }
       ++pos_;
+      std::string bytes;
       for (;;) {
         if (pos_ >= text_.size() || text_[pos_] == '\n' || text_[pos_] == '\r') Error("unterminated string");
         if (text_[pos_] == '\'') {
           if (pos_ + 1 < text_.size() && text_[pos_ + 1] == '\'') {
-            units_.push_back('\'');
+            bytes += '\'';
             pos_ += 2;
             continue;
           }
           ++pos_;
           break;
         }
-        units_.push_back(static_cast<unsigned char>(text_[pos_++]));
+        bytes += text_[pos_++];
       }
+      units_ += utf8_ ? TextUnits::FromUtf8(bytes) : TextUnits::FromAnsi(bytes);
     }
   }
 
@@ -513,37 +505,26 @@ class TextReader {
     }
   }
 
-  // A string, continued with + over several lines; wide when a character
-  // does not fit in a byte.
+  // A string, continued with + over several lines.
   void StringValue() {
-    std::vector<unsigned> units = units_;
+    std::wstring units = units_;
     Next();
     while (Is('+')) {
       Next();
       if (token_ != kString) Error("a string expected after + but " + Describe() + " found");
-      units.insert(units.end(), units_.begin(), units_.end());
+      units += units_;
       Next();
     }
-    bool wide = false;
-    for (unsigned u : units) wide = wide || u > 255;
-    if (!wide) {
-      std::string bytes(units.begin(), units.end());
-      writer_.WriteString(AnsiString(bytes.c_str(), static_cast<int>(bytes.size())));
-      return;
-    }
-    writer_.WriteValue(vaWString);
-    const int n = static_cast<int>(units.size());
-    writer_.GetStream()->WriteBuffer(&n, 4);
-    std::vector<unsigned short> w(units.begin(), units.end());
-    writer_.GetStream()->WriteBuffer(w.data(), n * 2);
+    writer_.WriteWideString(units);
   }
 
   std::string text_;
+  bool utf8_;  // whether the text's bytes are UTF-8, as a text written by an older version's may not be
   size_t pos_ = 0;
   int line_ = 1, tokenLine_ = 1;
   Token token_ = kEnd;
   std::string tokenText_;
-  std::vector<unsigned> units_;
+  std::wstring units_;
   TWriter writer_;
   int objects_ = 0, lists_ = 0;  // nesting of what is being read
 };

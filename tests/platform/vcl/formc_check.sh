@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The form compiler on good and bad descriptions: exit codes, the output
-# written only on success, each problem as "file:line: message".
+# written only on success, each problem as "file:line: message"; the stream
+# the same whatever the code page it runs in.
 # Usage: formc_check.sh WINERUN STATE FORMC GOOD_FORM
 set -u
 winerun=$1 state=$2 formc=$3 good=$4
@@ -56,6 +57,31 @@ end
   "12: clRedd is not a name of a TColor value" "13: no component named Nothing in this form"
 expect_errors duplicate "object F: TF\n  object A: TEdit\n  end\n  object a: TMemo\n    Lines.Strings = (\n      'one')\n  end\nend\n" \
   "4: a component named a already exists in this form"
+
+# The checks read a text that starts with a UTF-8 byte order mark as any other.
+expect_errors bom "\xEF\xBB\xBFobject F: TF\n  Captoin = 'x'\nend\n" "2: TF has no property Captoin"
+
+# A UTF-8 text compiles to the same stream whatever the code page formc runs
+# in (Wine takes it from LC_ALL), its caption a UTF-8 value; so does a text an
+# older version wrote in the Cyrillic code page, compiled there.
+compile_in() {  # $1: locale, $2: form, $3: output
+  local err
+  err=$(LC_ALL=$1 "$winerun" --state "$state" "$formc" "$2" "$3" 2>&1) || fail "$2 under $1: $err"
+}
+caption='Заказ № 1, café, 日本'
+printf "object F: TF\n  Caption = '%s'\nend\n" "$caption" >"$dir/utf8.form"
+compile_in ru_RU.UTF-8 "$dir/utf8.form" "$dir/ru.bin"
+compile_in fr_FR.UTF-8 "$dir/utf8.form" "$dir/fr.bin"
+cmp -s "$dir/ru.bin" "$dir/fr.bin" || fail "a UTF-8 text compiles to different streams under 1251 and 1252"
+hex() { od -An -tx1 -v | tr -d ' \n'; }
+value=$(printf '\x07Caption\x14' | hex)$(printf '%02x000000' "$(printf '%s' "$caption" | wc -c)")$(printf '%s' "$caption" | hex)
+hex <"$dir/ru.bin" | grep -q "$value" || fail "the caption is not a UTF-8 value"
+printf "object F: TF\n  Caption = '%b'\nend\n" '\xC7\xE0\xEA\xE0\xE7 \xB9 1' >"$dir/cp1251.form"
+printf "object F: TF\n  Caption = '%s'\nend\n" 'Заказ № 1' >"$dir/twin.form"
+compile_in ru_RU.UTF-8 "$dir/cp1251.form" "$dir/cp1251.bin"
+compile_in ru_RU.UTF-8 "$dir/twin.form" "$dir/twin.bin"
+cmp -s "$dir/cp1251.bin" "$dir/twin.bin" || fail "a Cyrillic code page text compiled under 1251 is not its UTF-8 twin"
+echo "ok: code pages"
 
 # A class the framework does not know is left unchecked, with a warning.
 printf 'object F: TF\n  object C: TCustomThing\n    Anything = 1\n  end\nend\n' >"$dir/custom.form"

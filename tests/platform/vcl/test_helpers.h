@@ -3,6 +3,10 @@
 // made on a parent, event logs, the thread's windows and a bitmap to paint on.
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
 #include <deque>
 #include <ostream>
 #include <string>
@@ -37,6 +41,26 @@ inline std::string WindowText(HWND w) {
   char text[256] = {};
   GetWindowTextA(w, text, sizeof text);
   return text;
+}
+
+// A text of the process's code page as UTF-16, to compare whatever the code page.
+inline std::wstring Wide(const System::AnsiString& s) {
+  std::wstring w(static_cast<size_t>(s.Length()) * 2 + 1, L'\0');
+  w.resize(static_cast<size_t>(
+      std::max(0, MultiByteToWideChar(CP_ACP, 0, s.c_str(), s.Length(), w.data(), static_cast<int>(w.size())))));
+  return w;
+}
+
+// The column of the cases of texts for this process's code page: 0 for 1251
+// (Cyrillic), 1 for 1252 (Western), 2 for UTF-8, -1 for another. A run meant
+// for one names it in VELKIN_ANSI_CP, and fails when it got another.
+inline int CodePageColumn() {
+  const UINT codePage = GetACP();
+  if (const char* want = std::getenv("VELKIN_ANSI_CP"); want && std::strtoul(want, nullptr, 10) != codePage) {
+    ADD_FAILURE() << "the process's code page is " << codePage << ", the run is meant for " << want;
+    return -1;
+  }
+  return codePage == 1251 ? 0 : codePage == 1252 ? 1 : codePage == CP_UTF8 ? 2 : -1;
 }
 
 // Everything a memory stream holds.

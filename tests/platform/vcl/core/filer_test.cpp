@@ -3,7 +3,10 @@
 // references, menu and string lists; malformed streams refused with the
 // component and property named and nothing left behind; nesting past the
 // limit refused by every reader, within a worker thread's stack; a design
-// made at another screen density scaled when it is read.
+// made at another screen density scaled when it is read; texts of any script
+// written in one code page and read in another, strings of older writers and
+// damaged ones read without harm (these run again under the Cyrillic code
+// page and in a program whose code page is UTF-8).
 #include "platform/vcl/core/filer.h"
 
 #include <gtest/gtest.h>
@@ -120,7 +123,7 @@ C* Named(TComponent* owner, Controls::TWinControl* parent, const char* name) {
 // A form with something of every kind of value.
 void Design(TStreamedForm& f) {
   f.SetName("Designed");
-  f.SetCaption("Order \xC7\xE0\xEA\xE0\xE7");  // 8-bit text, kept as bytes
+  f.SetCaption("Order \xC7\xE0\xEA\xE0\xE7");  // letters of the code page beyond ASCII
   f.SetBorderStyle(Forms::bsDialog);
   f.SetRatio(-1.0 / 3);
   f.SetDue(System::TDateTime(46000.75));
@@ -515,6 +518,129 @@ TEST(TReader, NestingPastTheLimitIsRefusedByEveryReaderWithinASmallStack) {
       "lists skipped: Lists nested deeper than 256 levels\n";
   EXPECT_EQ(refused, past);
   EXPECT_EQ(refused, deep);
+}
+
+// A string value as it is written: its type, its length and its bytes.
+std::string Value(TValueType type, const std::string& bytes) {
+  const int n = static_cast<int>(type == vaWString ? bytes.size() / 2 : bytes.size());
+  return std::string(1, static_cast<char>(type)) + std::string(reinterpret_cast<const char*>(&n), 4) + bytes;
+}
+
+std::string Encoded(UINT codePage, const std::wstring& w) {
+  std::string s(w.size() * 4, '\0');
+  s.resize(static_cast<size_t>(WideCharToMultiByte(codePage, 0, w.data(), static_cast<int>(w.size()), s.data(),
+                                                   static_cast<int>(s.size()), nullptr, nullptr)));
+  return s;
+}
+
+// What the captions of scripts_form.form (a TStreamedForm's design, which
+// the form compiler put into this program's resources) read as under code
+// pages 1251, 1252 and UTF-8, which holds them as designed: a '?' for each
+// character the code page has no letter for, never a look-alike.
+const struct {
+  const char* name;
+  std::wstring in[3];
+} kScripts[] = {
+    {"Cyrillic", {L"Привет, мир", L"??????, ???", L"Привет, мир"}},
+    {"Latin", {L"Gr??e, caf?, na?ve", L"Größe, café, naïve", L"Größe, café, naïve"}},
+    {"Cjk", {L"???", L"???", L"日本語"}},
+    {"Mixed", {L"Ж ? € ? ?", L"? é € ? ?", L"Ж é € 日 😀"}},
+};
+
+// What a program writes in its code page is, for the texts it holds, what
+// the form compiler wrote at build time in the build's; both read in every
+// code page as far as it holds them.
+TEST(TStream, TextsOfAnyScriptReadTheSameInEveryCodePage) {
+  const int column = CodePageColumn();
+  if (column < 0) GTEST_SKIP() << "the cases know code pages 1251, 1252 and UTF-8, not " << GetACP();
+  TStreamedForm compiled(nullptr);
+  ASSERT_TRUE(InitInheritedComponent(&compiled, Forms::TForm::StaticClass()));
+  const HRSRC found = FindResourceA(nullptr, "TSTREAMEDFORM", RT_RCDATA);
+  ASSERT_NE(nullptr, found);
+  const std::string resource(static_cast<const char*>(LockResource(LoadResource(nullptr, found))),
+                             SizeofResource(nullptr, found));
+
+  // The same captions set here from the texts of this code page.
+  TStreamedForm made(nullptr);
+  made.SetName("ScriptsForm");
+  for (const auto& row : kScripts)
+    Named<Stdctrls::TLabel>(&made, &made, row.name)->SetText(Encoded(CP_ACP, row.in[column]));
+  TMemoryStream written;
+  written.WriteComponent(&made);
+  TStreamedForm copy(nullptr);
+  written.SetPosition(0);
+  written.ReadComponent(&copy);
+
+  for (const auto& row : kScripts) {
+    const std::wstring& want = row.in[column];
+    const auto caption = [&](TComponent& form) {
+      auto* label = dynamic_cast<Stdctrls::TLabel*>(form.FindComponent(row.name));
+      return label ? Wide(label->GetText()) : L"(no label)";
+    };
+    EXPECT_EQ(want, caption(compiled)) << row.name << ": compiled at build time";
+    EXPECT_EQ(want, caption(copy)) << row.name << ": written here";
+    if (want != row.in[2]) continue;
+    const std::string value = Value(vaUTF8String, Encoded(CP_UTF8, want));
+    EXPECT_NE(std::string::npos, Bytes(written).find(value)) << row.name << ": written as UTF-8";
+    EXPECT_NE(std::string::npos, resource.find(value)) << row.name << ": compiled as UTF-8";
+  }
+
+  // Bytes that are not all text of the code page (UTF-8's are not) come back
+  // as they were, in the code page they were written in.
+  std::string bytes;
+  for (int c = 0x20; c <= 0xFF; ++c) bytes += static_cast<char>(c);
+  Named<Stdctrls::TLabel>(&made, &made, "Bytes")->SetText(bytes);
+  written.Clear();
+  written.WriteComponent(&made);
+  TStreamedForm again(nullptr);
+  written.SetPosition(0);
+  written.ReadComponent(&again);
+  auto* back = dynamic_cast<Stdctrls::TLabel*>(again.FindComponent("Bytes"));
+  ASSERT_NE(nullptr, back);
+  EXPECT_EQ(bytes, Str(back->GetText()));
+}
+
+// Strings of each type the binary form has, an older writer's bytes and
+// damaged ones: each read into the code page as far as it holds them, and
+// the property after it read too.
+TEST(TReader, StringsOfEveryTypeAndDamagedOnesReadIntoTheCodePage) {
+  const int column = CodePageColumn();
+  if (column < 0) GTEST_SKIP() << "the cases know code pages 1251, 1252 and UTF-8, not " << GetACP();
+  const auto wide = [](const std::wstring& w) {
+    return Value(vaWString, std::string(reinterpret_cast<const char*>(w.data()), w.size() * 2));
+  };
+  const struct {
+    const char* what;
+    std::string value;
+    std::wstring in[3];  // under 1251, 1252, UTF-8
+  } cases[] = {
+      {"UTF-16", wide(L"Ж é € 日"), {L"Ж ? € ?", L"? é € ?", L"Ж é € 日"}},
+      {"UTF-16 with a surrogate alone", wide({L'a', wchar_t(0xD800), L'b'}), {L"a?b", L"a?b", L"a\uFFFDb"}},
+      // A U+FFFD for each longest run of bytes that could have begun a character.
+      {"ill-formed UTF-8",
+       Value(vaUTF8String, "ok\xC3(\xFF\xED\xA0\x80!\xE6\x97"),
+       {L"ok?(?\?\?\?!?", L"ok?(?\?\?\?!?", L"ok\uFFFD(\uFFFD\uFFFD\uFFFD\uFFFD!\uFFFD"}},
+  };
+  const std::string stream = FromText("Hint = 'XX'\nCaption = 'after'\n");
+  const auto read = [&](const std::string& value, TStreamedForm& form) {
+    std::string bytes = stream;
+    bytes.replace(bytes.find("\x06\x02XX"), 4, value);
+    TMemoryStream s;
+    s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
+    s.SetPosition(0);
+    s.ReadComponent(&form);
+  };
+  for (const auto& c : cases) {
+    TStreamedForm form(nullptr);
+    ASSERT_NO_THROW(read(c.value, form)) << c.what;
+    EXPECT_EQ(c.in[column], Wide(form.GetHint())) << c.what;
+    EXPECT_EQ("after", Str(form.GetCaption())) << c.what;
+  }
+
+  // Bytes that name no encoding are taken as they are, in any code page.
+  TStreamedForm form(nullptr);
+  read(std::string("\x06\x05\xC7\xE0\xEA\xE0\xE7"), form);
+  EXPECT_EQ("\xC7\xE0\xEA\xE0\xE7", Str(form.GetHint()));
 }
 
 TEST(TCustomForm, ADesignMadeAtAnotherDensityIsScaledWhenRead) {
