@@ -135,7 +135,7 @@ void TControl::UpdateBoundsFields(int left, int top, int width, int height) {
       parent_->layout_.Measure(this);
     parent_->NotifyChildrenChanged();
   }
-  if (auto* w = dynamic_cast<TWinControl*>(this); w && resized) w->Realign();
+  if (auto* w = AsWinControl(); w && resized) w->Realign();
 }
 
 void TControl::SetBounds(int left, int top, int width, int height) {
@@ -213,7 +213,7 @@ void TControl::BringToFront() {
     list.erase(std::find(list.begin(), list.end(), this));
     list.push_back(this);
   }
-  if (auto* w = dynamic_cast<TWinControl*>(this); w && w->handle_)
+  if (auto* w = AsWinControl(); w && w->handle_)
     SetWindowPos(w->handle_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   Invalidate();
 }
@@ -224,7 +224,7 @@ void TControl::SendToBack() {
     list.erase(std::find(list.begin(), list.end(), this));
     list.insert(list.begin(), this);
   }
-  if (auto* w = dynamic_cast<TWinControl*>(this); w && w->handle_)
+  if (auto* w = AsWinControl(); w && w->handle_)
     SetWindowPos(w->handle_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   Invalidate();
 }

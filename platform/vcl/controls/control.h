@@ -254,6 +254,9 @@ class VCL_API TControl : public Classes::TComponent {
 
   /// Changes the stored bounds without touching any window.
   void UpdateBoundsFields(int left, int top, int width, int height);
+  /// This control as a windowed one, or null: asked on every move and
+  /// insertion, where a dynamic_cast costs more than the work.
+  virtual TWinControl* AsWinControl() { return nullptr; }
   /// Mouse hooks: they run the events.
   virtual void MouseDown(TMouseButton button, TShiftState shift, int x, int y);
   virtual void MouseUp(TMouseButton button, TShiftState shift, int x, int y);

@@ -84,7 +84,7 @@ void TWinControl::InsertControl(TControl* control) {
   ++childrenVersion_;
   control->alignOrder_ = ++alignCounter_;
   control->parent_ = this;
-  auto* w = dynamic_cast<TWinControl*>(control);
+  auto* w = control->AsWinControl();
   if (w) {
     w->tabOrder_ = static_cast<int>(tabList_.size());
     tabList_.push_back(w);
@@ -101,7 +101,7 @@ void TWinControl::InsertControl(TControl* control) {
 // placed: it appears if the parent is on the screen. A design being read
 // makes its windows when it is loaded.
 void TWinControl::ShowChildWindow(TControl* control) {
-  auto* w = dynamic_cast<TWinControl*>(control);
+  auto* w = control->AsWinControl();
   if (w && !w->handle_ && handle_ && w->parent_ == this && !IsLoading(this) && !IsLoading(control)) w->GetHandle();
 }
 
@@ -110,7 +110,7 @@ void TWinControl::RemoveControl(TControl* control, bool keepWindow) {
   auto it = std::find(controls_.rbegin(), controls_.rend(), control);
   if (it == controls_.rend()) return;
   control->Invalidate();
-  auto* w = dynamic_cast<TWinControl*>(control);
+  auto* w = control->AsWinControl();
   if (w && !keepWindow) w->DestroyHandle();
   controls_.erase(std::next(it).base());
   ++childrenVersion_;
@@ -285,7 +285,7 @@ void TWinControl::CreateWnd() {
   // The windows of the controls inside come with it, so that it shows whole.
   if (wnd)
     for (TControl* c : std::vector<TControl*>(controls_))
-      if (auto* w = dynamic_cast<TWinControl*>(c)) w->GetHandle();
+      if (auto* w = c->AsWinControl()) w->GetHandle();
   // A top-level window is shown without taking the foreground from whoever
   // has it.
   if (wnd && !(params.Style & WS_CHILD) && GetVisible()) ShowWindow(wnd, SW_SHOWNOACTIVATE);
@@ -306,7 +306,7 @@ void TWinControl::DestroyHandle() {
   if (!handle_) return;
   // The children hear first: their DestroyWnd may keep what the window holds.
   for (TControl* c : controls_)
-    if (auto* w = dynamic_cast<TWinControl*>(c); w && w->handle_) {
+    if (auto* w = c->AsWinControl(); w && w->handle_) {
       w->parentDestroysWindow_ = true;
       struct Reset {
         bool& flag;
@@ -819,7 +819,7 @@ bool TWinControl::Broadcast(TMessage& message) {
       message.Result = 1;
       return true;
     }
-    if (auto* w = dynamic_cast<TWinControl*>(c); w && w->Broadcast(message)) return true;
+    if (auto* w = c->AsWinControl(); w && w->Broadcast(message)) return true;
   }
   return false;
 }

@@ -126,6 +126,7 @@ class VCL_API TWinControl : public TControl {
   void DefaultHandler(TMessage& message) override;
 
  protected:
+  TWinControl* AsWinControl() override { return this; }
   /// Lays out what waited for the design to be read.
   void Loaded() override;
   /// The client area as it is now is the one anchored children keep their
