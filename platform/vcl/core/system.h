@@ -1,6 +1,7 @@
 #pragma once
 /// \file
 /// Unit System: the object model and class information.
+#include <atomic>
 #include <iterator>
 #include <new>
 
@@ -43,6 +44,9 @@ struct VCL_API TMetaClass {
   /// parent's come on top.
   const Typinfo::TPropInfo* Published = nullptr;
   int PublishedCount = 0;
+  /// The published members by name, parents' included: made by the first
+  /// lookup (typinfo.h) and kept here, where finding it costs nothing.
+  mutable std::atomic<const void*> NameIndex{nullptr};
 
   const char* ClassName() const { return Name; }
   const TMetaClass* ClassParent() const { return Parent; }

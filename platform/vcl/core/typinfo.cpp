@@ -1,6 +1,7 @@
 #include "platform/vcl/core/typinfo.h"
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <unordered_map>
 
@@ -8,6 +9,8 @@
 
 #include <cstring>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/vcl/core/name_hash.h"
 
@@ -113,13 +116,11 @@ using TNameMap = std::unordered_map<std::string_view, const TPropInfo*, Classes:
 // A class's published properties, methods and fields by name, its own before
 // its parents' (the first found wins, as a search up the classes finds it).
 struct TClassIndex {
-  const TPropInfo* published;  // what it was made from: a class of an
-  int count;                   // unloaded module may reuse the address
   TNameMap properties, methods, fields;
 };
 
 TClassIndex BuildIndex(const System::TMetaClass* cls) {
-  TClassIndex index{cls->Published, cls->PublishedCount, {}, {}, {}};
+  TClassIndex index;
   for (; cls; cls = cls->Parent)
     for (int i = 0; i < cls->PublishedCount; ++i) {
       const TPropInfo* p = &cls->Published[i];
@@ -130,19 +131,24 @@ TClassIndex BuildIndex(const System::TMetaClass* cls) {
 }
 
 // Reading asks for every property it reads and every field it binds: the
-// index is made once a class.
+// index is made once a class and kept in its class information. Indexes stay
+// until the process ends, as a class of an unloaded package leaves its own.
 const TPropInfo* Lookup(const System::TMetaClass* cls, TNameMap TClassIndex::*kind, const AnsiString& name) {
   if (!cls) return nullptr;
-  static std::mutex lock;
-  static std::unordered_map<const System::TMetaClass*, TClassIndex> indexes;
-  const std::lock_guard<std::mutex> guard(lock);
-  auto it = indexes.find(cls);
-  if (it == indexes.end())
-    it = indexes.emplace(cls, BuildIndex(cls)).first;
-  else if (it->second.published != cls->Published || it->second.count != cls->PublishedCount)
-    it->second = BuildIndex(cls);
-  const TNameMap& map = it->second.*kind;
-  const auto found = map.find(name.c_str());
+  auto* index = static_cast<const TClassIndex*>(cls->NameIndex.load(std::memory_order_acquire));
+  if (!index) {
+    static std::mutex lock;
+    static std::vector<std::unique_ptr<TClassIndex>> made;
+    const std::lock_guard<std::mutex> guard(lock);
+    index = static_cast<const TClassIndex*>(cls->NameIndex.load(std::memory_order_acquire));
+    if (!index) {
+      made.push_back(std::make_unique<TClassIndex>(BuildIndex(cls)));
+      index = made.back().get();
+      cls->NameIndex.store(index, std::memory_order_release);
+    }
+  }
+  const TNameMap& map = index->*kind;
+  const auto found = map.find(std::string_view(name.c_str(), static_cast<size_t>(name.Length())));
   return found == map.end() ? nullptr : found->second;
 }
 
