@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "examples/gallery/pictures/picture_file.h"
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/mygeom.h"
 #include "platform/ostrel/owned_handle.h"
@@ -60,10 +61,3 @@ struct Shot {
 // Puts lines of shots, each under its label, below a title and writes the
 // picture to path; false when there is no shot or it cannot be written.
 bool SaveShotSheet(const std::vector<std::vector<Shot>>& lines, const char* title, const std::string& path);
-
-// Writes width x height top-down 32-bit pixels (blue, green, red, unused) as a PNG.
-bool WritePng(const std::string& path, const uint32_t* bits, int width, int height);
-
-// Reads a picture file into top-down 32-bit pixels; false when it is missing
-// or cannot be read.
-bool ReadPng(const std::string& path, std::vector<uint32_t>& bits, int& width, int& height);

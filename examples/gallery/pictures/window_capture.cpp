@@ -9,26 +9,11 @@
 
 namespace {
 
-// The window as it is on the screen, into a top-down 32-bit buffer.
+// The window, frame included, as it is on the screen.
 bool Capture(HWND window, std::vector<uint32_t>& bits, int& width, int& height) {
   RECT r;
   GetWindowRect(window, &r);
-  width = r.right - r.left;
-  height = r.bottom - r.top;
-  BITMAPINFO info{};
-  info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  void* pixels = nullptr;
-  const OwnedBitmap dib(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels, nullptr, 0));
-  const OwnedMemoryDC dc(CreateCompatibleDC(nullptr));
-  if (!dib || !dc) return false;
-  DCChanger selected(dc.get());
-  selected.Select(dib.get());
-  // From the screen: the window system has drawn frame and controls there.
-  const OwnedWindowDC screen(nullptr);
-  if (!BitBlt(dc.get(), 0, 0, width, height, screen.get(), r.left, r.top, SRCCOPY)) return false;
-  GdiFlush();
-  bits.assign(static_cast<uint32_t*>(pixels), static_cast<uint32_t*>(pixels) + width * height);
-  return true;
+  return CaptureScreen(r, bits, width, height);
 }
 
 }  // namespace
