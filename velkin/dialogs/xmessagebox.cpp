@@ -269,7 +269,9 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
   int most = GetSystemMetrics(SM_CXSCREEN) / 2 + px(100);
   if (iconKind) most -= cxIcon + px(16);
   RECT measured{0, 0, most, most};
-  DrawTextA(dc.get(), text ? text : "", -1, &measured, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  // As the box shows it: the template holds the text converted from the code page.
+  const std::wstring wide = Graphics::WideText(text ? text : "", -1);
+  DrawTextW(dc.get(), wide.c_str(), -1, &measured, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
   measured.right = std::max<LONG>(measured.right, InkRight(text ? text : "", measured, DT_WORDBREAK | DT_NOPREFIX));
   RECT textRect{px(16), px(16), measured.right + px(28), measured.bottom + px(21)};
   RECT box{0, 0, Width(textRect) + px(16), std::max<LONG>(Height(textRect) + px(16), px(70))};
@@ -357,7 +359,7 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
   if (state.askAgain || state.tellAgain) {
     const char* label = Caption(state.askAgain ? 9010 : 9011);
     RECT r{0, 0, GetSystemMetrics(SM_CXSCREEN) / 3, px(16)};
-    DrawTextA(dc.get(), label, -1, &r, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+    DrawTextW(dc.get(), Graphics::WideText(label, -1).c_str(), -1, &r, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
     const int w = std::max<int>(r.right, InkRight(label, r, DT_SINGLELINE | DT_NOPREFIX));
     // A third more for the box, and never less than the box and its gap.
     const int checkWidth = std::max(w + w / 3, w + GetSystemMetrics(SM_CXMENUCHECK) + px(8));

@@ -6,6 +6,7 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcompare.h"
 #include "platform/vcl/graphics/font.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/gdi/gdi_temp.h"
 
 VCL_CLASS_IMPL(HCustomGDIFont, HGDIObject)
@@ -125,8 +126,11 @@ MyPoint HCustomGDIFont::TextSize(const char* text, void* dc) {
   Refresh();
   if (!selected_) Select(chosen);
   if (!text) text = "";
-  if (selectedDC_)
-    DrawTextA(static_cast<HDC>(selectedDC_), text, static_cast<int>(std::strlen(text)), &rect, DT_CALCRECT);
+  if (selectedDC_) {
+    const HDC dc = static_cast<HDC>(selectedDC_);
+    const std::wstring drawn = Graphics::DrawnText(dc, text, static_cast<int>(std::strlen(text)));
+    DrawTextW(dc, drawn.c_str(), static_cast<int>(drawn.size()), &rect, DT_CALCRECT);
+  }
   if (chosen == selectedDC_) Restore();
   return MyPoint{rect.right - rect.left, rect.bottom - rect.top};
 }

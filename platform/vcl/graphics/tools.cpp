@@ -254,13 +254,33 @@ int TMeasuringDC::InkRight(const wchar_t* text, int length, const RECT& laidOut,
   return room / 2;
 }
 
-std::wstring WideText(const char* text, int length) {
+namespace {
+
+std::wstring Widened(UINT codePage, const char* text, int length) {
   if (!text || length == 0) return std::wstring();
-  const int n = MultiByteToWideChar(CP_ACP, 0, text, length, nullptr, 0);
+  const int n = MultiByteToWideChar(codePage, 0, text, length, nullptr, 0);
   std::wstring wide(n > 0 ? n : 0, L'\0');
-  if (n > 0) MultiByteToWideChar(CP_ACP, 0, text, length, wide.data(), n);
+  if (n > 0) MultiByteToWideChar(codePage, 0, text, length, wide.data(), n);
   if (length < 0 && !wide.empty()) wide.pop_back();  // the terminator
   return wide;
+}
+
+}  // namespace
+
+std::wstring WideText(const char* text, int length) { return Widened(CP_ACP, text, length); }
+
+std::wstring DrawnText(HDC dc, const char* text, int length) {
+  UINT codePage = CP_ACP;
+  if (GetACP() != CP_UTF8) {
+    const int charset = GetTextCharset(dc);
+    CHARSETINFO info{};
+    if (charset == OEM_CHARSET)
+      codePage = GetOEMCP();
+    else if (charset >= 0 &&
+             TranslateCharsetInfo(reinterpret_cast<DWORD*>(static_cast<uintptr_t>(charset)), &info, TCI_SRCCHARSET))
+      codePage = info.ciACP;
+  }
+  return Widened(codePage, text, length);
 }
 
 // ---- TFont
