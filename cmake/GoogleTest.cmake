@@ -85,6 +85,8 @@ function(velkin_utf8_test name)
   endif()
   foreach(filter IN LISTS P_CASES)
     add_test(NAME ${filter}.Utf8 COMMAND ${name} --gtest_filter=${filter} WORKING_DIRECTORY ${VELKIN_OUTPUT_DIR})
-    set_tests_properties(${filter}.Utf8 PROPERTIES ENVIRONMENT "${P_ENVIRONMENT}" TIMEOUT 120 RUN_SERIAL ${serial})
+    # A filter that names no case would pass having run nothing.
+    set_tests_properties(${filter}.Utf8 PROPERTIES ENVIRONMENT "${P_ENVIRONMENT}" TIMEOUT 120 RUN_SERIAL ${serial}
+                                                   FAIL_REGULAR_EXPRESSION "Running 0 tests")
   endforeach()
 endfunction()

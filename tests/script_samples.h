@@ -26,6 +26,23 @@ inline std::wstring Wide(const char* utf8) {
   return wide;
 }
 
+inline std::string Utf8(const std::wstring& wide) {
+  const int n =
+      WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
+  std::string utf8(n > 0 ? n : 0, '\0');
+  WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), utf8.data(), n, nullptr, nullptr);
+  return utf8;
+}
+
+// UTF-16 in the process's ANSI code page.
+inline std::string Ansi(const std::wstring& wide) {
+  const int n =
+      WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
+  std::string ansi(n > 0 ? n : 0, '\0');
+  WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), ansi.data(), n, nullptr, nullptr);
+  return ansi;
+}
+
 // utf8 in the process's ANSI code page; false when that cannot write it.
 inline bool InAnsi(const char* utf8, std::string& ansi) {
   const std::wstring wide = Wide(utf8);

@@ -89,7 +89,18 @@ void TCustomEdit::SetSelLength(int value) {
 
 AnsiString TCustomEdit::GetSelText() {
   const int start = GetSelStart();
-  return GetText().SubString(start + 1, selLength_);
+  if (!HandleAllocated()) return GetText().SubString(start + 1, selLength_);
+  // The window counts UTF-16 units, not the code page's bytes.
+  const HWND h = GetHandle();
+  std::wstring text(static_cast<size_t>(GetWindowTextLengthW(h)) + 1, L'\0');
+  text.resize(static_cast<size_t>(GetWindowTextW(h, text.data(), static_cast<int>(text.size()))));
+  if (start >= static_cast<int>(text.size()) || selLength_ <= 0) return AnsiString();
+  const std::wstring part = text.substr(static_cast<size_t>(start), static_cast<size_t>(selLength_));
+  const int n =
+      WideCharToMultiByte(CP_ACP, 0, part.data(), static_cast<int>(part.size()), nullptr, 0, nullptr, nullptr);
+  std::string bytes(static_cast<size_t>(n), '\0');
+  WideCharToMultiByte(CP_ACP, 0, part.data(), static_cast<int>(part.size()), bytes.data(), n, nullptr, nullptr);
+  return AnsiString(bytes);
 }
 
 void TCustomEdit::SetSelText(const AnsiString& value) {
