@@ -47,10 +47,11 @@ inline std::string Ansi(const std::wstring& wide) {
 inline bool InAnsi(const char* utf8, std::string& ansi) {
   const std::wstring wide = Wide(utf8);
   BOOL lossy = FALSE;
-  const bool exact = GetACP() == CP_UTF8;  // takes no lossy flag, and loses nothing
-  const int n = WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, nullptr, 0, nullptr, exact ? nullptr : &lossy);
+  const bool exact = GetACP() == CP_UTF8;                // takes neither flag nor report, and loses nothing
+  const DWORD flags = exact ? 0 : WC_NO_BEST_FIT_CHARS;  // "\u0131" is no "i"
+  const int n = WideCharToMultiByte(CP_ACP, flags, wide.c_str(), -1, nullptr, 0, nullptr, exact ? nullptr : &lossy);
   ansi.assign(n > 0 ? n : 1, '\0');
-  WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, ansi.data(), n, nullptr, nullptr);
+  WideCharToMultiByte(CP_ACP, flags, wide.c_str(), -1, ansi.data(), n, nullptr, nullptr);
   ansi.pop_back();
   return !lossy;
 }

@@ -10,6 +10,11 @@ unsigned Resolved(unsigned codePage) { return codePage == CP_ACP ? GetACP() : co
 
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
+// The bytes a UTF-8 character takes by its first byte; 1 for a byte that starts none.
+int LeadSize(unsigned char lead) {
+  return lead >= 0xF0 && lead <= 0xF4 ? 4 : lead >= 0xE0 && lead <= 0xEF ? 3 : lead >= 0xC2 && lead <= 0xDF ? 2 : 1;
+}
+
 // Whether the code page has characters of two bytes whose first tells them
 // (asked once for the ANSI code page, which does not change while a process runs).
 bool IsDoubleByte(unsigned codePage) {
@@ -33,10 +38,7 @@ int CharSize(const char* text, int length, unsigned codePage) {
   codePage = Resolved(codePage);
   const auto lead = static_cast<unsigned char>(text[0]);
   if (codePage == CP_UTF8) {
-    const int size = lead >= 0xF0 && lead <= 0xF4   ? 4
-                     : lead >= 0xE0 && lead <= 0xEF ? 3
-                     : lead >= 0xC2 && lead <= 0xDF ? 2
-                                                    : 1;
+    const int size = LeadSize(lead);
     if (size > length) return 1;
     for (int i = 1; i < size; ++i)
       if (!IsContinuation(text[i])) return 1;
@@ -51,10 +53,11 @@ int CharFit(const char* text, int length, int room, unsigned codePage) {
   if (length <= room) return length;
   codePage = Resolved(codePage);
   if (codePage == CP_UTF8) {
-    // Back to the start of the character that would be cut, if any.
+    // Back to the start of the character that would be cut, if any (the text
+    // may be seen only a little past room: the first byte tells the size).
     int end = room;
     while (end > 0 && IsContinuation(text[end])) --end;
-    return end + CharSize(text + end, length - end, CP_UTF8) <= room ? room : end;
+    return end + LeadSize(static_cast<unsigned char>(text[end])) <= room ? room : end;
   }
   if (!IsDoubleByte(codePage)) return room;
   int end = 0;

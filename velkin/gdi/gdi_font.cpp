@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/ostrel/mbchar.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcompare.h"
 #include "platform/vcl/graphics/font.h"
@@ -92,8 +93,10 @@ void HCustomGDIFont::SetStrikeout(bool value) {
 void HCustomGDIFont::SetFontName(const System::AnsiString& value) {
   if (StrCmp(logFont_.lfFaceName, value.c_str(), -1, StrCmpIgnoreCase) == 0) return;
   Changing();
-  std::strncpy(logFont_.lfFaceName, value.c_str(), LF_FACESIZE);
-  logFont_.lfFaceName[LF_FACESIZE - 1] = 0;
+  // As much of the name as the record holds, never half a letter.
+  const int kept = CharFit(value.c_str(), value.Length(), LF_FACESIZE - 1);
+  std::memcpy(logFont_.lfFaceName, value.c_str(), static_cast<std::size_t>(kept));
+  logFont_.lfFaceName[kept] = 0;
   Dirtied();
 }
 

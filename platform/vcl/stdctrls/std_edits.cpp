@@ -1,5 +1,6 @@
 #include "platform/vcl/stdctrls/std_edits.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 #include <string>
 #include <vector>
@@ -96,11 +97,7 @@ AnsiString TCustomEdit::GetSelText() {
   text.resize(static_cast<size_t>(GetWindowTextW(h, text.data(), static_cast<int>(text.size()))));
   if (start >= static_cast<int>(text.size()) || selLength_ <= 0) return AnsiString();
   const std::wstring part = text.substr(static_cast<size_t>(start), static_cast<size_t>(selLength_));
-  const int n =
-      WideCharToMultiByte(CP_ACP, 0, part.data(), static_cast<int>(part.size()), nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<size_t>(n), '\0');
-  WideCharToMultiByte(CP_ACP, 0, part.data(), static_cast<int>(part.size()), bytes.data(), n, nullptr, nullptr);
-  return AnsiString(bytes);
+  return AnsiString(Graphics::AnsiText(part.data(), static_cast<int>(part.size())));
 }
 
 void TCustomEdit::SetSelText(const AnsiString& value) {

@@ -5,11 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/vcl/graphics/measuring_dc.h"
+#include "platform/vcl/stdctrls/std_label.h"
 #include "tests/platform/pellum/select_dir_driver.h"
+#include "tests/script_samples.h"
 #include "tests/velkin/dialogs/text_fit.h"
 #include "tests/velkin/resources/string_texts.h"
 
@@ -94,6 +98,75 @@ TEST(Filectrl, SelectDirectoryAsAUserDrivesIt) {
   EXPECT_EQ(alpha, std::string(dir.c_str()));
 
   for (const char* d : {"\\made\\deeper", "\\made", "\\alpha", "\\beta", ""}) RemoveDirectoryA((base + d).c_str());
+}
+
+// Folders named in any script the code page can write, listed, opened and
+// chosen whole, one of them a path that takes more than twice MAX_PATH in
+// bytes, fewer in letters (each name within the 255 bytes a Unix file system
+// allows); the folders label's letter, Alt and it, goes to the list.
+TEST(Filectrl, FoldersOfAnyScript) {
+  const std::string base = Temp("");
+  std::wstring longName;
+  for (int i = 0; i < 85; ++i) longName += L'\u4e2d';
+  std::vector<std::wstring> made;
+  std::vector<std::string> names;  // in the code page
+  for (const std::wstring& wide : {script_samples::Wide("Crème brûlée"), script_samples::Wide("Щука и ёж"),
+                                   script_samples::Wide("Ωμέγα λόγος"), script_samples::Wide("a😀b"), longName}) {
+    std::string name;
+    if (!script_samples::InAnsi(script_samples::Utf8(wide).c_str(), name)) continue;
+    made.push_back(Graphics::WideText(base.c_str(), -1) + L"\\" + wide);
+    CreateDirectoryW(made.back().c_str(), nullptr);
+    names.push_back(name);
+  }
+  // The folders label's letter, in lower case: Alt and it goes to the list.
+  wchar_t letter = 0;
+  bool listFocused = false;
+  const Step altLetter = [&] {
+    auto* label = Part<Stdctrls::TLabel>("FoldersLabel");
+    auto* edit = Part<Stdctrls::TEdit>("DirEdit");
+    if (!label || !edit) return false;
+    std::wstring caption = Graphics::WideText(label->GetText().c_str(), -1);
+    CharLowerBuffW(caption.data(), static_cast<DWORD>(caption.size()));
+    const std::size_t at = caption.find(L'&');
+    letter = at + 1 < caption.size() ? caption[at + 1] : L'?';
+    edit->SetFocus();
+    PostMessageW(edit->GetHandle(), WM_SYSCHAR, letter, 1 << 29);
+    return true;
+  };
+  const Step seeFocus = [&] {
+    auto* list = Part<Stdctrls::TListBox>("DirList");
+    listFocused = list && list->Focused();
+    return true;
+  };
+  for (const std::string& name : names) {
+    AnsiString dir = base.c_str();
+    std::string shown;
+    const Step remember = [&] { return shown = EditText(), true; };
+    const bool result = RunDialog(dir, {},
+                                  {Opened(), OpenFolder(name), remember, OpenFolder(".."), OpenFolder(name), altLetter,
+                                   seeFocus, Press("OkButton")});
+    EXPECT_FALSE(timedOut) << name << ": the script stopped at step " << next;
+    EXPECT_TRUE(result) << name;
+    EXPECT_EQ(base + "\\" + name, shown) << "opened";
+    EXPECT_EQ(base + "\\" + name, std::string(dir.c_str())) << "chosen";
+    EXPECT_TRUE(listFocused) << name << ": Alt+" << script_samples::Utf8(std::wstring(1, letter));
+  }
+  // A start that does not exist opens the current directory: the long one
+  // in itself.
+  if (!made.empty() && made.back().ends_with(longName)) {
+    made.push_back(made.back() + L"\\" + longName);
+    CreateDirectoryW(made.back().c_str(), nullptr);
+    wchar_t current[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, current);
+    SetCurrentDirectoryW(made.back().c_str());
+    AnsiString dir = (base + "\\no such").c_str();
+    EXPECT_TRUE(RunDialog(dir, {}, {Opened(), Press("OkButton")}));
+    SetCurrentDirectoryW(current);
+    EXPECT_EQ(base + "\\" + names.back() + "\\" + names.back(), std::string(dir.c_str())) << "the current directory";
+  }
+  std::reverse(made.begin(), made.end());
+  for (const std::wstring& path : made) RemoveDirectoryW(path.c_str());
+  RemoveDirectoryA(base.c_str());
 }
 
 // The dialog's texts from the package's string tables in the screen's

@@ -90,6 +90,23 @@ TEST(HCustomGDIFont, TextSizeOfTheLetters) {
   }
 }
 
+// A face name longer than the record holds is cut between letters of the
+// code page: as many whole ones as their bytes fit in 31.
+TEST(HCustomGDIFont, FaceNameCutBetweenLetters) {
+  for (const char* utf8 : {"Шрифт с длинным именем", "Crème brûlée et crème anglaise", "ＭＳ ゴシック ＭＳ ゴシック"}) {
+    std::string name;
+    if (!script_samples::InAnsi(utf8, name)) continue;
+    const std::wstring letters = script_samples::Wide(utf8);
+    std::string whole;
+    for (size_t n = 0; n <= letters.size(); ++n)
+      if (const std::string prefix = script_samples::Ansi(letters.substr(0, n)); prefix.size() < LF_FACESIZE)
+        whole = prefix;
+    HGDIFont font;
+    font.SetFontName(name.c_str());
+    EXPECT_EQ(whole, std::string(font.GetLogFont().lfFaceName)) << utf8;
+  }
+}
+
 TEST(HCustomGDIFont, SelectAndAssign) {
   const OwnedMemoryDC m(CreateCompatibleDC(nullptr));
   SetTextColor(m.get(), RGB(1, 2, 3));
