@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/draw/tc_text.h"
 
@@ -117,7 +118,7 @@ bool WritePng(const std::string& path, const uint32_t* bits, int width, int heig
     return false;
   ComPtr<IWICStream> stream;
   if (Failed(factory->CreateStream(&stream), "CreateStream")) return false;
-  std::wstring wide(path.begin(), path.end());
+  const std::wstring wide = Graphics::WideText(path.c_str(), static_cast<int>(path.size()));
   if (Failed(stream->InitializeFromFilename(wide.c_str(), GENERIC_WRITE), "opening the file")) return false;
   ComPtr<IWICBitmapEncoder> encoder;
   if (Failed(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder), "CreateEncoder")) return false;
@@ -147,7 +148,7 @@ bool ReadPng(const std::string& path, std::vector<uint32_t>& bits, int& width, i
                               reinterpret_cast<void**>(&factory)),
              "creating the imaging factory"))
     return false;
-  const std::wstring wide(path.begin(), path.end());
+  const std::wstring wide = Graphics::WideText(path.c_str(), static_cast<int>(path.size()));
   ComPtr<IWICBitmapDecoder> decoder;
   if (Failed(factory->CreateDecoderFromFilename(wide.c_str(), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
                                                 &decoder),
