@@ -67,3 +67,26 @@ function(velkin_tests_per_file prefix)
     velkin_test(${prefix}_${n} SOURCES ${t} LIBS ${P_LIBS} ${serial})
   endforeach()
 endfunction()
+
+# velkin_utf8_test(NAME SOURCES... [LIBS ...] CASES filters... [ENVIRONMENT vars...] [SERIAL]):
+# test sources built again as a program whose ANSI code page its manifest
+# makes UTF-8 (velkin_utf8_manifest); each filter's cases run as the test
+# <filter>.Utf8. The program fails at once where the manifest did not take.
+function(velkin_utf8_test name)
+  cmake_parse_arguments(P "SERIAL" "" "SOURCES;LIBS;CASES;ENVIRONMENT" ${ARGN})
+  velkin_program(${name} SOURCES ${P_SOURCES} ${PROJECT_SOURCE_DIR}/tests/utf8_code_page.cpp
+                 LIBS ${P_LIBS} gtest gtest_main)
+  target_precompile_headers(${name} REUSE_FROM velkin_test_pch)
+  velkin_test_debug_info(${name})
+  velkin_utf8_manifest(${name})
+  set(serial FALSE)
+  if(P_SERIAL)
+    set(serial TRUE)
+  endif()
+  foreach(filter IN LISTS P_CASES)
+    add_test(NAME ${filter}.Utf8 COMMAND ${name} --gtest_filter=${filter} WORKING_DIRECTORY ${VELKIN_OUTPUT_DIR})
+    # A filter that names no case would pass having run nothing.
+    set_tests_properties(${filter}.Utf8 PROPERTIES ENVIRONMENT "${P_ENVIRONMENT}" TIMEOUT 120 RUN_SERIAL ${serial}
+                                                   FAIL_REGULAR_EXPRESSION "Running 0 tests")
+  endforeach()
+endfunction()

@@ -2,7 +2,8 @@
 #
 #   bin/                    the four package DLLs and the form compiler, formc.exe
 #   lib/                    their import libraries
-#   lib/cmake/Velkin/       find_package(Velkin 1.0 CONFIG): the targets, velkin_add_forms
+#   lib/cmake/Velkin/       find_package(Velkin 1.0 CONFIG): the targets, velkin_add_forms,
+#                           velkin_utf8_manifest
 #   include/platform/...    public headers, at the paths the code includes them by
 #   include/velkin/...
 #   cmake/, tools/winerun   the toolchain file and the Wine wrapper it runs programs with
@@ -30,7 +31,8 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/VelkinConfig.cmake.in
                               PATH_VARS CMAKE_INSTALL_BINDIR)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelkinConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/VelkinConfig.cmake ${PROJECT_BINARY_DIR}/VelkinConfigVersion.cmake
-              ${PROJECT_SOURCE_DIR}/cmake/VelkinForms.cmake DESTINATION ${VELKIN_CMAKE_DIR})
+              ${PROJECT_SOURCE_DIR}/cmake/VelkinForms.cmake ${PROJECT_SOURCE_DIR}/cmake/VelkinManifest.cmake
+        DESTINATION ${VELKIN_CMAKE_DIR})
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION .)
 
 # The toolchain file runs programs through ../tools/winerun: the same layout

@@ -60,3 +60,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/VelkinForms.cmake)
 function(velkin_forms target)
   velkin_add_forms(${target} ${ARGN})
 endfunction()
+
+# velkin_utf8_manifest(TARGET): a program of the tree whose code page is UTF-8,
+# made as a program using the SDK makes one.
+include(${CMAKE_CURRENT_LIST_DIR}/VelkinManifest.cmake)

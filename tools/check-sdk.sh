@@ -4,6 +4,7 @@
 #   check-sdk.sh examples   BUILD   build examples/ against that prefix with its own toolchain file, as the
 #                                   README says, into BUILD/sdk/examples; run the consumer
 #   check-sdk.sh forms      BUILD   a form with mistakes stops a build against the prefix, each at its line
+#   check-sdk.sh manifest   BUILD   velkin_utf8_manifest refuses a DLL and a program with a manifest of its own
 #   check-sdk.sh package    BUILD   make the SDK ZIP with CPack and check its entries against the install's
 #   check-sdk.sh subproject BUILD   build examples/subproject (the checkout added with add_subdirectory) into
 #                                   BUILD/sdk/subproject and run it
@@ -27,7 +28,7 @@ required=(
   bin/ostrel.dll bin/vcl.dll bin/pellum.dll bin/velkin.dll bin/formc.exe
   lib/libostrel.dll.a lib/libvcl.dll.a lib/libpellum.dll.a lib/libvelkin.dll.a
   lib/cmake/Velkin/VelkinConfig.cmake lib/cmake/Velkin/VelkinConfigVersion.cmake lib/cmake/Velkin/VelkinTargets.cmake
-  lib/cmake/Velkin/VelkinForms.cmake
+  lib/cmake/Velkin/VelkinForms.cmake lib/cmake/Velkin/VelkinManifest.cmake
   include/platform/ostrel/owned_handle.h include/platform/vcl/graphics/graphics.h include/platform/pellum/units.h
   include/velkin/velkin_api.h include/velkin/gdi/gdi_font.h include/velkin/draw/tc_draw.h include/velkin/sync/brannock.h
   cmake/mingw-w64-x86_64.cmake tools/winerun docs/classes.md
@@ -102,6 +103,38 @@ case $mode in
       echo "ok: $want"
     done
     ;;
+  manifest)
+    [ -f "$prefix/lib/cmake/Velkin/VelkinConfig.cmake" ] || fail "no SDK in $prefix (check-sdk.sh install first)"
+    # (Where it goes, the consumer built by "examples" checks its code page.)
+    mkdir -p "$scratch/m"
+    cat >"$scratch/m/CMakeLists.txt" <<'END'
+cmake_minimum_required(VERSION 3.25)
+project(Manifests LANGUAGES CXX RC)
+find_package(Velkin 1.0 CONFIG REQUIRED)
+if(CASE STREQUAL "dll")
+  add_library(plugin SHARED main.cpp)
+  velkin_utf8_manifest(plugin)
+else()
+  add_executable(own main.cpp own.rc)
+  velkin_utf8_manifest(own)
+endif()
+END
+    echo 'int main() { return 0; }' >"$scratch/m/main.cpp"
+    printf '// its own\n1 24 "own.manifest"\n' >"$scratch/m/own.rc"
+    for case in dll own; do
+      want="the code page is a program's setting; plugin is a SHARED_LIBRARY"
+      [ $case = own ] && want="$scratch/m/own.rc: own has a manifest of its own besides velkin_utf8_manifest's"
+      if cmake -S "$scratch/m" -B "$scratch/m-$case" -G Ninja -DCASE=$case \
+        -DCMAKE_TOOLCHAIN_FILE="$prefix/cmake/mingw-w64-x86_64.cmake" -DCMAKE_PREFIX_PATH="$prefix" \
+        >"$scratch/$case.log" 2>&1; then
+        fail "velkin_utf8_manifest took a $case: $(cat "$scratch/$case.log")"
+      fi
+      # CMake folds long messages: compared without the line breaks.
+      tr -s ' \n' ' ' <"$scratch/$case.log" | grep -qF "$want" ||
+        fail "configuring a $case did not say \"$want\": $(cat "$scratch/$case.log")"
+      echo "ok: $want"
+    done
+    ;;
   package)
     [ -f "$build/docs/html/index.html" ] || fail "no API reference in $build/docs/html (make docs first)"
     (cd "$build" && cpack -C RelWithDebInfo -B "$scratch/package" >/dev/null)
@@ -164,5 +197,5 @@ case $mode in
     ! grep -q "pictures in .* ms; output folder" <<<"$out" || fail "gallery printed a success summary: $out"
     echo "ok: gallery --out <unwritable> -> 1, path named"
     ;;
-  *) echo "usage: check-sdk.sh install|examples|forms|package|subproject|cli BUILD" >&2; exit 2 ;;
+  *) echo "usage: check-sdk.sh install|examples|forms|manifest|package|subproject|cli BUILD" >&2; exit 2 ;;
 esac

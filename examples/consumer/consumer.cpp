@@ -42,6 +42,11 @@ int main() {
   std::printf("text \"Velkin\" measures %d x %d\n", size.x, size.y);
   Check(size.x > 20 && size.y > 10, "font measures text without start-up");
 
+  // The manifest (velkin_utf8_manifest) makes the texts UTF-8: an accented
+  // capital is as wide as its letter, not as two characters of another code page.
+  Check(GetACP() == CP_UTF8, "ANSI code page UTF-8");
+  Check(font.TextSize("\u00C0\u00C0\u00C0\u00C0").x == font.TextSize("AAAA").x, "UTF-8 text measured by its letters");
+
   COptex lock;
   lock.Enter();
   lock.Leave();

@@ -1,5 +1,6 @@
 #include "contacts_form.h"
 
+#include <string>
 #include <vector>
 
 #include "export_job.h"
@@ -92,13 +93,10 @@ void TContactsForm::ExportDone(System::TObject*) {
   progress_.reset();
   controls_.Restore(HCS_Enabled);
 
-  char text[MAX_PATH + 64];
-  if (failed)
-    std::snprintf(text, sizeof text, "Cannot write %s.", exportPath_.c_str());
-  else
-    std::snprintf(text, sizeof text, "%s %d contacts to %s.", aborted ? "Stopped after" : "Exported", written,
-                  exportPath_.c_str());
-  StatusLabel->SetText(text);
+  const std::string text = failed ? "Cannot write " + exportPath_ + "."
+                                  : std::string(aborted ? "Stopped after " : "Exported ") + std::to_string(written) +
+                                        " contacts to " + exportPath_ + ".";
+  StatusLabel->SetText(text.c_str());
 }
 
 void TContactsForm::CloseButtonClick(System::TObject*) { Close(); }

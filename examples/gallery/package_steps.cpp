@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/ostrel/filelog.h"
+#include "platform/ostrel/oslib.h"
 #include "platform/vcl/core/package.h"
 
 namespace {
@@ -26,9 +27,7 @@ std::vector<std::string> LoadLinesOf(const std::string& text) {
 
 // Name of the package's main unit: its file name without folder and extension.
 std::string MainUnitName(void* package) {
-  char path[MAX_PATH + 1];
-  DWORD n = GetModuleFileNameA(static_cast<HMODULE>(package), path, MAX_PATH);
-  std::string name(path, n);
+  std::string name = ModuleFileName(package).Text();
   name = name.substr(name.find_last_of("\\/") + 1);
   return name.substr(0, name.find('.'));
 }

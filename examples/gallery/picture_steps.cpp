@@ -33,7 +33,8 @@ bool RunPages(ShowcaseContext& context, std::initializer_list<const char*> pages
 }  // namespace
 
 bool ShowPictures(ShowcaseContext& context) {
-  return RunPages(context, {"RenderPictures", "RenderFormPage", "RenderControlsPage", "RenderLivePage"});
+  return RunPages(context,
+                  {"RenderPictures", "RenderFormPage", "RenderControlsPage", "RenderLivePage", "RenderUtf8Page"});
 }
 
 bool ShowDialogs(ShowcaseContext& context) { return RunPages(context, {"RenderDialogsPage"}); }

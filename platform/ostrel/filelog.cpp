@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/ostrel/oslib.h"
 #include "platform/ostrel/strutil.h"
 
 namespace {
@@ -16,9 +17,7 @@ std::mutex logMutex;
 
 const char* FILELogPath() {
   static const std::string path = [] {
-    char exe[MAX_PATH * 2];
-    DWORD n = GetModuleFileNameA(nullptr, exe, sizeof exe);
-    std::string s(exe, n < sizeof exe ? n : 0);
+    std::string s = ModuleFileName(nullptr).Text();
     std::size_t slash = s.find_last_of("\\/");
     std::size_t dot = s.find_last_of('.');
     if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) s.resize(dot);

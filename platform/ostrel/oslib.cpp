@@ -14,12 +14,33 @@ void* ModuleOf(const void* address) {
   return module;
 }
 
+MyString ModuleFileName(void* module) {
+  // Wide: the 8-bit call may cut a UTF-8 path between letters short of its
+  // buffer's end, which then looks like the whole path. The wide one says it
+  // cut by filling the buffer.
+  std::wstring path(MAX_PATH + 1, L'\0');
+  for (;;) {
+    const DWORD n = GetModuleFileNameW(static_cast<HMODULE>(module), path.data(), static_cast<DWORD>(path.size()));
+    if (n == 0) return MyString();
+    if (n < path.size()) {
+      path.resize(n);
+      break;
+    }
+    if (path.size() > 32768) return MyString();  // longer than any path
+    path.resize(path.size() * 2);
+  }
+  const int size =
+      WideCharToMultiByte(CP_ACP, 0, path.data(), static_cast<int>(path.size()), nullptr, 0, nullptr, nullptr);
+  MyString bytes;
+  WideCharToMultiByte(CP_ACP, 0, path.data(), static_cast<int>(path.size()), bytes.SetLength(size), size, nullptr,
+                      nullptr);
+  return bytes;
+}
+
 const char* GetStartupDir() {
   // The executable does not move while the process runs: computed once.
   static const std::string dir = [] {
-    char path[MAX_PATH * 2];
-    DWORD n = GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string s(path, n < sizeof path ? n : 0);
+    const std::string s = ModuleFileName(nullptr).Text();
     std::size_t cut = s.find_last_of("\\/");
     return cut == std::string::npos ? std::string(".\\") : s.substr(0, cut + 1);
   }();

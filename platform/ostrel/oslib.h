@@ -1,6 +1,7 @@
 #pragma once
 #include <cstddef>
 
+#include "platform/ostrel/mystring.h"
 #include "platform/ostrel/ostrel_api.h"
 
 /// \file
@@ -13,6 +14,11 @@ OSTREL_API void* GetHInstance();
 /// handle, found from one of its functions or data. Null for an address in
 /// no module. The module's reference count is not changed.
 OSTREL_API void* ModuleOf(const void* address);
+
+/// The path of module's file (null: the process's executable) in the ANSI
+/// code page, whole however long (a UTF-8 program's letters take several
+/// bytes each); empty when module is none.
+OSTREL_API MyString ModuleFileName(void* module);
 
 /// Folder of the process's executable, ending in a path separator.
 OSTREL_API const char* GetStartupDir();

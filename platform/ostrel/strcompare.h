@@ -16,5 +16,7 @@ enum : int {
 /// character the way CharUpperBuffA does for the process's ANSI code page
 /// (so 'a' == 'A', and in code page 1251 Cyrillic 0xE0 == 0xC0) and then
 /// compares bytes; lead and trail bytes of double-byte code pages are compared
-/// exactly. Other mode bits are ignored. A null string compares as "".
+/// exactly; in UTF-8 two letters are compared whole, upper-cased, by code
+/// point (so "é" == "É"), and length counts the bytes of a. Other mode bits are
+/// ignored. A null string compares as "".
 OSTREL_API int StrCmp(const char* a, const char* b, int length = -1, int mode = StrCmpExact);

@@ -7,12 +7,14 @@
 #include "platform/ostrel/mystring.h"
 #include "platform/ostrel/ostrel_api.h"
 
-/// Copies src into dst, at most size bytes including the terminator; dst is
-/// always terminated when size > 0. A null src copies an empty string. Returns dst.
+/// Copies src into dst, at most size bytes including the terminator, cut
+/// between characters of the ANSI code page; dst is always terminated when
+/// size > 0. A null src copies an empty string. Returns dst.
 OSTREL_API char* StrCpy(char* dst, const char* src, int size);
 
-/// snprintf into buffer (at most size bytes with the terminator); returns the
-/// number of characters written, without the terminator.
+/// snprintf into buffer (at most size bytes with the terminator, a longer
+/// text cut between characters of the ANSI code page); returns the number of
+/// bytes written, without the terminator.
 OSTREL_API int Sprintf(char* buffer, int size, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 ///@{

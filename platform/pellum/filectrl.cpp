@@ -11,6 +11,7 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/sysutils.h"
 #include "platform/vcl/forms/forms.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "platform/vcl/stdctrls/std_buttons.h"
 #include "platform/vcl/stdctrls/std_edits.h"
 #include "platform/vcl/stdctrls/std_label.h"
@@ -50,6 +51,17 @@ std::string PackageText(Text id, const std::string& path) {
   return text;
 }
 
+// Paths and names through the wide calls: the 8-bit ones hold at most
+// MAX_PATH bytes, fewer letters than a path may have in UTF-8.
+std::string Ansi(const std::wstring& wide) { return Graphics::AnsiText(wide.data(), static_cast<int>(wide.size())); }
+std::wstring Wide(const std::string& text) { return Graphics::WideText(text.data(), static_cast<int>(text.size())); }
+
+std::string CurrentDirectory() {
+  std::wstring dir(GetCurrentDirectoryW(0, nullptr), L'\0');
+  dir.resize(GetCurrentDirectoryW(static_cast<DWORD>(dir.size()), dir.data()));
+  return Ansi(dir);
+}
+
 bool IsDirectory(const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
@@ -61,9 +73,11 @@ std::string Absolute(const std::string& base, std::string path) {
   const bool relative =
       !(path.size() >= 2 && path[1] == ':') && !(!path.empty() && (path[0] == '\\' || path[0] == '/'));
   if (relative) path = base + (base.empty() || base.back() == '\\' ? "" : "\\") + path;
-  char full[MAX_PATH * 2];
-  const DWORD n = GetFullPathNameA(path.c_str(), sizeof full, full, nullptr);
-  std::string result = n && n < sizeof full ? std::string(full, n) : path;
+  const std::wstring wide = Wide(path);
+  std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+  const DWORD n =
+      full.empty() ? 0 : GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  std::string result = n && n < full.size() ? Ansi(full.substr(0, n)) : path;
   while (result.size() > 3 && result.back() == '\\') result.pop_back();
   return result;
 }
@@ -115,16 +129,18 @@ class TSelectDirForm : public Forms::TForm {
     items->Clear();
     if (dir.size() > 3) items->Add("..");
     std::vector<std::string> folders;
-    WIN32_FIND_DATAA found;
-    const OwnedFind search(FindFirstFileA((dir + (dir.back() == '\\' ? "*" : "\\*")).c_str(), &found));
+    WIN32_FIND_DATAW found;
+    const OwnedFind search(FindFirstFileW(Wide(dir + (dir.back() == '\\' ? "*" : "\\*")).c_str(), &found));
     if (search) {
       do {
-        const std::string name = found.cFileName;
+        const std::string name = Ansi(found.cFileName);
         if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && name != "." && name != "..") folders.push_back(name);
-      } while (FindNextFileA(search.get(), &found));
+      } while (FindNextFileW(search.get(), &found));
     }
-    std::sort(folders.begin(), folders.end(),
-              [](const std::string& a, const std::string& b) { return lstrcmpiA(a.c_str(), b.c_str()) < 0; });
+    // Compared as letters: the 8-bit comparison reads the user's code page, not the program's.
+    std::sort(folders.begin(), folders.end(), [](const std::string& a, const std::string& b) {
+      return lstrcmpiW(Wide(a).c_str(), Wide(b).c_str()) < 0;
+    });
     for (const auto& f : folders) items->Add(f.c_str());
     items->EndUpdate();
     const std::string drive = dir.substr(0, 2);
@@ -191,8 +207,7 @@ bool SelectDirectory(AnsiString& directory, TSelectDirOpts options, int helpCont
   form.helpContext = helpContext;
   form.FillDrives();
   std::string start = directory.c_str();
-  char current[MAX_PATH] = {};
-  GetCurrentDirectoryA(sizeof current, current);
+  const std::string current = CurrentDirectory();
   start = start.empty() ? current : Absolute(current, start);
   form.Open(IsDirectory(start) ? start : Absolute(current, "."));
   form.SetActiveControl(form.DirEdit);

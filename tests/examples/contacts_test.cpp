@@ -1,4 +1,5 @@
-// examples/contacts driven as a user works with it: names typed and added, one
+// examples/contacts driven as a user works with it: names typed and added (one
+// of accented letters, which the UTF-8 program exports in UTF-8), one
 // deleted after its question with "Don't ask me again" ticked, the next one
 // deleted without a question, the list exported while the progress window
 // shows and the form's controls wait disabled, then the program closed.
@@ -56,7 +57,7 @@ TEST(ContactsExample, AddDeleteExportAndClose) {
   EXPECT_EQ(BS_DEFPUSHBUTTON, GetWindowLongA(w.add, GWL_STYLE) & BS_TYPEMASK) << "Add is the default button";
 
   // Typed and added, by the button and by Enter (the default button).
-  for (const char* name : {"Ann", "Bob", "Cid", "Dee", "Eve"}) {
+  for (const char* name : {"Ann", "Bob", "Cid", "Dörte", "Eve"}) {
     Type(w.edit, name);
     ASSERT_TRUE(WaitUntil([&] { return TextOf(w.edit) == name; })) << TextOf(w.edit);
     if (name[0] == 'E')
@@ -66,7 +67,7 @@ TEST(ContactsExample, AddDeleteExportAndClose) {
     ASSERT_TRUE(WaitUntil([&] { return !ListItems(w.list).empty() && ListItems(w.list).back() == name; })) << name;
     ASSERT_TRUE(WaitUntil([&] { return TextOf(w.edit).empty(); })) << "the edit box is emptied for the next name";
   }
-  EXPECT_EQ((Names{"Ann", "Bob", "Cid", "Dee", "Eve"}), ListItems(w.list));
+  EXPECT_EQ((Names{"Ann", "Bob", "Cid", "Dörte", "Eve"}), ListItems(w.list));
   Ask(w.list, LB_SETCURSEL, 1);
   Picture({form}, "contacts");
 
@@ -85,13 +86,13 @@ TEST(ContactsExample, AddDeleteExportAndClose) {
   ASSERT_TRUE(WaitUntil([&] { return Ask(again, BM_GETCHECK) == BST_CHECKED; }));
   Picture({form, question}, "contacts-question");
   Click(GetDlgItem(question, IDYES));
-  ASSERT_TRUE(WaitUntil([&] { return ListItems(w.list) == Names{"Ann", "Cid", "Dee", "Eve"}; }));
+  ASSERT_TRUE(WaitUntil([&] { return ListItems(w.list) == Names{"Ann", "Cid", "Dörte", "Eve"}; }));
 
   // Ann: not asked again (a question would hold the delete until answered).
   Ask(w.list, LB_SETCURSEL, 0);
   Click(w.remove);
   ASSERT_TRUE(WaitUntil([&] {
-    return ListItems(w.list) == Names{"Cid", "Dee", "Eve"};
+    return ListItems(w.list) == Names{"Cid", "Dörte", "Eve"};
   })) << "a question came back after \"Don't ask me again\"";
 
   // The export: the progress window, every control disabled meanwhile, and
@@ -106,7 +107,7 @@ TEST(ContactsExample, AddDeleteExportAndClose) {
   ASSERT_TRUE(WaitUntil([&] { return !IsWindowVisible(progress); })) << "the export did not end";
   ASSERT_TRUE(WaitUntil([&] { return w.AllEnabled(true); })) << "the controls were not put back";
   EXPECT_TRUE(IsWindowVisible(form)) << "closed during the export";
-  EXPECT_EQ("Cid\r\nDee\r\nEve\r\n", ReadFile(exported));
+  EXPECT_EQ("Cid\r\nDörte\r\nEve\r\n", ReadFile(exported)) << "in UTF-8, the program's code page";
 
   Click(w.close);
   EXPECT_EQ(0, app.WaitForExit());

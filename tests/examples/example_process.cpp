@@ -85,16 +85,28 @@ LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return static_cast<LRESULT>(result);
 }
 
-// WM_GETTEXT, not GetWindowText: for another process's window that gives
-// only the text the window was made with.
-std::string TextOf(HWND window) {
-  char text[512] = {};
-  Ask(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text));
+namespace {
+
+std::string Utf8(const wchar_t* wide) {
+  char text[1024] = {};
+  WideCharToMultiByte(CP_UTF8, 0, wide, -1, text, sizeof text, nullptr, nullptr);
   return text;
 }
 
-// Wide, then converted: Wine hands a list box of a class of its own name the
-// wide text even when asked for the 8-bit one from another process.
+}  // namespace
+
+// WM_GETTEXT, not GetWindowText: for another process's window that gives
+// only the text the window was made with. Wide: the example's texts are
+// UTF-8, this program's code page another.
+std::string TextOf(HWND window) {
+  wchar_t text[512] = {};
+  DWORD_PTR ignored = 0;
+  SendMessageTimeoutW(window, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 5000, &ignored);
+  return Utf8(text);
+}
+
+// Wide (Wine hands a list box of a class of its own name the wide text even
+// when asked for the 8-bit one from another process), then UTF-8.
 std::vector<std::string> ListItems(HWND list) {
   std::vector<std::string> items;
   const LRESULT count = Ask(list, LB_GETCOUNT, 0, 0);
@@ -103,9 +115,7 @@ std::vector<std::string> ListItems(HWND list) {
     DWORD_PTR ignored = 0;
     if (Ask(list, LB_GETTEXTLEN, i, 0) < 256)
       SendMessageTimeoutW(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(wide), SMTO_ABORTIFHUNG, 5000, &ignored);
-    char text[512] = {};
-    WideCharToMultiByte(CP_ACP, 0, wide, -1, text, sizeof text, nullptr, nullptr);
-    items.push_back(text);
+    items.push_back(Utf8(wide));
   }
   return items;
 }
@@ -113,7 +123,9 @@ std::vector<std::string> ListItems(HWND list) {
 void Click(HWND button) { PostMessageA(button, BM_CLICK, 0, 0); }
 
 void Type(HWND edit, const std::string& text) {
-  for (char c : text) PostMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 1);
+  wchar_t wide[256] = {};
+  MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, wide, 256);
+  for (const wchar_t* c = wide; *c; ++c) PostMessageW(edit, WM_CHAR, *c, 1);
 }
 
 void Key(HWND window, WORD key) {

@@ -45,6 +45,7 @@ class ExampleProcess {
 LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 // The child window of that class and text ('&' included), or null.
 HWND Child(HWND parent, const char* windowClass, const char* text);
+// Texts in UTF-8, whatever the example's code page.
 std::string TextOf(HWND window);
 // The lines of a list box.
 std::vector<std::string> ListItems(HWND list);
@@ -52,7 +53,7 @@ std::vector<std::string> ListItems(HWND list);
 // A button pressed: posted, so that a modal dialog its handler opens does
 // not hold the caller.
 void Click(HWND button);
-// Text typed into an edit box, a character at a time.
+// Text (UTF-8) typed into an edit box, a character at a time.
 void Type(HWND edit, const std::string& text);
 // A key pressed and released in the window.
 void Key(HWND window, WORD key);

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/ostrel/ioerror.h"
+#include "platform/vcl/controls/message_loop.h"
 #include "platform/vcl/forms/application.h"
 
 HSaveError::HSaveError() : errorN_(GetIOErrorN()) {}
@@ -22,7 +23,7 @@ bool IsFor(HWND window, Forms::TForm* form) {
 void ProcessMessages(Forms::TForm* form) {
   HSaveError keep;
   MSG message;
-  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+  while (Controls::TakeMessage(message)) {
     // Taken and not put back: the caller's loop ends here, not the program.
     if (message.message == WM_QUIT) break;
     if (form && !IsFor(message.hwnd, form)) {
@@ -31,8 +32,7 @@ void ProcessMessages(Forms::TForm* form) {
       if (message.message == WM_PAINT) ValidateRect(message.hwnd, nullptr);
       continue;
     }
-    TranslateMessage(&message);
-    DispatchMessageA(&message);
+    Controls::DispatchTaken(message);
   }
 }
 

@@ -55,22 +55,10 @@ const char* HModule::Assign(void* handle) {
     if (invalidHandleText.IsEmpty()) invalidHandleText = "Invalid module handle";
     return invalidHandleText.c_str();
   }
-  // Paths may exceed MAX_PATH: grow until the whole path fits, never load a cut one.
-  std::string path(MAX_PATH + 1, '\0');
-  for (;;) {
-    const DWORD n = GetModuleFileNameA(static_cast<HMODULE>(handle), path.data(), static_cast<DWORD>(path.size()));
-    if (n == 0) return GetIOErrorS_CON(-2);
-    if (n < path.size()) {
-      path.resize(n);
-      break;
-    }
-    if (path.size() >= 32768) {
-      SetLastError(ERROR_INSUFFICIENT_BUFFER);
-      return GetIOErrorS_CON(-2);
-    }
-    path.resize(path.size() * 2);
-  }
-  return Assign(path.c_str());
+  // The whole path however long, never a cut one.
+  const MyString path = ModuleFileName(handle);
+  if (path.IsEmpty()) return GetIOErrorS_CON(-2);
+  return Assign(path.Text());
 }
 
 const char* HModule::Assign(const HModule& other) { return Assign(other.name_.Text()); }

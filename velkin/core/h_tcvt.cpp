@@ -5,7 +5,7 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/ostrel/strutil.h"
+#include "platform/ostrel/mbchar.h"
 
 namespace {
 using ConvertFn = HRESULT(WINAPI*)(DWORD* mode, DWORD from, DWORD to, const char* src, int* srcSize, char* dst,
@@ -15,24 +15,13 @@ using ConvertFn = HRESULT(WINAPI*)(DWORD* mode, DWORD from, DWORD to, const char
 HMODULE service = nullptr;
 ConvertFn convert = nullptr;
 
-// Length of the longest prefix of text (length bytes) that fits room bytes and
-// does not end inside a character of the code page.
-int FittingPrefix(unsigned codePage, const char* text, int length, int room) {
-  if (length <= room) return length;
-  if (codePage == CP_UTF8) {
-    int end = room;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    return end;
-  }
-  CPINFO info;
-  if (!GetCPInfo(codePage, &info) || info.MaxCharSize < 2) return room;
-  int end = 0;
-  while (end < length) {
-    const int step = IsDBCSLeadByteEx(codePage, static_cast<BYTE>(text[end])) ? 2 : 1;
-    if (end + step > room) break;
-    end += step;
-  }
-  return end;
+// src copied as it is, cut between characters of its code page.
+char* Copied(unsigned codePage, const char* src, char* dst, int dstSize) {
+  const int seen = static_cast<int>(strnlen(src, static_cast<std::size_t>(dstSize)));
+  const int kept = CharFit(src, seen, dstSize - 1, codePage);
+  std::memcpy(dst, src, static_cast<std::size_t>(kept));
+  dst[kept] = '\0';
+  return dst;
 }
 }  // namespace
 
@@ -40,10 +29,10 @@ char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, 
   if (!dst || dstSize <= 0) return dst;
   if (!src) src = "";
   if (!service) service = LoadLibraryA("mlang.dll");
-  if (!service) return StrCpy(dst, src, dstSize);
+  if (!service) return Copied(fromCodePage, src, dst, dstSize);
   if (!convert)
     convert = reinterpret_cast<ConvertFn>(reinterpret_cast<void*>(GetProcAddress(service, "ConvertINetString")));
-  if (!convert) return StrCpy(dst, src, dstSize);
+  if (!convert) return Copied(fromCodePage, src, dst, dstSize);
 
   // The service neither terminates its output nor counts a terminator: the
   // last byte stays ours.
@@ -59,20 +48,22 @@ char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, 
   std::vector<char> whole(std::strlen(src) * 4 + 16);
   produced = static_cast<int>(whole.size()) - 1;
   if (convert(nullptr, fromCodePage, toCodePage, src, nullptr, whole.data(), &produced) != S_OK)
-    return StrCpy(dst, src, dstSize);
+    return Copied(fromCodePage, src, dst, dstSize);
   if (produced < 0 || produced > static_cast<int>(whole.size()) - 1) produced = static_cast<int>(whole.size()) - 1;
   whole[produced] = '\0';
-  const int kept = FittingPrefix(toCodePage, whole.data(), produced, dstSize - 1);
+  const int kept = CharFit(whole.data(), produced, dstSize - 1, toCodePage);
   std::memcpy(dst, whole.data(), kept);
   dst[kept] = '\0';
   return dst;
 }
 
 char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, System::AnsiString& dst) {
+  // Room for what any conversion makes of it: a text converted into UTF-8
+  // takes up to three times its bytes.
   const int length = src ? static_cast<int>(std::strlen(src)) : 0;
-  dst.SetLength(length + 1);
+  dst.SetLength(length * 4 + 16);
   dst.Unique();
-  HTextConvert(fromCodePage, toCodePage, src, dst.data(), length + 1);
+  HTextConvert(fromCodePage, toCodePage, src, dst.data(), dst.Length());
   // Drop the room that the conversion did not use.
   dst.SetLength(static_cast<int>(std::strlen(dst.data())));
   return dst.data();

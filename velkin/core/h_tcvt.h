@@ -8,10 +8,12 @@
 
 /// Converts the zero-terminated src into dst, writing at most dstSize bytes
 /// including the terminator (dst is always terminated when dstSize > 0). A text
-/// too long for dst is converted and cut at a character boundary. A null src
-/// counts as empty. Returns dst.
+/// too long for dst is converted and cut at a character boundary of toCodePage
+/// (UTF-8 and double-byte code pages included). A null src counts as empty.
+/// Returns dst.
 VELKIN_API char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, char* dst, int dstSize);
 
-/// Converts src into dst, which gets room for as many bytes as src has and ends
-/// up holding exactly the converted text. Returns dst's buffer.
+/// Converts src into dst, which ends up holding exactly the converted text,
+/// whole, however many more bytes it takes (a text converted into UTF-8 may
+/// take up to three times as many). Returns dst's buffer.
 VELKIN_API char* HTextConvert(unsigned fromCodePage, unsigned toCodePage, const char* src, System::AnsiString& dst);

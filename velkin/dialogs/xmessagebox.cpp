@@ -19,6 +19,7 @@
 namespace {
 
 constexpr int MaxItems = 20;
+constexpr std::size_t MaxText = 1023;  // characters of the caption and of each item
 constexpr int IconId = 1000;
 constexpr int TextId = 1001;
 constexpr int HelpId = 300;
@@ -84,11 +85,7 @@ HINSTANCE LibraryModule() {
   return static_cast<HINSTANCE>(Sysutils::FindResourceHInstance(ModuleOf(reinterpret_cast<const void*>(&Check))));
 }
 
-std::string ExecutablePath(DWORD most) {
-  std::string path(most + 1, '\0');
-  path.resize(GetModuleFileNameA(nullptr, path.data(), most));
-  return path;
-}
+std::string ExecutablePath() { return ModuleFileName(nullptr).Text(); }
 
 // Whole texts of any length: a fixed buffer would cut a UTF-8 program's
 // Russian caption inside a letter.
@@ -100,22 +97,18 @@ void FillCaptions(bool builtIn) {
   }
 }
 
-// At most most bytes of text, never ending inside a character: a letter of a
-// UTF-8 or double-byte code page cut in two would show as another character.
+// At most most characters of text as the template holds them (UTF-16 units,
+// never half a pair), whatever bytes they take in the code page.
 std::string Cut(const std::string& text, std::size_t most) {
   if (text.size() <= most) return text;
-  std::size_t at = 0;
-  if (GetACP() == CP_UTF8) {
-    at = most;
-    while (at > 0 && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
-  } else {
-    for (;;) {
-      const std::size_t step = IsDBCSLeadByte(static_cast<BYTE>(text[at])) ? 2 : 1;
-      if (at + step > most) break;
-      at += step;
-    }
-  }
-  return text.substr(0, at);
+  std::wstring wide = Graphics::WideText(text.c_str(), static_cast<int>(text.size()));
+  if (wide.size() <= most) return text;
+  wide.resize(IS_LOW_SURROGATE(wide[most]) ? most - 1 : most);
+  const int n =
+      WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
+  std::string cut(static_cast<std::size_t>(n), '\0');
+  WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), cut.data(), n, nullptr, nullptr);
+  return cut;
 }
 
 // Characters of an 8-bit text once converted; equal to its length in
@@ -145,7 +138,7 @@ class MessageBoxTemplate {
       h.cx = h.cy = 10;
     }
     h.id = static_cast<WORD>(id);
-    item->text = text ? Cut(text, 1023) : std::string();
+    item->text = text ? Cut(text, MaxText) : std::string();
     switch (kind) {
       case KindScroll:
         h.style = 0x50000003, item->classCode = KindScroll;
@@ -269,8 +262,11 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
   int most = GetSystemMetrics(SM_CXSCREEN) / 2 + px(100);
   if (iconKind) most -= cxIcon + px(16);
   RECT measured{0, 0, most, most};
-  DrawTextA(dc.get(), text ? text : "", -1, &measured, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-  measured.right = std::max<LONG>(measured.right, InkRight(text ? text : "", measured, DT_WORDBREAK | DT_NOPREFIX));
+  // As the box shows it: the template holds the text, cut, converted from the code page.
+  const std::string shown = Cut(text ? text : "", MaxText);
+  const std::wstring wide = Graphics::WideText(shown.c_str(), -1);
+  DrawTextW(dc.get(), wide.c_str(), -1, &measured, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+  measured.right = std::max<LONG>(measured.right, InkRight(shown.c_str(), measured, DT_WORDBREAK | DT_NOPREFIX));
   RECT textRect{px(16), px(16), measured.right + px(28), measured.bottom + px(21)};
   RECT box{0, 0, Width(textRect) + px(16), std::max<LONG>(Height(textRect) + px(16), px(70))};
 
@@ -357,7 +353,7 @@ void Layout(MessageBoxTemplate& dialog, const char* text, unsigned style) {
   if (state.askAgain || state.tellAgain) {
     const char* label = Caption(state.askAgain ? 9010 : 9011);
     RECT r{0, 0, GetSystemMetrics(SM_CXSCREEN) / 3, px(16)};
-    DrawTextA(dc.get(), label, -1, &r, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+    DrawTextW(dc.get(), Graphics::WideText(label, -1).c_str(), -1, &r, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
     const int w = std::max<int>(r.right, InkRight(label, r, DT_SINGLELINE | DT_NOPREFIX));
     // A third more for the box, and never less than the box and its gap.
     const int checkWidth = std::max(w + w / 3, w + GetSystemMetrics(SM_CXMENUCHECK) + px(8));
@@ -394,8 +390,8 @@ bool Prepare(OwnedFont& font, void* owner, const char* text, std::string& captio
   state.font = font.get();
   state.owner = owner ? static_cast<HWND>(owner) : GetDesktopWindow();
   state.module = LibraryModule();
-  if (caption.empty()) caption = ExecutablePath(1024);
-  caption = Cut(caption, 1023);
+  if (caption.empty()) caption = ExecutablePath();
+  caption = Cut(caption, MaxText);
   // A system-modal stop or exclamation box is the system's own.
   if ((style & MB_ICONHAND) && (style & MB_SYSTEMMODAL)) return false;
   FillCaptions(style & XMB_NORESOURCE);
@@ -413,7 +409,7 @@ LRESULT CALLBACK IconPainter(HWND window, UINT message, WPARAM, LPARAM) {
 }
 
 void ShowHelp(HWND dialog) {
-  std::string file = ExecutablePath(519);
+  std::string file = ExecutablePath();
   const std::size_t dot = file.rfind('.');
   if (dot == std::string::npos) return;
   file.replace(dot, std::string::npos, ".hlp");

@@ -5,6 +5,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/graphics/canvas.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/draw/gdi_canvas.h"
 
 using Graphics::clDefault;
@@ -34,7 +35,8 @@ void DrawIn(HDC dc, RECT& r, const System::AnsiString& text, COLORREF color, uns
   if (!dc) return;
   DCChanger use(dc);
   TransparentText(use, color);
-  DrawTextA(dc, text.c_str(), text.Length(), &r, LayoutFlags(flags));
+  const std::wstring drawn = Graphics::DrawnText(dc, text.c_str(), text.Length());
+  DrawTextW(dc, drawn.c_str(), static_cast<int>(drawn.size()), &r, LayoutFlags(flags));
 }
 
 void DrawAt(HDC dc, int x, int y, const System::AnsiString& text, COLORREF color) {
@@ -42,15 +44,17 @@ void DrawAt(HDC dc, int x, int y, const System::AnsiString& text, COLORREF color
   DCChanger use(dc);
   TransparentText(use, color);
   use.SetTextAlign(TA_LEFT | TA_TOP | TA_NOUPDATECP);
-  TextOutA(dc, x, y, text.c_str(), text.Length());
+  const std::wstring drawn = Graphics::DrawnText(dc, text.c_str(), text.Length());
+  TextOutW(dc, x, y, drawn.c_str(), static_cast<int>(drawn.size()));
 }
 
 void DrawVertical(HDC dc, const MyRect& r, const System::AnsiString& text, COLORREF color, unsigned flags) {
   if (!dc || r.IsEmpty() || text.IsEmpty()) return;
   LOGFONTA lf{};
   if (!GetObjectA(GetCurrentObject(dc, OBJ_FONT), sizeof lf, &lf)) return;
+  const std::wstring drawn = Graphics::DrawnText(dc, text.c_str(), text.Length());
   SIZE extent{};
-  GetTextExtentPoint32A(dc, text.c_str(), text.Length(), &extent);
+  GetTextExtentPoint32W(dc, drawn.c_str(), static_cast<int>(drawn.size()), &extent);
   lf.lfEscapement = lf.lfOrientation = 900;
   // Bitmap fonts do not turn: ask for an outline face.
   lf.lfOutPrecision = OUT_TT_ONLY_PRECIS;
@@ -73,7 +77,7 @@ void DrawVertical(HDC dc, const MyRect& r, const System::AnsiString& text, COLOR
     x = r.right - across;
   TransparentText(use, color);
   use.SetTextAlign(TA_LEFT | TA_TOP | TA_NOUPDATECP);
-  ExtTextOutA(dc, x, y, ETO_CLIPPED, reinterpret_cast<const RECT*>(&r), text.c_str(), static_cast<UINT>(text.Length()),
+  ExtTextOutW(dc, x, y, ETO_CLIPPED, reinterpret_cast<const RECT*>(&r), drawn.c_str(), static_cast<UINT>(drawn.size()),
               nullptr);
 }
 

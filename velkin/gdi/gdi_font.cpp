@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/ostrel/mbchar.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/ostrel/strcompare.h"
 #include "platform/vcl/graphics/font.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/gdi/gdi_temp.h"
 
 VCL_CLASS_IMPL(HCustomGDIFont, HGDIObject)
@@ -91,8 +93,10 @@ void HCustomGDIFont::SetStrikeout(bool value) {
 void HCustomGDIFont::SetFontName(const System::AnsiString& value) {
   if (StrCmp(logFont_.lfFaceName, value.c_str(), -1, StrCmpIgnoreCase) == 0) return;
   Changing();
-  std::strncpy(logFont_.lfFaceName, value.c_str(), LF_FACESIZE);
-  logFont_.lfFaceName[LF_FACESIZE - 1] = 0;
+  // As much of the name as the record holds, never half a letter.
+  const int kept = CharFit(value.c_str(), value.Length(), LF_FACESIZE - 1);
+  std::memcpy(logFont_.lfFaceName, value.c_str(), static_cast<std::size_t>(kept));
+  logFont_.lfFaceName[kept] = 0;
   Dirtied();
 }
 
@@ -125,8 +129,11 @@ MyPoint HCustomGDIFont::TextSize(const char* text, void* dc) {
   Refresh();
   if (!selected_) Select(chosen);
   if (!text) text = "";
-  if (selectedDC_)
-    DrawTextA(static_cast<HDC>(selectedDC_), text, static_cast<int>(std::strlen(text)), &rect, DT_CALCRECT);
+  if (selectedDC_) {
+    const HDC dc = static_cast<HDC>(selectedDC_);
+    const std::wstring drawn = Graphics::DrawnText(dc, text, static_cast<int>(std::strlen(text)));
+    DrawTextW(dc, drawn.c_str(), static_cast<int>(drawn.size()), &rect, DT_CALCRECT);
+  }
   if (chosen == selectedDC_) Restore();
   return MyPoint{rect.right - rect.left, rect.bottom - rect.top};
 }

@@ -92,19 +92,13 @@ Sysutils::TLibModule libModule;
 OwnedModule satellite;
 
 void ProcessAttach(HINSTANCE instance) {
-  // GetModuleFileNameA returns at most the buffer size it is given and may
-  // leave a truncated path unterminated: one byte more is kept for the end.
-  char exe[261];
-  DWORD n = GetModuleFileNameA(nullptr, exe, 260);
-  exe[n] = '\0';
   // Eight hex digits: the line carries the low 32 bits of the handle.
-  FILELog("VELK(%08X) Loaded by: [%s]", static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(GetHInstance())), exe);
+  FILELog("VELK(%08X) Loaded by: [%s]", static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(GetHInstance())),
+          ModuleFileName(nullptr).Text());
 
-  char own[262];
-  n = GetModuleFileNameA(instance, own, 261);
-  own[n] = '\0';
+  const MyString own = ModuleFileName(instance);
   libModule.Instance = instance;
-  satellite.reset(static_cast<HMODULE>(n ? Sysutils::LoadResourceModule(own) : nullptr));
+  satellite.reset(static_cast<HMODULE>(own.IsEmpty() ? nullptr : Sysutils::LoadResourceModule(own.Text())));
   libModule.ResInstance = satellite ? satellite.get() : instance;
   Sysutils::RegisterModule(&libModule);
 }

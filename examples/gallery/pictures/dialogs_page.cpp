@@ -27,58 +27,21 @@
 
 namespace {
 
-// The first visible top-level window of thread that passes filter.
-HWND FindShown(DWORD thread, const std::function<bool(HWND)>& filter) {
-  struct Search {
-    const std::function<bool(HWND)>* filter;
-    HWND found;
-  } search{&filter, nullptr};
-  EnumThreadWindows(
-      thread,
-      [](HWND w, LPARAM p) {
-        auto* s = reinterpret_cast<Search*>(p);
-        if (!IsWindowVisible(w) || !(*s->filter)(w)) return TRUE;
-        s->found = w;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
-bool IsDialogBox(HWND w) {
-  char name[16] = {};
-  GetClassNameA(w, name, sizeof name);
-  return std::string(name) == "#32770";
-}
-
 template <class Form>
 bool IsForm(HWND w) {
   return dynamic_cast<Form*>(Controls::TWinControl::FindControl(w)) != nullptr;
 }
 
-// Runs show (which opens a modal dialog on this thread); meanwhile a thread
-// of its own waits at most ten seconds for the dialog's window, writes it to
-// path and closes it. Whether the picture was written.
+// Runs show (which opens a modal dialog on this thread) and writes the
+// dialog to path once it is shown, then closes it. Whether it was written.
 bool CaptureModal(const std::function<void()>& show, const std::function<bool(HWND)>& filter, const std::string& path) {
-  const DWORD thread = GetCurrentThreadId();
   bool written = false;
-  std::thread watcher([&] {
-    const bool com = SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
-    HWND window = nullptr;
-    for (int waited = 0; !window && waited < 10000; waited += 20, Sleep(20)) window = FindShown(thread, filter);
-    if (window) {
-      RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
-      Sleep(300);
-      written = WriteWindow(window, path);
-      // Escape for a form, the cancel command for a dialog box.
-      PostMessageA(window, IsDialogBox(window) ? WM_COMMAND : WM_CLOSE, IDCANCEL, 0);
-    } else {
-      std::printf("   %s: the dialog did not appear\n", path.c_str());
-    }
-    if (com) CoUninitialize();
+  const bool shown = WhileModal(show, filter, [&](HWND window) {
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    Sleep(300);
+    written = WriteWindow(window, path);
   });
-  show();
-  watcher.join();
+  if (!shown) std::printf("   %s: the dialog did not appear\n", path.c_str());
   return written;
 }
 

@@ -7,6 +7,18 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 
+namespace {
+
+// A path in the process's code page, for the imaging component's wide calls.
+std::wstring WidePath(const std::string& path) {
+  std::wstring wide(path.size(), L'\0');
+  wide.resize(static_cast<size_t>(
+      MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), wide.data(), static_cast<int>(wide.size()))));
+  return wide;
+}
+
+}  // namespace
+
 bool CaptureScreen(const RECT& r, std::vector<uint32_t>& bits, int& width, int& height) {
   width = r.right - r.left;
   height = r.bottom - r.top;
@@ -54,7 +66,7 @@ bool WritePng(const std::string& path, const uint32_t* bits, int width, int heig
     return false;
   ComPtr<IWICStream> stream;
   if (Failed(factory->CreateStream(&stream), "CreateStream")) return false;
-  std::wstring wide(path.begin(), path.end());
+  const std::wstring wide = WidePath(path);
   if (Failed(stream->InitializeFromFilename(wide.c_str(), GENERIC_WRITE), "opening the file")) return false;
   ComPtr<IWICBitmapEncoder> encoder;
   if (Failed(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder), "CreateEncoder")) return false;
@@ -84,7 +96,7 @@ bool ReadPng(const std::string& path, std::vector<uint32_t>& bits, int& width, i
                               reinterpret_cast<void**>(&factory)),
              "creating the imaging factory"))
     return false;
-  const std::wstring wide(path.begin(), path.end());
+  const std::wstring wide = WidePath(path);
   ComPtr<IWICBitmapDecoder> decoder;
   if (Failed(factory->CreateDecoderFromFilename(wide.c_str(), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
                                                 &decoder),

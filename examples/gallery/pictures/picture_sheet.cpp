@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "velkin/draw/tc_draw.h"
 #include "velkin/draw/tc_text.h"
 

@@ -38,3 +38,9 @@ using RenderLivePageProc = int (*)(const char* folder);
 // density; then puts the captures of every run there into dialogs.png. 1 when
 // every picture was written, else 0.
 GALLERY_PICTURES_API int RenderDialogsPage(const char* folder);
+
+// Shows a form of controls, the message box and the input dialog with texts
+// in several scripts given and typed as UTF-8 (the gallery's code page), and
+// writes them as utf8.png into folder; a script no font here draws is left
+// out and named. 1 when written, else 0.
+GALLERY_PICTURES_API int RenderUtf8Page(const char* folder);

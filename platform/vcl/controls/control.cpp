@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/ostrel/mbchar.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/controls/win_control.h"
 #include "platform/vcl/core/typinfo.h"
@@ -43,10 +44,22 @@ bool IsAccel(unsigned key, const AnsiString& caption) {
       ++i;
       continue;
     }
-    return CharUpperA(reinterpret_cast<LPSTR>(static_cast<uintptr_t>(static_cast<unsigned char>(s[i + 1])))) ==
-           CharUpperA(reinterpret_cast<LPSTR>(static_cast<uintptr_t>(key & 0xFF)));
+    // The whole letter after '&' (bytes of it in UTF-8), against the key.
+    const char* letter = s.data() + i + 1;
+    std::wstring mark = Graphics::WideText(letter, CharSize(letter, static_cast<int>(s.size() - i - 1)));
+    std::wstring typed = CodePointText(key);
+    CharUpperBuffW(mark.data(), static_cast<DWORD>(mark.size()));
+    CharUpperBuffW(typed.data(), static_cast<DWORD>(typed.size()));
+    return !mark.empty() && mark == typed;
   }
   return false;
+}
+
+std::wstring CodePointText(unsigned code) {
+  if (code < 0x10000) return std::wstring(1, static_cast<wchar_t>(code));
+  if (code > 0x10FFFF) return std::wstring();
+  code -= 0x10000;
+  return {static_cast<wchar_t>(0xD800 + (code >> 10)), static_cast<wchar_t>(0xDC00 + (code & 0x3FF))};
 }
 
 TShiftState KeyboardShiftState() {

@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <memory>
+#include <string>
 
 #include "platform/ostrel/mygeom.h"
 #include "platform/vcl/controls/messages.h"
@@ -81,9 +82,14 @@ using TControlStyle = System::Set<TControlStyleItem, csCaptureMouse, csClickEven
 /// control's window gets it.
 VCL_API HFONT MessageFont();
 
-/// Whether caption marks key as its mnemonic: '&' before that letter (in
-/// either case; "&&" is a plain '&').
+/// Whether caption marks key, a character as its code point (CM_DIALOGCHAR's
+/// WParam), as its mnemonic: '&' before that letter (in either case; "&&" is
+/// a plain '&'). The letter is read whole, also where it takes several bytes.
 VCL_API bool IsAccel(unsigned key, const AnsiString& caption);
+
+/// A code point as UTF-16: one unit, or two beyond the basic plane; empty
+/// beyond Unicode.
+VCL_API std::wstring CodePointText(unsigned code);
 
 /// The keys held down now.
 VCL_API TShiftState KeyboardShiftState();

@@ -77,6 +77,10 @@ constexpr unsigned int CM_ACTIONEXECUTE = CM_BASE + 64;
 constexpr unsigned int CM_HINTSHOWPAUSE = CM_BASE + 65;
 constexpr unsigned int CM_DOCKNOTIFICATION = CM_BASE + 66;
 constexpr unsigned int CM_MOUSEWHEEL = CM_BASE + 67;
+/// WM_SYSCHAR's character as a code point (WParam), as WM_UNICHAR is
+/// WM_CHAR's: how the framework's loops give an 8-bit window of a UTF-8
+/// program an Alt+letter whole.
+constexpr unsigned int CM_SYSUNICHAR = CM_BASE + 0x100;
 
 /// Notification messages: a parent reflects a child's WM_ notification back to
 /// the child as CN_BASE plus the original message number.

@@ -10,6 +10,7 @@
 #include "platform/vcl/controls/custom_control.h"
 #include "platform/vcl/controls/window_proc_impl.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "platform/vcl/graphics/screen_density.h"
 
 namespace Controls {
@@ -516,6 +517,10 @@ void TWinControl::WndProc(TMessage& message) {
     case WM_SYSCHAR:
       if (HandleKey(message)) return;
       break;
+    case WM_UNICHAR:
+    case CM_SYSUNICHAR:
+      TypedChar(message, WindowProcAccess::WideSystemProc(handle_), handle_);
+      return;
     case WM_SETFOCUS:
       if (!IsInnerWindow(reinterpret_cast<HWND>(message.WParam))) onEnter_(this);
       break;
@@ -617,6 +622,21 @@ namespace {
 const char kInnerOwner[] = "VelkinInnerOwner";
 const char kInnerProc[] = "VelkinInnerProc";
 
+// The wide procedure of window's class where proc is the class's 8-bit one
+// (the system may hand that out itself, which reads a character as one
+// byte whichever way it is called); else proc.
+WNDPROC WideClassProc(HWND window, WNDPROC proc) {
+  wchar_t name[256];
+  WNDCLASSW wide{};
+  WNDCLASSA ansi{};
+  char nameA[256];
+  const auto instance = reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(window, GWLP_HINSTANCE));
+  if (GetClassNameW(window, name, 256) && GetClassNameA(window, nameA, 256) && GetClassInfoA(instance, nameA, &ansi) &&
+      ansi.lpfnWndProc == proc && GetClassInfoW(instance, name, &wide))
+    return wide.lpfnWndProc;
+  return proc;
+}
+
 }  // namespace
 
 bool TWinControl::IsInnerWindow(HWND window) const {
@@ -648,6 +668,12 @@ LRESULT CALLBACK TWinControl::InnerWndProc(HWND window, UINT msg, WPARAM wParam,
       if (owner->HandleKey(message)) return 0;
       wParam = message.WParam;
       break;
+    }
+    case WM_UNICHAR:
+    case CM_SYSUNICHAR: {
+      TMessage message{msg, wParam, lParam, 0};
+      owner->TypedChar(message, WideClassProc(window, proc), window);
+      return message.Result;
     }
     case WM_SETFOCUS:
       if (outside) owner->onEnter_(owner);
@@ -780,9 +806,11 @@ bool TWinControl::HandleKey(TMessage& message) {
       return false;
     }
     case WM_SYSCHAR: {
-      // Alt+letter: offered to every control of the form; one whose
-      // mnemonic it is takes it.
-      TMessage dialogChar{CM_DIALOGCHAR, message.WParam, message.LParam, 0};
+      // Alt+letter: offered to every control of the form as a code point;
+      // one whose mnemonic it is takes it.
+      const char byte = static_cast<char>(message.WParam);
+      const std::wstring letter = Graphics::WideText(&byte, 1);
+      TMessage dialogChar{CM_DIALOGCHAR, letter.size() == 1 ? letter[0] : message.WParam, message.LParam, 0};
       return TopLevel()->Broadcast(dialogChar);
     }
     case WM_CHAR: {
@@ -798,6 +826,41 @@ bool TWinControl::HandleKey(TMessage& message) {
     default:
       return false;
   }
+}
+
+// A character whole, in a UTF-8 program (see DispatchTaken): WM_UNICHAR runs
+// the key press event for each byte of it in the code page, as a double-byte
+// code page's lead and trail come, and any of them zeroed drops it; then the
+// window's procedure gets it as UTF-16. CM_SYSUNICHAR is offered as a
+// mnemonic first, as WM_SYSCHAR is.
+void TWinControl::TypedChar(TMessage& message, WNDPROC proc, HWND window) {
+  if (message.Msg == WM_UNICHAR && message.WParam == UNICODE_NOCHAR) {
+    message.Result = TRUE;  // this window takes them
+    return;
+  }
+  const auto code = static_cast<unsigned>(message.WParam);
+  const std::wstring units = CodePointText(code);
+  if (units.empty()) return;
+  UINT kind = WM_CHAR;
+  if (message.Msg == CM_SYSUNICHAR) {
+    kind = WM_SYSCHAR;
+    TMessage dialogChar{CM_DIALOGCHAR, code, message.LParam, 0};
+    if (TopLevel()->Broadcast(dialogChar)) return;
+  } else {
+    if (swallowChar_) {
+      swallowChar_ = false;
+      return;
+    }
+    char bytes[8];
+    const int n = WideCharToMultiByte(CP_ACP, 0, units.data(), static_cast<int>(units.size()), bytes, sizeof bytes,
+                                      nullptr, nullptr);
+    for (int i = 0; i < n; ++i) {
+      char key = bytes[i];
+      if (!DoKeyPress(key)) return;
+    }
+  }
+  // Called wide: an 8-bit procedure takes the character as one byte.
+  for (const wchar_t unit : units) CallWindowProcW(proc, window, kind, unit, message.LParam);
 }
 
 void TWinControl::DialogKey(TMessage& message) {

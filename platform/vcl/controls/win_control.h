@@ -187,6 +187,7 @@ class VCL_API TWinControl : public TControl {
   void ReadBoundsFromWindow();
   TWinControl* TopLevel();
   bool HandleKey(TMessage& message);
+  void TypedChar(TMessage& message, WNDPROC proc, HWND window);
   static LRESULT CALLBACK InnerWndProc(HWND window, UINT msg, WPARAM wParam, LPARAM lParam);
   template <class Event, class Key, class... Rest>
   bool RunKeyEvent(Event TWinControl::*event, Key& key, Rest... rest);

@@ -4,6 +4,7 @@
 
 #include "platform/ostrel/oslib.h"
 #include "platform/vcl/controls/window_proc_impl.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Controls {
 
@@ -59,16 +60,24 @@ namespace {
 
 int Slot(HWND wnd) { return static_cast<int>(GetClassLongPtrA(wnd, GCL_CBWNDEXTRA)) - sizeof(LONG_PTR); }
 
-// The system procedure of each class built on one, by class atom.
-std::map<ATOM, WNDPROC>& SystemProcs() {
-  static std::map<ATOM, WNDPROC> procs;
+// The system procedures, 8-bit and wide, of each class built on one, by class atom.
+struct SystemProc {
+  WNDPROC ansi, wide;
+};
+std::map<ATOM, SystemProc>& SystemProcs() {
+  static std::map<ATOM, SystemProc> procs;
   return procs;
 }
 
-WNDPROC DefaultProc(HWND wnd) {
+const SystemProc* SystemProcOf(HWND wnd) {
   auto& procs = SystemProcs();
   auto it = procs.find(static_cast<ATOM>(GetClassWord(wnd, GCW_ATOM)));
-  return it == procs.end() ? &DefWindowProcA : it->second;
+  return it == procs.end() ? nullptr : &it->second;
+}
+
+WNDPROC DefaultProc(HWND wnd) {
+  const SystemProc* proc = SystemProcOf(wnd);
+  return proc ? proc->ansi : &DefWindowProcA;
 }
 
 }  // namespace
@@ -178,8 +187,20 @@ bool WindowProcAccess::Register(const TCreateParams& params, WNDPROC& systemProc
   wc.hbrBackground = params.SystemClass ? system.hbrBackground : params.Background;
   wc.lpszClassName = params.WinClassName;
   const ATOM atom = RegisterClassA(&wc);
-  if (atom) SystemProcs()[atom] = systemProc;
+  if (atom) {
+    // The system may hand out the 8-bit procedure itself, which takes a
+    // character as one byte whichever way it is called.
+    WNDCLASSW wide{};
+    const std::wstring name = params.SystemClass ? Graphics::WideText(params.SystemClass, -1) : std::wstring();
+    const bool found = params.SystemClass && GetClassInfoW(nullptr, name.c_str(), &wide);
+    SystemProcs()[atom] = {systemProc, found ? wide.lpfnWndProc : &DefWindowProcW};
+  }
   return atom != 0;
+}
+
+WNDPROC WindowProcAccess::WideSystemProc(HWND wnd) {
+  const SystemProc* proc = SystemProcOf(wnd);
+  return proc ? proc->wide : &DefWindowProcW;
 }
 
 }  // namespace Controls

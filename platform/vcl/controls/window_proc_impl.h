@@ -17,6 +17,9 @@ struct WindowProcAccess {
   /// Registers params' class with Proc unless done already; systemProc gets
   /// the procedure the control's default handling calls.
   static bool Register(const TCreateParams& params, WNDPROC& systemProc);
+  /// The wide procedure of the system class wnd's class is built on
+  /// (DefWindowProcW for none), for what only UTF-16 carries whole.
+  static WNDPROC WideSystemProc(HWND wnd);
   /// The module whose classes and windows these are.
   static HINSTANCE Module();
   /// Puts control on this thread's list of controls whose delete waits for

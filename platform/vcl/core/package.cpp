@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/ostrel/ioerror.h"
+#include "platform/ostrel/oslib.h"
 #include "platform/ostrel/owned_handle.h"
 
 namespace Sysutils {
@@ -57,9 +58,7 @@ bool IsPackage(HMODULE h) {
 std::string RequiredFile(const std::string& name, HMODULE requirer) {
   const std::string up = AnsiString(name).UpperCase().c_str();
   const std::string file = (up == "VCL50" || up == "VCLX50") ? "vcl.dll" : name + ".dll";
-  char path[MAX_PATH];
-  const DWORD n = GetModuleFileNameA(requirer, path, MAX_PATH);
-  std::string beside(path, n);
+  std::string beside = ModuleFileName(requirer).Text();
   beside = beside.substr(0, beside.find_last_of("\\/") + 1) + file;
   return GetFileAttributesA(beside.c_str()) != INVALID_FILE_ATTRIBUTES ? beside : file;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/ostrel/owned_handle.h"
+
 namespace Classes {
 
 VCL_CLASS_IMPL(EReadError, Sysutils::Exception)
@@ -19,10 +21,13 @@ namespace {
 
 // The system's reason for the last failure, without its line break.
 AnsiString LastErrorText() {
-  char text[512] = {};
-  const DWORD n = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, GetLastError(), 0,
-                                 text, sizeof text, nullptr);
-  std::string s(text, n);
+  // As long as the system's text is: a fixed room would lose a long one.
+  char* text = nullptr;
+  const DWORD n =
+      FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_ALLOCATE_BUFFER,
+                     nullptr, GetLastError(), 0, reinterpret_cast<char*>(&text), 0, nullptr);
+  const OwnedLocal held(text);
+  std::string s(text ? text : "", text ? n : 0);
   while (!s.empty() && (s.back() == '\n' || s.back() == '\r' || s.back() == ' ')) s.pop_back();
   return s.c_str();
 }

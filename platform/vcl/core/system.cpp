@@ -67,17 +67,34 @@ AnsiString AnsiString::SubString(int start, int count) const {
   return AnsiString(s_.substr(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(n)));
 }
 
-AnsiString AnsiString::UpperCase() const {
-  AnsiString r(*this);
-  if (!r.s_.empty()) CharUpperBuffA(r.s_.data(), static_cast<DWORD>(r.s_.size()));
+namespace {
+
+using CaseChange = DWORD(WINAPI*)(LPWSTR, DWORD);
+using CaseChangeA = DWORD(WINAPI*)(LPSTR, DWORD);
+
+// In place in a code page whose letters keep their size in the other case;
+// through UTF-16 in UTF-8, where they need not ("ı" upper-cased is "I").
+std::string ChangedCase(const std::string& s, CaseChange wide, CaseChangeA narrow) {
+  std::string r(s);
+  if (r.empty()) return r;
+  if (GetACP() != CP_UTF8) {
+    narrow(r.data(), static_cast<DWORD>(r.size()));
+    return r;
+  }
+  const int n = MultiByteToWideChar(CP_UTF8, 0, s.data(), static_cast<int>(s.size()), nullptr, 0);
+  std::wstring w(static_cast<std::size_t>(n), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, s.data(), static_cast<int>(s.size()), w.data(), n);
+  wide(w.data(), static_cast<DWORD>(n));
+  r.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, w.data(), n, nullptr, 0, nullptr, nullptr)));
+  WideCharToMultiByte(CP_UTF8, 0, w.data(), n, r.data(), static_cast<int>(r.size()), nullptr, nullptr);
   return r;
 }
 
-AnsiString AnsiString::LowerCase() const {
-  AnsiString r(*this);
-  if (!r.s_.empty()) CharLowerBuffA(r.s_.data(), static_cast<DWORD>(r.s_.size()));
-  return r;
-}
+}  // namespace
+
+AnsiString AnsiString::UpperCase() const { return AnsiString(ChangedCase(s_, &CharUpperBuffW, &CharUpperBuffA)); }
+
+AnsiString AnsiString::LowerCase() const { return AnsiString(ChangedCase(s_, &CharLowerBuffW, &CharLowerBuffA)); }
 
 AnsiString AnsiString::Trim() const {
   std::size_t b = 0, e = s_.size();

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "platform/vcl/controls/message_loop.h"
 #include "platform/vcl/core/thread.h"
 #include "platform/vcl/graphics/screen_density.h"
 
@@ -195,15 +196,14 @@ void TApplication::CancelHint() {
 // HandleException already (see the window procedure).
 bool TApplication::ProcessMessage() {
   MSG msg;
-  if (!PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) return false;
+  if (!Controls::TakeMessage(msg)) return false;
   if (msg.message == WM_QUIT) {
     terminated_ = true;
     return true;
   }
   HintMessage(msg);
   if (IsShortCutMessage(msg)) return true;
-  TranslateMessage(&msg);
-  DispatchMessageA(&msg);
+  Controls::DispatchTaken(msg);
   return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/vcl/core/typinfo.h"
 #include "platform/vcl/forms/application.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Menus {
 
@@ -60,9 +61,10 @@ AnsiString ShortCutToText(TShortCut shortCut) {
     const bool extended = (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_INSERT || key == VK_DELETE;
     LONG scan = static_cast<LONG>(MapVirtualKeyA(key, MAPVK_VK_TO_VSC)) << 16;
     if (extended) scan |= 1 << 24;
-    char name[32] = {};
-    if (GetKeyNameTextA(scan, name, sizeof name) <= 0) std::snprintf(name, sizeof name, "#%u", key);
-    text += name;
+    // Wide: a name in the keyboard's language may take more bytes than letters.
+    wchar_t name[64] = {};
+    const int n = GetKeyNameTextW(scan, name, 64);
+    text += n > 0 ? Graphics::AnsiText(name, n) : "#" + std::to_string(key);
   }
   return AnsiString(text);
 }

@@ -1,6 +1,7 @@
 #include "platform/vcl/graphics/canvas.h"
 
 #include "platform/vcl/graphics/bitmap.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Graphics {
 
@@ -214,9 +215,10 @@ void TCanvas::TextOut(int x, int y, const System::AnsiString& text) {
   Changing();
   RequiredState({csHandleValid, csFontValid, csBrushValid});
   if (handle_) {
-    ::TextOutA(handle_, x, y, text.c_str(), text.Length());
+    const std::wstring drawn = DrawnText(handle_, text.c_str(), text.Length());
+    ::TextOutW(handle_, x, y, drawn.c_str(), static_cast<int>(drawn.size()));
     SIZE s{};
-    GetTextExtentPoint32A(handle_, text.c_str(), text.Length(), &s);
+    GetTextExtentPoint32W(handle_, drawn.c_str(), static_cast<int>(drawn.size()), &s);
     MoveToEx(handle_, x + s.cx, y, nullptr);
   }
   Changed();
@@ -228,8 +230,9 @@ void TCanvas::TextRect(const MyRect& r, int x, int y, const System::AnsiString& 
   if (handle_) {
     UINT options = ETO_CLIPPED;
     if (brush_->GetStyle() != bsClear) options |= ETO_OPAQUE;
-    ExtTextOutA(handle_, x, y, options, reinterpret_cast<const RECT*>(&r), text.c_str(),
-                static_cast<UINT>(text.Length()), nullptr);
+    const std::wstring drawn = DrawnText(handle_, text.c_str(), text.Length());
+    ExtTextOutW(handle_, x, y, options, reinterpret_cast<const RECT*>(&r), drawn.c_str(),
+                static_cast<UINT>(drawn.size()), nullptr);
   }
   Changed();
 }
@@ -237,7 +240,10 @@ void TCanvas::TextRect(const MyRect& r, int x, int y, const System::AnsiString& 
 MyPoint TCanvas::TextExtent(const System::AnsiString& text) {
   RequiredState({csHandleValid, csFontValid});
   SIZE s{};
-  if (handle_) GetTextExtentPoint32A(handle_, text.c_str(), text.Length(), &s);
+  if (handle_) {
+    const std::wstring drawn = DrawnText(handle_, text.c_str(), text.Length());
+    GetTextExtentPoint32W(handle_, drawn.c_str(), static_cast<int>(drawn.size()), &s);
+  }
   return MyPoint{s.cx, s.cy};
 }
 

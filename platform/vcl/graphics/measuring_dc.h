@@ -53,4 +53,16 @@ class VCL_API TMeasuringDC {
 /// read a UTF-8 program's text as a single-byte code page.
 VCL_API std::wstring WideText(const char* text, int length);
 
+/// UTF-16 text in the active ANSI code page, for what the wide functions give
+/// whole where the 8-bit ones have fixed room (UTF-8 takes up to three bytes
+/// for a character).
+VCL_API std::string AnsiText(const wchar_t* text, int length);
+
+/// An 8-bit text as UTF-16 as GDI's 8-bit functions would read it on dc (in
+/// the code page of the charset of the font selected into it), except in a
+/// UTF-8 program, whose texts are UTF-8 whatever the font: under Wine the 8-bit
+/// functions read them in the font's single-byte code page. Drawing and
+/// measuring go through the wide functions with it.
+VCL_API std::wstring DrawnText(HDC dc, const char* text, int length);
+
 }  // namespace Graphics

@@ -305,13 +305,42 @@ int TMeasuringDC::InkRight(const wchar_t* text, int length, const RECT& laidOut,
   return room / 2;
 }
 
-std::wstring WideText(const char* text, int length) {
+namespace {
+
+std::wstring Widened(UINT codePage, const char* text, int length) {
   if (!text || length == 0) return std::wstring();
-  const int n = MultiByteToWideChar(CP_ACP, 0, text, length, nullptr, 0);
+  const int n = MultiByteToWideChar(codePage, 0, text, length, nullptr, 0);
   std::wstring wide(n > 0 ? n : 0, L'\0');
-  if (n > 0) MultiByteToWideChar(CP_ACP, 0, text, length, wide.data(), n);
+  if (n > 0) MultiByteToWideChar(codePage, 0, text, length, wide.data(), n);
   if (length < 0 && !wide.empty()) wide.pop_back();  // the terminator
   return wide;
+}
+
+}  // namespace
+
+std::wstring WideText(const char* text, int length) { return Widened(CP_ACP, text, length); }
+
+std::string AnsiText(const wchar_t* text, int length) {
+  if (!text || length == 0) return std::string();
+  const int n = WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr);
+  std::string bytes(n > 0 ? n : 0, '\0');
+  if (n > 0) WideCharToMultiByte(CP_ACP, 0, text, length, bytes.data(), n, nullptr, nullptr);
+  if (length < 0 && !bytes.empty()) bytes.pop_back();  // the terminator
+  return bytes;
+}
+
+std::wstring DrawnText(HDC dc, const char* text, int length) {
+  UINT codePage = CP_ACP;
+  if (GetACP() != CP_UTF8) {
+    const int charset = GetTextCharset(dc);
+    CHARSETINFO info{};
+    if (charset == OEM_CHARSET)
+      codePage = GetOEMCP();
+    else if (charset >= 0 &&
+             TranslateCharsetInfo(reinterpret_cast<DWORD*>(static_cast<uintptr_t>(charset)), &info, TCI_SRCCHARSET))
+      codePage = info.ciACP;
+  }
+  return Widened(codePage, text, length);
 }
 
 // ---- TFont
@@ -389,7 +418,7 @@ void TFont::SetPixelsPerInch(int value) {
 
 HFONT TFont::GetHandle() {
   if (!handle_) {
-    LOGFONTA lf{};
+    LOGFONTW lf{};
     lf.lfHeight = height_;
     lf.lfWeight = style_.Contains(fsBold) ? FW_BOLD : FW_NORMAL;
     lf.lfItalic = style_.Contains(fsItalic);
@@ -400,8 +429,12 @@ HFONT TFont::GetHandle() {
     lf.lfClipPrecision = CLIP_DEFAULT_PRECIS;
     lf.lfQuality = DEFAULT_QUALITY;
     lf.lfPitchAndFamily = pitch_ == fpVariable ? VARIABLE_PITCH : pitch_ == fpFixed ? FIXED_PITCH : DEFAULT_PITCH;
-    lstrcpynA(lf.lfFaceName, name_.c_str(), LF_FACESIZE);
-    handle_.reset(CreateFontIndirectA(&lf));
+    // Wide: the record holds 31 characters of a name, fewer bytes of UTF-8.
+    std::wstring face = WideText(name_.c_str(), name_.Length());
+    if (face.size() >= LF_FACESIZE)
+      face.resize(IS_LOW_SURROGATE(face[LF_FACESIZE - 1]) ? LF_FACESIZE - 2 : LF_FACESIZE - 1);
+    std::copy(face.begin(), face.end(), lf.lfFaceName);
+    handle_.reset(CreateFontIndirectW(&lf));
   }
   return handle_.get();
 }

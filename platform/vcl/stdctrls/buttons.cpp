@@ -3,6 +3,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Buttons {
 
@@ -20,7 +21,9 @@ void DrawButtonFace(HDC dc, RECT r, Graphics::TBitmap* glyph, const AnsiString& 
   state.SetBkMode(TRANSPARENT);
   state.SetTextColor(GetSysColor(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
   RECT text{0, 0, 0, 0};
-  if (!caption.IsEmpty()) DrawTextA(dc, caption.c_str(), caption.Length(), &text, DT_SINGLELINE | DT_CALCRECT);
+  const std::wstring drawn = Graphics::DrawnText(dc, caption.c_str(), caption.Length());
+  if (!caption.IsEmpty())
+    DrawTextW(dc, drawn.c_str(), static_cast<int>(drawn.size()), &text, DT_SINGLELINE | DT_CALCRECT);
   const bool hasGlyph = glyph && !glyph->GetEmpty();
   const int gw = hasGlyph ? glyph->GetWidth() : 0, gh = hasGlyph ? glyph->GetHeight() : 0;
   const int gap = hasGlyph && !caption.IsEmpty() ? 4 : 0;
@@ -35,7 +38,7 @@ void DrawButtonFace(HDC dc, RECT r, Graphics::TBitmap* glyph, const AnsiString& 
   }
   if (caption.IsEmpty()) return;
   RECT place{x, r.top, x + text.right, r.bottom};
-  DrawTextA(dc, caption.c_str(), caption.Length(), &place, DT_SINGLELINE | DT_VCENTER);
+  DrawTextW(dc, drawn.c_str(), static_cast<int>(drawn.size()), &place, DT_SINGLELINE | DT_VCENTER);
 }
 
 // ---- TSpeedButton ----

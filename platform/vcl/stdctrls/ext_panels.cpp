@@ -3,6 +3,7 @@
 #include "platform/ostrel/dc_changer.h"
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Extctrls {
 
@@ -37,7 +38,8 @@ void TCustomPanel::Paint(HDC dc) {
   state.Select(FontHandle());
   state.SetBkMode(TRANSPARENT);
   state.SetTextColor(static_cast<COLORREF>(Graphics::ColorToRGB(GetFont()->GetColor())));
-  DrawTextA(dc, text.c_str(), text.Length(), &r, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+  const std::wstring drawn = Graphics::DrawnText(dc, text.c_str(), text.Length());
+  DrawTextW(dc, drawn.c_str(), static_cast<int>(drawn.size()), &r, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
 void TCustomPanel::WndProc(Controls::TMessage& message) {

@@ -1,5 +1,6 @@
 #include "platform/vcl/stdctrls/std_edits.h"
 #include "platform/vcl/core/typinfo.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 #include <string>
 #include <vector>
@@ -89,7 +90,14 @@ void TCustomEdit::SetSelLength(int value) {
 
 AnsiString TCustomEdit::GetSelText() {
   const int start = GetSelStart();
-  return GetText().SubString(start + 1, selLength_);
+  if (!HandleAllocated()) return GetText().SubString(start + 1, selLength_);
+  // The window counts UTF-16 units, not the code page's bytes.
+  const HWND h = GetHandle();
+  std::wstring text(static_cast<size_t>(GetWindowTextLengthW(h)) + 1, L'\0');
+  text.resize(static_cast<size_t>(GetWindowTextW(h, text.data(), static_cast<int>(text.size()))));
+  if (start >= static_cast<int>(text.size()) || selLength_ <= 0) return AnsiString();
+  const std::wstring part = text.substr(static_cast<size_t>(start), static_cast<size_t>(selLength_));
+  return AnsiString(Graphics::AnsiText(part.data(), static_cast<int>(part.size())));
 }
 
 void TCustomEdit::SetSelText(const AnsiString& value) {

@@ -19,7 +19,8 @@ class VCL_API TCustomEdit : public Controls::TWinControl {
  public:
   explicit TCustomEdit(Classes::TComponent* owner);
 
-  /// Characters the user may type at most; 0: no limit.
+  /// Characters the user may type at most, as the window counts them (UTF-16
+  /// units: a letter beyond the basic plane takes two); 0: no limit.
   int GetMaxLength() const { return maxLength_; }
   void SetMaxLength(int value);
   bool GetReadOnly() const { return readOnly_; }
@@ -31,11 +32,15 @@ class VCL_API TCustomEdit : public Controls::TWinControl {
   bool GetModified();
   void SetModified(bool value);
 
+  ///@{
+  /// The selection in characters as the window counts them (UTF-16 units),
+  /// not in bytes of the code page; its text in the code page.
   int GetSelStart();
   void SetSelStart(int value);
   int GetSelLength();
   void SetSelLength(int value);
   AnsiString GetSelText();
+  ///@}
   /// Replaces the selection.
   void SetSelText(const AnsiString& value);
   void SelectAll();

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/ostrel/dc_changer.h"
+#include "platform/vcl/graphics/measuring_dc.h"
 
 namespace Stdctrls {
 
@@ -228,9 +229,11 @@ int TCustomListBox::ItemsWidth(int from, int to) {
   if (auto font = reinterpret_cast<HFONT>(SendMessageA(GetHandle(), WM_GETFONT, 0, 0))) use.Select(font);
   int widest = 0;
   for (int i = from; i < to; ++i) {
+    // As the list holds it: converted from the code page when it was added.
     const AnsiString text = GetItems()->Get(i);
+    const std::wstring wide = Graphics::WideText(text.c_str(), text.Length());
     SIZE size{};
-    GetTextExtentPoint32A(dc.get(), text.c_str(), text.Length(), &size);
+    GetTextExtentPoint32W(dc.get(), wide.c_str(), static_cast<int>(wide.size()), &size);
     widest = std::max(widest, static_cast<int>(size.cx));
   }
   return widest;

@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
+#include "tests/script_samples.h"
+
 namespace {
 
 int Sign(int v) { return v < 0 ? -1 : v > 0 ? 1 : 0; }
@@ -31,6 +35,35 @@ TEST(StrCmp, CompareModesAndLengths) {
   if (GetACP() == 1252 || GetACP() == 1251) {
     EXPECT_EQ(0, StrCmp("x\xE9", "X\xC9", -1, 1)) << "code page " << GetACP();
     EXPECT_NE(0, StrCmp("x\xE9", "X\xC9", -1, 0));
+  }
+}
+
+// Each letter of the code page folds with its other case, however many bytes
+// either takes; different letters stay apart.
+TEST(StrCmp, LettersOfEveryScriptFold) {
+  for (const auto& sample : script_samples::samples) {
+    std::string lower, upper;
+    std::wstring wide = script_samples::Wide(sample.utf8);
+    CharLowerBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+    lower = script_samples::Ansi(wide);
+    CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+    upper = script_samples::Ansi(wide);
+    std::string text;
+    if (!script_samples::InAnsi(sample.utf8, text)) continue;
+    EXPECT_EQ(0, StrCmp(lower.c_str(), upper.c_str(), -1, StrCmpIgnoreCase)) << sample.what << ": " << upper;
+    EXPECT_EQ(0, StrCmp(text.c_str(), upper.c_str(), -1, StrCmpIgnoreCase)) << sample.what;
+    EXPECT_NE(0, StrCmp((text + "a").c_str(), (upper + "b").c_str(), -1, StrCmpIgnoreCase)) << sample.what;
+  }
+  const struct {
+    const char *a, *b;
+  } apart[] = {{"\u00e9", "\u00fc"}, {"\u0434", "\u0436"}, {"\u03b1", "\u03b2"}, {"\U0001F600", "\U0001F601"}};
+  for (const auto& p : apart) {
+    std::string a, b;
+    if (!script_samples::InAnsi(p.a, a) || !script_samples::InAnsi(p.b, b)) continue;
+    EXPECT_EQ(-1, Sign(StrCmp(a.c_str(), b.c_str(), -1, StrCmpIgnoreCase))) << p.a << " before " << p.b;
+  }
+  if (GetACP() == CP_UTF8) {
+    EXPECT_NE(0, StrCmp("\x80", "\x81", -1, StrCmpIgnoreCase)) << "bytes that are no letter";
   }
 }
 

@@ -5,11 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "platform/vcl/graphics/measuring_dc.h"
 #include "tests/platform/pellum/select_dir_driver.h"
+#include "tests/script_samples.h"
 #include "tests/velkin/dialogs/text_fit.h"
 #include "tests/velkin/resources/string_texts.h"
 
@@ -94,6 +97,53 @@ TEST(Filectrl, SelectDirectoryAsAUserDrivesIt) {
   EXPECT_EQ(alpha, std::string(dir.c_str()));
 
   for (const char* d : {"\\made\\deeper", "\\made", "\\alpha", "\\beta", ""}) RemoveDirectoryA((base + d).c_str());
+}
+
+// Folders named in any script the code page can write, listed, opened and
+// chosen whole, one of them a path that takes more than twice MAX_PATH in
+// bytes, fewer in letters (each name within the 255 bytes a Unix file system
+// allows).
+TEST(Filectrl, FoldersOfAnyScript) {
+  const std::string base = Temp("");
+  std::wstring longName;
+  for (int i = 0; i < 85; ++i) longName += L'\u4e2d';
+  std::vector<std::wstring> made;
+  std::vector<std::string> names;  // in the code page
+  for (const std::wstring& wide : {script_samples::Wide("Crème brûlée"), script_samples::Wide("Щука и ёж"),
+                                   script_samples::Wide("Ωμέγα λόγος"), script_samples::Wide("a😀b"), longName}) {
+    std::string name;
+    if (!script_samples::InAnsi(script_samples::Utf8(wide).c_str(), name)) continue;
+    made.push_back(Graphics::WideText(base.c_str(), -1) + L"\\" + wide);
+    CreateDirectoryW(made.back().c_str(), nullptr);
+    names.push_back(name);
+  }
+  for (const std::string& name : names) {
+    AnsiString dir = base.c_str();
+    std::string shown;
+    const Step remember = [&] { return shown = EditText(), true; };
+    const bool result = RunDialog(
+        dir, {}, {Opened(), OpenFolder(name), remember, OpenFolder(".."), OpenFolder(name), Press("OkButton")});
+    EXPECT_FALSE(timedOut) << name << ": the script stopped at step " << next;
+    EXPECT_TRUE(result) << name;
+    EXPECT_EQ(base + "\\" + name, shown) << "opened";
+    EXPECT_EQ(base + "\\" + name, std::string(dir.c_str())) << "chosen";
+  }
+  // A start that does not exist opens the current directory: the long one
+  // in itself.
+  if (!made.empty() && made.back().ends_with(longName)) {
+    made.push_back(made.back() + L"\\" + longName);
+    CreateDirectoryW(made.back().c_str(), nullptr);
+    wchar_t current[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, current);
+    SetCurrentDirectoryW(made.back().c_str());
+    AnsiString dir = (base + "\\no such").c_str();
+    EXPECT_TRUE(RunDialog(dir, {}, {Opened(), Press("OkButton")}));
+    SetCurrentDirectoryW(current);
+    EXPECT_EQ(base + "\\" + names.back() + "\\" + names.back(), std::string(dir.c_str())) << "the current directory";
+  }
+  std::reverse(made.begin(), made.end());
+  for (const std::wstring& path : made) RemoveDirectoryW(path.c_str());
+  RemoveDirectoryA(base.c_str());
 }
 
 // The dialog's texts from the package's string tables in the screen's

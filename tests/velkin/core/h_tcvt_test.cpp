@@ -35,6 +35,10 @@ TEST(HTextConvert, ConvertsCutsAtACharacterAndNeverWritesPastTheBuffer) {
       {CP_UTF8, 932, "ｱあ", 2, "ｱ"}, {CP_UTF8, 932, "ｱあ", 3, "ｱ"},
       {CP_UTF8, 932, "ｱあ", 4, "ｱあ"}, {CP_UTF8, 932, "あｱ", 2, ""},
       {CP_UTF8, 932, "あｱ", 3, "あ"}, {CP_UTF8, 932, "あｱ", 4, "あｱ"},
+      {1252, CP_UTF8, "Crème", 40, "Crème"}, {1252, CP_UTF8, "Crème", 4, "Cr"},
+      {CP_UTF8, 1252, "Crème", 40, "Crème"}, {CP_UTF8, 1251, "Щука", 3, "Щу"},
+      {CP_UTF8, CP_UTF8, "a😀b", 40, "a😀b"}, {CP_UTF8, CP_UTF8, "a😀b", 5, "a"},
+      {CP_UTF8, CP_UTF8, "a😀b", 6, "a😀"}, {CP_UTF8, 932, "中あ", 3, "中"},
       // clang-format on
   };
   auto expectInBuffer = [](const std::string& text, const char* dst, const std::string& what) {
@@ -49,6 +53,23 @@ TEST(HTextConvert, ConvertsCutsAtACharacterAndNeverWritesPastTheBuffer) {
                    std::string(c.src) + " from " + std::to_string(c.from) + " to " + std::to_string(c.to) + " into " +
                        std::to_string(c.dstSize) + " bytes, expected " + c.kept);
   }
+  // Into a string: the whole text, however many more bytes it takes.
+  const struct {
+    unsigned from, to;
+    const char* text;
+  } whole[] = {{1251, CP_UTF8, "Привет, мир"},
+               {CP_UTF8, 1251, "Привет, мир"},
+               {932, CP_UTF8, "aあｱ中"},
+               {CP_UTF8, CP_UTF8, "a😀b"},
+               {1252, 866, ""}};
+  for (const auto& w : whole) {
+    System::AnsiString converted = "left over";
+    const char* at = HTextConvert(w.from, w.to, InCodePage(w.text, w.from).c_str(), converted);
+    EXPECT_EQ(InCodePage(w.text, w.to), std::string(converted.c_str(), converted.Length()))
+        << w.text << " from " << w.from << " to " << w.to;
+    EXPECT_EQ(converted.c_str(), at);
+  }
+
   // An unknown code page: a plain copy; no text: an empty one.
   char dst[40];
   std::memset(dst, '#', sizeof dst);

@@ -158,11 +158,22 @@ inline void Keys(std::initializer_list<WORD> keys) {
   SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
 }
 
-// Types text as keystrokes to the focused window (letters, digits, spaces;
-// "\n" as Enter).
+// Types text (UTF-8) as keystrokes to the focused window: ASCII letters,
+// digits and spaces by their keys ("\n" as Enter), any other letter as the
+// keyboard sends what it has no key for (VK_PACKET).
 inline void Type(const std::string& text) {
-  for (char c : text) {
-    const SHORT key = c == '\n' ? VK_RETURN : VkKeyScanA(c);
+  std::wstring wide(text.size(), L'\0');
+  wide.resize(MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                                  static_cast<int>(wide.size())));
+  for (const wchar_t c : wide) {
+    if (c >= 0x80) {
+      INPUT press[2] = {};
+      for (INPUT& i : press) i.type = INPUT_KEYBOARD, i.ki.wScan = c, i.ki.dwFlags = KEYEVENTF_UNICODE;
+      press[1].ki.dwFlags |= KEYEVENTF_KEYUP;
+      SendInput(2, press, sizeof(INPUT));
+      continue;
+    }
+    const SHORT key = c == '\n' ? VK_RETURN : VkKeyScanA(static_cast<char>(c));
     if (HIBYTE(key) & 1)
       Keys({VK_SHIFT, static_cast<WORD>(LOBYTE(key))});
     else

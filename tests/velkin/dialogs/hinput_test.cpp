@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/vcl/forms/application.h"
+#include "tests/script_samples.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
 #include "tests/velkin/resources/string_texts.h"
@@ -34,9 +35,13 @@ TEST(HInputDialog, AsAUserAnswersIt) {
       {"typed and Escape", "lost", [](THInputForm*) { Keys({VK_ESCAPE}); }, false, "draft"},
       {"typed and Close", "lost", [](THInputForm* f) { Click(f->Button1->GetHandle()); }, false, "draft"},
       {"the old name, typed and Enter", "old", [](THInputForm*) { Keys({VK_RETURN}); }, true, "old", &HIputDialog},
+      {"letters of several scripts typed", "Éte Отчёт Ωμέγα 😀", [](THInputForm*) { Keys({VK_RETURN}); }, true,
+       "Éte Отчёт Ωμέγα 😀"},
   };
   for (const auto& r : rows) {
     SCOPED_TRACE(r.what);
+    std::string expected;  // UTF-8 here, in the program's code page there
+    if (!script_samples::InAnsi(r.value, expected)) continue;
     std::wstring caption, edit;
     std::string prompt;
     bool focused = false;
@@ -51,9 +56,11 @@ TEST(HInputDialog, AsAUserAnswersIt) {
       if (r.typed) {
         PostMessageA(form->txtText->GetHandle(), EM_SETSEL, 0, -1);
         Type(r.typed);
-        if (!Until(
-                [&] { return Text(form->txtText->GetHandle()) == std::wstring(r.typed, r.typed + strlen(r.typed)); }))
+        if (!Until([&] { return Text(form->txtText->GetHandle()) == script_samples::Wide(r.typed); })) {
+          ADD_FAILURE() << "typed " << r.typed << ", the edit shows "
+                        << script_samples::Utf8(Text(form->txtText->GetHandle()));
           return false;
+        }
       }
       r.finish(form);
       return true;
@@ -62,7 +69,7 @@ TEST(HInputDialog, AsAUserAnswersIt) {
     const bool result = r.dialog(nullptr, "Rename", "New name:", value);
     EXPECT_TRUE(watcher.Join());
     EXPECT_EQ(r.result, result);
-    EXPECT_EQ(std::string(r.value), value.c_str());
+    EXPECT_EQ(expected, value.c_str());
     EXPECT_EQ(L"Rename", caption);
     EXPECT_EQ("New name:", prompt);
     EXPECT_EQ(L"draft", edit);

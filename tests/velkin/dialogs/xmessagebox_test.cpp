@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/ostrel/owned_handle.h"
+#include "tests/script_samples.h"
 #include "tests/velkin/dialogs/dialog_watcher.h"
 #include "tests/velkin/dialogs/text_fit.h"
 #include "tests/velkin/resources/string_texts.h"
@@ -187,19 +188,49 @@ TEST(XMessageBox, TemplateOfEachStyleWord) {
     EXPECT_EQ(L"Copy the folder and everything in it?", t.items[icon ? 1 : 0].text);
   }
 
-  // Texts past 1023 bytes are cut between letters: a UTF-8 program's two-byte
-  // letter is never cut in two.
-  const std::string letter = string_texts::InCodePage("«", GetACP());
-  std::string longText;
-  for (int i = 0; i < 1100; ++i) longText += letter;
-  const Template cut = Read(XMessageBoxTemplate(longText.c_str(), longText.c_str(), MB_OK | XMB_NORESOURCE));
-  ASSERT_FALSE(cut.items.empty());
-  EXPECT_EQ(std::wstring(1023 / letter.size(), L'\u00AB'), cut.caption) << "the caption";
-  EXPECT_EQ(std::wstring(1023 / letter.size(), L'\u00AB'), cut.items[0].text) << "the text";
+  // Texts past 1023 characters are cut, counted as the template holds them,
+  // whatever bytes each takes in the code page; a letter beyond the basic
+  // plane (two units) is never cut in two.
+  const struct {
+    const char* letter;
+    std::size_t kept;  // letters
+  } lengths[] = {{"a", 1023}, {"«", 1023}, {"Щ", 1023}, {"😀", 511}};
+  for (const auto& l : lengths) {
+    std::string letter;
+    if (!script_samples::InAnsi(l.letter, letter)) continue;
+    std::string longText;
+    for (int i = 0; i < 1100; ++i) longText += letter;
+    const Template cut = Read(XMessageBoxTemplate(longText.c_str(), longText.c_str(), MB_OK | XMB_NORESOURCE));
+    ASSERT_FALSE(cut.items.empty());
+    std::wstring kept;
+    for (std::size_t i = 0; i < l.kept; ++i) kept += script_samples::Wide(l.letter);
+    EXPECT_EQ(kept, cut.caption) << "the caption, of " << l.letter;
+    EXPECT_EQ(kept, cut.items[0].text) << "the text, of " << l.letter;
+  }
 
   // The system's own box for a system-modal stop or exclamation: no template.
   EXPECT_TRUE(XMessageBoxTemplate(text, "x", MB_SYSTEMMODAL | MB_ICONSTOP).empty());
   EXPECT_TRUE(XMessageBoxTemplate(text, "x", MB_SYSTEMMODAL | MB_ICONEXCLAMATION | MB_YESNO).empty());
+}
+
+// The box is laid out for the letters its text stands for, however many
+// bytes each takes: capitals with accents, and Cyrillic capitals shaped as
+// Latin ones, are as wide as the Latin letters (the ink may differ by a
+// pixel), and so are the boxes; read as bytes they would be twice as wide.
+TEST(XMessageBox, LaidOutForTheLetters) {
+  const struct {
+    const char *text, *latin;
+  } pairs[] = {{"ÀÉÎÕÜ ÀÉÎÕÜ ÀÉÎÕÜ", "AEIOU AEIOU AEIOU"}, {"АВЕКМНОРСТХ АВЕКМНОРСТХ", "ABEKMHOPCTX ABEKMHOPCTX"}};
+  for (const auto& p : pairs) {
+    std::string text;
+    if (!script_samples::InAnsi(p.text, text)) continue;
+    const Template t = Read(XMessageBoxTemplate(text.c_str(), "x", MB_OK | XMB_NORESOURCE | XMB_DONOTASKAGAIN));
+    const Template l = Read(XMessageBoxTemplate(p.latin, "x", MB_OK | XMB_NORESOURCE | XMB_DONOTASKAGAIN));
+    ASSERT_FALSE(t.items.empty() || l.items.empty()) << p.text;
+    EXPECT_NEAR(l.items[0].cx, t.items[0].cx, 1) << p.text << ": the text's width";
+    EXPECT_EQ(l.items[0].cy, t.items[0].cy) << p.text << ": its height";
+    EXPECT_NEAR(l.header.cx, t.header.cx, 1) << p.text << ": the box's width";
+  }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "platform/ostrel/dc_changer.h"
+#include "tests/script_samples.h"
 #include "tests/velkin/draw/draw_pixels.h"
 #include "velkin/draw/tc_text.h"
 
@@ -43,6 +45,33 @@ TEST(TC_TextOut, ColourKeepsTheFontsOrUsesTheGivenOne) {
     EXPECT_GT(red.exact, 10) << name << ": clNone writes in the font's red";
     EXPECT_GT(blue.exact, 10) << name << ": clBlue";
     EXPECT_EQ(Read(read, 120, 30, 0xFF0000, 15).exact, 0) << name;
+  }
+}
+
+// Text in the process's code page comes out as the letters it stands for:
+// the top half as the wide functions draw them in the bottom half.
+TEST(TC_TextOut, TextAsItsLetters) {
+  for (const auto& sample : script_samples::samples) {
+    std::string text;
+    if (!script_samples::InAnsi(sample.utf8, text)) continue;
+    const std::wstring letters = script_samples::Wide(sample.utf8);
+    BothSurfaces s(200, 40);
+    s.Run([&](auto* c) {
+      TC_TextOut(c, MyRect{0, 0, 200, 20}, text.c_str(), clBlue, 0);
+      TC_TextOut(c, 100, 0, text.c_str());
+      const HDC dc = static_cast<HDC>(c->GetHandle());
+      DCChanger use(dc);
+      use.SetBkMode(TRANSPARENT);
+      use.SetTextColor(RGB(0, 0, 255));
+      RECT r{0, 20, 200, 40};
+      DrawTextW(dc, letters.c_str(), -1, &r, 0);
+      use.SetTextColor(static_cast<COLORREF>(ColorToRGB(c->GetFont()->GetColor())));
+      TextOutW(dc, 100, 20, letters.c_str(), static_cast<int>(letters.size()));
+    });
+    for (auto [name, read] : {std::pair{"TCanvas", s.Framework()}, std::pair{"HCustomCanvas", s.Own()}}) {
+      const Reader bottom = [read](int x, int y) { return read(x, y + 20); };
+      EXPECT_EQ("", Diff(read, bottom, 200, 20)) << name << ", " << sample.what;
+    }
   }
 }
 

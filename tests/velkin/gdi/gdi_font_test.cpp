@@ -12,6 +12,7 @@
 #include "platform/ostrel/owned_handle.h"
 #include "platform/vcl/core/sysutils.h"
 #include "platform/vcl/graphics/graphics.h"
+#include "tests/script_samples.h"
 #include "tests/velkin/gdi/gdi_fixtures.h"
 #include "velkin/gdi/gdi_pen.h"
 
@@ -68,6 +69,42 @@ TEST(HCustomGDIFont, PropertiesOverLogFont) {
             notes([&] { font.SetBold(true), font.SetAngle(45), font.SetFontName(font.GetFontName().UpperCase()); }));
   EXPECT_EQ("C", notes([&] { font.SetColor(clRed); }));
   EXPECT_EQ("DD", notes([&] { font.SetHeight(-12), font.SetFontName("Arial"); }));
+}
+
+// A text in the process's code page measures as the letters it stands for.
+TEST(HCustomGDIFont, TextSizeOfTheLetters) {
+  HGDIFont font;
+  font.SetHeight(-13);
+  const OwnedMemoryDC m(CreateCompatibleDC(nullptr));
+  for (const auto& sample : script_samples::samples) {
+    std::string text;
+    if (!script_samples::InAnsi(sample.utf8, text)) continue;
+    const std::wstring letters = script_samples::Wide(sample.utf8);
+    const HGDIOBJ old = SelectObject(m.get(), font.GetHandle());
+    RECT r{0, 0, 0, 0};
+    DrawTextW(m.get(), letters.c_str(), -1, &r, DT_CALCRECT);
+    SelectObject(m.get(), old);
+    const MyPoint size = font.TextSize(text.c_str());
+    EXPECT_EQ(r.right, size.x) << sample.what;
+    EXPECT_EQ(r.bottom, size.y) << sample.what;
+  }
+}
+
+// A face name longer than the record holds is cut between letters of the
+// code page: as many whole ones as their bytes fit in 31.
+TEST(HCustomGDIFont, FaceNameCutBetweenLetters) {
+  for (const char* utf8 : {"Шрифт с длинным именем", "Crème brûlée et crème anglaise", "ＭＳ ゴシック ＭＳ ゴシック"}) {
+    std::string name;
+    if (!script_samples::InAnsi(utf8, name)) continue;
+    const std::wstring letters = script_samples::Wide(utf8);
+    std::string whole;
+    for (size_t n = 0; n <= letters.size(); ++n)
+      if (const std::string prefix = script_samples::Ansi(letters.substr(0, n)); prefix.size() < LF_FACESIZE)
+        whole = prefix;
+    HGDIFont font;
+    font.SetFontName(name.c_str());
+    EXPECT_EQ(whole, std::string(font.GetLogFont().lfFaceName)) << utf8;
+  }
 }
 
 TEST(HCustomGDIFont, SelectAndAssign) {

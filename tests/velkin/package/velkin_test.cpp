@@ -103,28 +103,40 @@ std::string Quoted(const std::vector<std::string>& lines) {
                          [](auto s, auto& l) { return s + "\n  [" + l + "]"; });
 }
 
+// The host, a UTF-8 program, runs from a folder of its own, as an application
+// would: one with a short name, and one whose name takes more bytes in UTF-8
+// than a path of MAX_PATH characters may have (but fewer characters).
 TEST(Velkin, LoadLogHasOneLineForTheHostNoneForThreads) {
-  // The host runs from a folder of its own, as an application would.
   const fs::path bin = GetStartupDir();
-  TempFolder folder(bin / ("load_" + std::to_string(GetCurrentProcessId())));
-  for (const char* dll : {"velkin.dll", "vcl.dll", "ostrel.dll", "pellum.dll"})
-    fs::copy_file(bin / dll, folder.path / dll);
-  const std::string host = (folder.path / "host.exe").string(), report = (folder.path / "host.txt").string();
-  fs::copy_file(bin / "velkin_package_load_host.exe", host);
+  const std::string pid = std::to_string(GetCurrentProcessId());
+  std::u8string greek;
+  for (int i = 0; i < 140; ++i) greek += u8"\u03a9";
+  for (const fs::path& name : {fs::path("load_" + pid), fs::path(u8"load_" + greek + u8"_") += pid}) {
+    TempFolder folder(bin / name);
+    for (const char* dll : {"velkin.dll", "vcl.dll", "ostrel.dll", "pellum.dll"})
+      fs::copy_file(bin / dll, folder.path / dll);
+    const fs::path host = folder.path / "host.exe", report = folder.path / "host.txt";
+    const auto utf8 = [](const fs::path& p) {
+      return std::string(reinterpret_cast<const char*>(p.u8string().c_str()));
+    };
+    SCOPED_TRACE(utf8(host));
+    fs::copy_file(bin / "velkin_package_load_host.exe", host);
 
-  ASSERT_EQ(0, _spawnl(_P_WAIT, host.c_str(), "host", ("\"" + report + "\"").c_str(), nullptr)) << host;
-  const std::vector<std::string> facts = ReadLines(report);
-  ASSERT_EQ(2u, facts.size()) << Quoted(facts);
-  char expected[64];
-  std::snprintf(expected, sizeof expected, "VELK(%08X) Loaded by: [",
-                static_cast<unsigned>(std::strtoull(facts[0].c_str(), nullptr, 16) & 0xFFFFFFFFu));
-  const std::string line = std::string(expected) + host + "]";
+    ASSERT_EQ(0, _wspawnl(_P_WAIT, host.c_str(), L"host", (L"\"" + report.wstring() + L"\"").c_str(), nullptr));
+    const std::vector<std::string> facts = ReadLines(report);
+    ASSERT_EQ(2u, facts.size()) << Quoted(facts);
+    char expected[64];
+    std::snprintf(expected, sizeof expected, "VELK(%08X) Loaded by: [",
+                  static_cast<unsigned>(std::strtoull(facts[0].c_str(), nullptr, 16) & 0xFFFFFFFFu));
+    const std::string line = std::string(expected) + utf8(host) + "]";
 
-  // Exactly one line: thread attach and detach wrote nothing.
-  const std::vector<std::string> log = ReadLines(facts[1]);
-  ASSERT_EQ(1u, log.size()) << facts[1] << Quoted(log);
-  // What precedes the text (a time stamp) is the log's own business.
-  EXPECT_TRUE(log[0].ends_with(line)) << "whole line: " << log[0] << "\nexpected it to end with: " << line;
+    // Exactly one line: thread attach and detach wrote nothing.
+    const std::vector<std::string> log =
+        ReadLines(fs::path(std::u8string(reinterpret_cast<const char8_t*>(facts[1].c_str()))));
+    ASSERT_EQ(1u, log.size()) << facts[1] << Quoted(log);
+    // What precedes the text (a time stamp) is the log's own business.
+    EXPECT_TRUE(log[0].ends_with(line)) << "whole line: " << log[0] << "\nexpected it to end with: " << line;
+  }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "platform/vcl/vcl.h"
 #include "tests/platform/vcl/test_helpers.h"
+#include "tests/script_samples.h"
 
 // Records the block each plain delete frees, to show that deleting a framework
 // object through any base gives back the block that new returned. Blocks come
@@ -176,6 +177,27 @@ TEST(VclObjectModel, AnsiStringIndexesAndConversions) {
   AnsiString grown("ab");
   grown.SetLength(4);
   EXPECT_EQ(std::string("ab\0\0", 4), grown.str());
+}
+
+// Upper and lower case as the letters have them, also where a letter's other
+// case takes another number of bytes ("\u0131" is two bytes in UTF-8, "I" one;
+// "\u023f" two, its capital three).
+TEST(VclObjectModel, AnsiStringCaseOfEveryLetter) {
+  const char* texts[] = {"Crème brûlée", "Щука и ёж", "Ωμέγα", "\u0131\u0131x", "\u023f\u023f-\u2c7e", "a\U0001F600b"};
+  for (const char* utf8 : texts) {
+    std::string text;
+    if (!script_samples::InAnsi(utf8, text)) continue;
+    std::wstring upper = script_samples::Wide(utf8), lower = upper;
+    CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
+    CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
+    std::string expected;
+    if (script_samples::InAnsi(script_samples::Utf8(upper).c_str(), expected)) {
+      EXPECT_EQ(expected, AnsiString(text.c_str()).UpperCase().str()) << utf8;
+    }
+    if (script_samples::InAnsi(script_samples::Utf8(lower).c_str(), expected)) {
+      EXPECT_EQ(expected, AnsiString(text.c_str()).LowerCase().str()) << utf8;
+    }
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <set>
 
 #include "platform/vcl/graphics/graphics.h"
+#include "tests/script_samples.h"
 
 using namespace Graphics;
 
@@ -54,6 +55,38 @@ TEST(TCanvas, LazySelectionAndPixels) {
   GetTextExtentPoint32A(dc, "Wide text", 9, &s);
   EXPECT_EQ(canvas->GetFont()->GetHandle(), GetCurrentObject(dc, OBJ_FONT));
   EXPECT_EQ(s.cx, width);
+}
+
+// Text in the process's code page is drawn and measured as the letters it
+// stands for, however many bytes each takes: as the wide functions draw them.
+TEST(TCanvas, TextAsItsLetters) {
+  for (const auto& sample : script_samples::samples) {
+    std::string text;
+    if (!script_samples::InAnsi(sample.utf8, text)) continue;
+    const std::wstring letters = script_samples::Wide(sample.utf8);
+    TBitmap drawn, expected;
+    SIZE size{};
+    for (TBitmap* b : {&drawn, &expected}) {
+      b->SetSize(160, 40);
+      b->GetCanvas()->GetFont()->SetHeight(-12);
+      b->GetCanvas()->TextOut(0, 0, "");  // the font and brush selected
+    }
+    TCanvas* canvas = drawn.GetCanvas();
+    canvas->TextOut(2, 2, text.c_str());
+    canvas->TextRect(MyRect{2, 20, 60, 38}, 4, 21, text.c_str());
+    const HDC dc = expected.GetCanvas()->GetHandle();
+    TextOutW(dc, 2, 2, letters.c_str(), static_cast<int>(letters.size()));
+    const RECT clip{2, 20, 60, 38};
+    ExtTextOutW(dc, 4, 21, ETO_CLIPPED | ETO_OPAQUE, &clip, letters.c_str(), static_cast<UINT>(letters.size()),
+                nullptr);
+    GetTextExtentPoint32W(dc, letters.c_str(), static_cast<int>(letters.size()), &size);
+    EXPECT_EQ(size.cx, canvas->TextWidth(text.c_str())) << sample.what;
+    EXPECT_EQ(2 + size.cx, canvas->GetPenPos().x) << sample.what << ": the pen after the text";
+    int differ = 0;
+    for (int y = 0; y < 40; ++y)
+      for (int x = 0; x < 160; ++x) differ += At(drawn, x, y) != At(expected, x, y);
+    EXPECT_EQ(0, differ) << sample.what << ": pixels unlike the letters'";
+  }
 }
 
 TEST(TCanvas, NoHandleLeaks) {

@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
 #include "platform/vcl/graphics/graphics.h"
+#include "tests/script_samples.h"
 
 using namespace Graphics;
 
@@ -37,6 +40,24 @@ TEST(GraphicsTools, PenBrushAndFontAsGdiSeesThem) {
   EXPECT_EQ(FW_BOLD, lf.lfWeight);
   EXPECT_EQ(1, lf.lfUnderline);
   EXPECT_STREQ("Arial", lf.lfFaceName);
+}
+
+// A face name is given to GDI whole, up to the 31 characters a font record
+// holds, however many bytes each takes in the code page.
+TEST(GraphicsTools, FontNameOfAnyScript) {
+  const struct {
+    const char* name;
+    std::size_t kept;  // UTF-16 units
+  } names[] = {{"Шрифт с длинным именем", 22}, {"Ωμέγα λόγος και ακόμη περισσότερο", 31}, {"ＭＳ ゴシック", 7}};
+  for (const auto& n : names) {
+    std::string name;
+    if (!script_samples::InAnsi(n.name, name)) continue;
+    TFont font;
+    font.SetName(name.c_str());
+    LOGFONTW lf{};
+    ASSERT_GT(GetObjectW(font.GetHandle(), sizeof lf, &lf), 0);
+    EXPECT_EQ(script_samples::Wide(n.name).substr(0, n.kept), std::wstring(lf.lfFaceName)) << n.name;
+  }
 }
 
 }  // namespace

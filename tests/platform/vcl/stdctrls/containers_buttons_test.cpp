@@ -12,6 +12,7 @@
 #include "platform/vcl/stdctrls/std_group_box.h"
 #include "platform/vcl/stdctrls/std_label.h"
 #include "tests/platform/vcl/test_helpers.h"
+#include "tests/script_samples.h"
 
 using namespace Controls;
 using namespace vcl_test;
@@ -117,6 +118,34 @@ TEST(TBitBtn, DrawsItsGlyphAndCaptionAndClicksAsAButton) {
   EXPECT_LT(left + 3, 40) << "the glyph left of the caption's centre";
   SendMessageA(wnd, BM_CLICK, 0, 0);
   EXPECT_EQ(1, clicks.n);
+}
+
+// A caption in the process's code page shows the letters it stands for: ink
+// as wide and as much of it as the wide functions draw.
+TEST(TBitBtn, CaptionAsItsLetters) {
+  const HFONT font = static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+  const auto ink = [](PaintTarget& target) {
+    int left = 200, right = -1, count = 0;
+    for (int y = 0; y < 30; ++y)
+      for (int x = 0; x < 200; ++x)
+        if (target.At(x, y) != target.At(0, 0)) left = std::min(left, x), right = std::max(right, x), ++count;
+    return std::to_string(right - left + 1) + " wide, " + std::to_string(count) + " pixels";
+  };
+  for (const auto& sample : script_samples::samples) {
+    std::string text;
+    if (!script_samples::InAnsi(sample.utf8, text)) continue;
+    const std::wstring letters = script_samples::Wide(sample.utf8);
+    PaintTarget drawn(200, 30), expected(200, 30);
+    drawn.Fill(RGB(255, 255, 255), 200, 30);
+    expected.Fill(RGB(255, 255, 255), 200, 30);
+    Buttons::DrawButtonFace(drawn.dc(), RECT{0, 0, 200, 30}, nullptr, text.c_str(), font, true);
+    SelectObject(expected.dc(), font);
+    SetBkMode(expected.dc(), TRANSPARENT);
+    SetTextColor(expected.dc(), GetSysColor(COLOR_BTNTEXT));
+    RECT r{0, 0, 200, 30};
+    DrawTextW(expected.dc(), letters.c_str(), -1, &r, DT_SINGLELINE | DT_VCENTER | DT_CENTER);
+    EXPECT_EQ(ink(expected), ink(drawn)) << sample.what;
+  }
 }
 
 TEST(TGroupBoxAndBevel, FramesHoldAndSeparateControls) {

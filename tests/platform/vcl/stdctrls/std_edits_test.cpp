@@ -8,10 +8,15 @@
 
 #include <string>
 
+#include "platform/vcl/core/event_handlers.h"
+#include "platform/vcl/forms/application.h"
 #include "platform/vcl/forms/forms.h"
 #include "platform/vcl/stdctrls/com_ranges.h"
 #include "platform/vcl/stdctrls/std_buttons.h"
+#include "platform/vcl/stdctrls/std_label.h"
+#include "platform/vcl/stdctrls/std_lists.h"
 #include "tests/platform/vcl/test_helpers.h"
+#include "tests/script_samples.h"
 
 using namespace Stdctrls;
 using namespace vcl_test;
@@ -36,6 +41,76 @@ TEST(TCustomEdit, LimitsAndSelectionAreTheWindows) {
   EXPECT_EQ("dXc", WindowText(w));
   edit->SetReadOnly(true);
   EXPECT_TRUE(GetWindowLongA(w, GWL_STYLE) & ES_READONLY);
+}
+
+// Characters posted to an edit, a memo and a combo box as the keyboard posts them reach
+// the program through the application's loop whole, in its code page; the
+// key press event sees each byte and, zeroing one, drops the character; the
+// selection counts what the window counts; Alt and a letter beyond ASCII
+// finds its mnemonic.
+TEST(TCustomEdit, TypedCharactersComeWhole) {
+  Forms::Application->Initialize();
+  Forms::TForm form(nullptr);
+  auto* edit = Make<TEdit>(&form, &form, 0, 0, 200, 21);
+  auto* memo = Make<TMemo>(&form, &form, 0, 30, 200, 60);
+  auto* combo = Make<TComboBox>(&form, &form, 0, 100, 200, 21);
+  std::string pressed;
+  bool onlyAscii = false;
+  System::TEventHandlers on;
+  const auto press = on.Add([&](System::TObject*, char& key) {
+    pressed += key;
+    if (onlyAscii && static_cast<unsigned char>(key) >= 0x80) key = 0;
+  });
+  edit->SetOnKeyPress(press);
+  memo->SetOnKeyPress(press);
+  combo->SetOnKeyPress(press);
+  form.Show();
+  COMBOBOXINFO inside{};
+  inside.cbSize = sizeof inside;
+  GetComboBoxInfo(combo->GetHandle(), &inside);
+  const auto type = [&](W* control, const std::wstring& letters) {
+    // A combo box's edit is a window of the system's inside it.
+    const HWND to = control == combo ? inside.hwndItem : control->GetHandle();
+    for (const wchar_t unit : letters) PostMessageW(to, WM_CHAR, unit, 1);
+    Forms::Application->ProcessMessages();
+  };
+  for (const auto& sample : script_samples::samples) {
+    std::string text;
+    if (!script_samples::InAnsi(sample.utf8, text)) continue;
+    const std::wstring letters = script_samples::Wide(sample.utf8);
+    for (W* control : {static_cast<W*>(edit), static_cast<W*>(memo), static_cast<W*>(combo)}) {
+      const std::string where = std::string(sample.what) + ", " + Str(control->ClassName());
+      control->SetText("");
+      pressed.clear();
+      onlyAscii = false;
+      type(control, letters);
+      EXPECT_EQ(text, Str(control->GetText())) << where;
+      EXPECT_EQ(text, pressed) << where << ": the key press event's bytes";
+      control->SetText("");
+      onlyAscii = true;
+      type(control, letters);
+      std::string ascii;
+      for (const char c : text)
+        if (static_cast<unsigned char>(c) < 0x80) ascii += c;
+      EXPECT_EQ(ascii, Str(control->GetText())) << where << ": the letters whose bytes were zeroed dropped";
+    }
+    edit->SetText(text.c_str());
+    SendMessageW(edit->GetHandle(), EM_SETSEL, 1, letters.size() - 1);
+    const std::wstring inner = letters.substr(1, letters.size() - 2);
+    EXPECT_EQ(static_cast<int>(inner.size()), edit->GetSelLength()) << sample.what;
+    EXPECT_EQ(script_samples::Ansi(inner), Str(edit->GetSelText())) << sample.what;
+  }
+  // A mnemonic of an accented letter, typed in the other case.
+  std::string caption;
+  if (script_samples::InAnsi("&Élan", caption)) {
+    auto* label = Make<TLabel>(&form, &form, 0, 100, 100, 13);
+    label->SetText(caption.c_str());
+    label->SetFocusControl(memo);
+    edit->SetFocus();
+    PostMessageW(edit->GetHandle(), WM_SYSCHAR, L'\u00e9', 1 << 29);
+    Forms::Application->ProcessMessages();
+    EXPECT_TRUE(memo->Focused()) << "Alt+\u00e9 is the label's";
+  }
 }
 
 TEST(TCustomMemo, EnterAndTabGoIntoAMemoThatWantsThem) {
