@@ -94,15 +94,18 @@ void Placement() {
     array = std::min(array, (Now() - start) * 1e3);
     rows.DeleteAll();
 
-    // By hand: the same moves, knowing where the last panel went.
+    // By hand: the same moves, knowing where the last panel went, each laid
+    // out once.
     start = Now();
     int top = 0;
     for (Forms::TForm* f : templates.forms) {
       Controls::TControl* panel = f->GetControl(0);
+      box->DisableAlign();
       panel->SetAlign(Controls::alNone);
       panel->SetBounds(0, top, panel->GetWidth(), panel->GetHeight());
       panel->SetParent(box);
       panel->SetAlign(Controls::alTop);
+      box->EnableAlign();
       top += panel->GetHeight() + 1;
     }
     byHand = std::min(byHand, (Now() - start) * 1e3);

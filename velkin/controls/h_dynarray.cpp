@@ -46,6 +46,22 @@ void StackAfterSiblings(Controls::TControl* control, Controls::TWinControl* pare
   control->SetTop(top);
 }
 
+// Holds a parent's layout back while it lives (none for no parent).
+class AlignBatch {
+ public:
+  explicit AlignBatch(Controls::TWinControl* parent) : parent_(parent) {
+    if (parent_) parent_->DisableAlign();
+  }
+  ~AlignBatch() {
+    if (parent_) parent_->EnableAlign();
+  }
+  AlignBatch(const AlignBatch&) = delete;
+  AlignBatch& operator=(const AlignBatch&) = delete;
+
+ private:
+  Controls::TWinControl* parent_;
+};
+
 }  // namespace
 
 HDynamicControl* HDynamicArray::NewControl(void* data, Forms::TForm* form, Controls::TWinControl* parent,
@@ -63,6 +79,9 @@ HDynamicControl* HDynamicArray::NewControl(void* data, Forms::TForm* form, Contr
                                control->GetWidth(),
                                control->GetHeight()};
   if (align != Controls::alNone) {
+    // Laid out once, aligned: the parent neither places nor makes room (a
+    // scroll bar) for the control as it stands in between.
+    const AlignBatch batch(parent);
     control->SetAlign(Controls::alNone);  // so that the new position sticks
     if (parent) {
       StackAfterSiblings(control, parent, align);

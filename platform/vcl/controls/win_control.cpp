@@ -348,7 +348,9 @@ void TWinControl::SetBounds(int left, int top, int width, int height) {
   }
   width = GetConstraints()->ConstrainWidth(std::max(width, 0));
   height = GetConstraints()->ConstrainHeight(std::max(height, 0));
-  // WM_WINDOWPOSCHANGED brings the stored bounds up to date.
+  // WM_WINDOWPOSCHANGED keeps the stored bounds those of the window: a layout
+  // that puts a child where it is costs no trip to the window system.
+  if (left == GetLeft() && top == GetTop() && width == GetWidth() && height == GetHeight()) return;
   SetWindowPos(handle_, nullptr, left, top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
