@@ -90,3 +90,31 @@ function(velkin_utf8_test name)
                                                    FAIL_REGULAR_EXPRESSION "Running 0 tests")
   endforeach()
 endfunction()
+
+# velkin_language_tests(PROGRAM target FILTER cases NAME base LOCALES env... [SERIAL]):
+# the cases run once more under each locale, as the test <base>.<locale>:
+# Wine takes a process's code page and UI language from LC_ALL. A locale
+# written ru_RU:en gives the test's thread English over that locale's code
+# page (VELKIN_TEST_LANGUAGE, read by tests/velkin/resources/string_texts.h),
+# as the test <base>.ru_RU.en.
+function(velkin_language_tests)
+  cmake_parse_arguments(P "SERIAL" "PROGRAM;FILTER;NAME" "LOCALES" ${ARGN})
+  set(serial FALSE)
+  if(P_SERIAL)
+    set(serial TRUE)
+  endif()
+  foreach(env IN LISTS P_LOCALES)
+    string(REPLACE ":" ";" parts ${env})
+    list(GET parts 0 locale)
+    set(name ${P_NAME}.${locale})
+    set(vars LC_ALL=${locale}.UTF-8)
+    list(LENGTH parts n)
+    if(n GREATER 1)
+      list(GET parts 1 language)
+      set(name ${name}.${language})
+      list(APPEND vars VELKIN_TEST_LANGUAGE=${language})
+    endif()
+    add_test(NAME ${name} COMMAND ${P_PROGRAM} --gtest_filter=${P_FILTER} WORKING_DIRECTORY ${VELKIN_OUTPUT_DIR})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${vars}" TIMEOUT 120 RUN_SERIAL ${serial})
+  endforeach()
+endfunction()
