@@ -142,18 +142,9 @@ class Counting : public Base, public Counted {
     if (std::find(std::begin(kReads), std::end(kReads), message.Msg) == std::end(kReads)) ++calls;
     Base::WndProc(message);
   }
-  void SetText(const AnsiString& value) override {
-    ++calls;
-    Base::SetText(value);
-  }
-  void SetEnabled(bool value) override {
-    ++calls;
-    Base::SetEnabled(value);
-  }
-  void Invalidate() override {
-    ++calls;
-    Base::Invalidate();
-  }
+  void SetText(const AnsiString& value) override { ++calls, Base::SetText(value); }
+  void SetEnabled(bool value) override { ++calls, Base::SetEnabled(value); }
+  void Invalidate() override { ++calls, Base::Invalidate(); }
 };
 
 template <class C>

@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "tests/platform/pellum/select_dir_driver.h"
 
@@ -59,28 +60,13 @@ TEST(Str2VCLColor, ReadsHexNamesAndNumbersAndRefusesTheRest) {
     const char* text;
     unsigned expected;
   } cases[] = {
-      {"0x1F", 31},
-      {"0xff00ff", 0xFF00FF},
-      {"0xFFFFFFFF", 0xFFFFFFFF},
-      {"clInfoBk", 0x80000018},
-      {"clBtnFace", 0x8000000F},
-      {"42", 42},
-      {"-7", static_cast<unsigned>(-7)},
-      {"12abc", 12},
-      {"", 0},
-      {nullptr, 0},
-      {"0x", 0x1FFFFFFF},
-      {"0xZZ", 0x1FFFFFFF},
-      {"0x1 ", 0x1FFFFFFF},
-      {"0x100000000", 0x1FFFFFFF},
-      {"0X1F", 0},
-      {"cl", 0x1FFFFFFF},
-      {"clNoSuch", 0x1FFFFFFF},
-      {"CLRED", 0},
-      {"red", 0},
-      {longHex.c_str(), 0x1FFFFFFF},
-      {longName.c_str(), 0x1FFFFFFF},
-      {longNumber.c_str(), 0x7FFFFFFF},
+      // clang-format off
+      {"0x1F", 31}, {"0xff00ff", 0xFF00FF}, {"0xFFFFFFFF", 0xFFFFFFFF}, {"clInfoBk", 0x80000018},
+      {"clBtnFace", 0x8000000F}, {"42", 42}, {"-7", static_cast<unsigned>(-7)}, {"12abc", 12}, {"", 0},
+      {nullptr, 0}, {"0x", 0x1FFFFFFF}, {"0xZZ", 0x1FFFFFFF}, {"0x1 ", 0x1FFFFFFF}, {"0x100000000", 0x1FFFFFFF},
+      {"0X1F", 0}, {"cl", 0x1FFFFFFF}, {"clNoSuch", 0x1FFFFFFF}, {"CLRED", 0}, {"red", 0},
+      {longHex.c_str(), 0x1FFFFFFF}, {longName.c_str(), 0x1FFFFFFF}, {longNumber.c_str(), 0x7FFFFFFF},
+      // clang-format on
   };
   for (const auto& c : cases) {
     const std::string shown = c.text ? std::string(c.text).substr(0, 16) : "(null)";
@@ -123,17 +109,21 @@ TEST(VclFlags, AlignmentLayoutSidesAndShiftWords) {
   using Stdctrls::taCenter;
   using Stdctrls::taLeftJustify;
   using Stdctrls::taRightJustify;
-  EXPECT_EQ(0, Align2DTFlags(taLeftJustify, true));
-  EXPECT_EQ(0, Align2DTFlags(taLeftJustify, false));
-  EXPECT_EQ(DT_RIGHT, Align2DTFlags(taRightJustify, true));
-  EXPECT_EQ(DT_BOTTOM, Align2DTFlags(taRightJustify, false));
-  EXPECT_EQ(DT_CENTER, Align2DTFlags(taCenter, true));
-  EXPECT_EQ(DT_VCENTER, Align2DTFlags(taCenter, false));
-  EXPECT_EQ(0, Align2DTFlags(Stdctrls::TAlignment(7), true));
-  EXPECT_EQ(0, Layout2DTFlags(Stdctrls::tlTop));
-  EXPECT_EQ(DT_VCENTER, Layout2DTFlags(Stdctrls::tlCenter));
-  EXPECT_EQ(DT_BOTTOM, Layout2DTFlags(Stdctrls::tlBottom));
-  EXPECT_EQ(DT_VCENTER, Layout2DTFlags(Stdctrls::TTextLayout(9)));
+  const struct {
+    Stdctrls::TAlignment align;
+    bool horizontal;
+    int flags;
+  } aligns[] = {{taLeftJustify, true, 0},           {taLeftJustify, false, 0},   {taRightJustify, true, DT_RIGHT},
+                {taRightJustify, false, DT_BOTTOM}, {taCenter, true, DT_CENTER}, {taCenter, false, DT_VCENTER},
+                {Stdctrls::TAlignment(7), true, 0}};
+  for (const auto& a : aligns)
+    EXPECT_EQ(a.flags, Align2DTFlags(a.align, a.horizontal)) << int(a.align) << (a.horizontal ? " across" : " down");
+  // clang-format off
+  const std::pair<Stdctrls::TTextLayout, int> layouts[] = {
+      {Stdctrls::tlTop, 0}, {Stdctrls::tlCenter, DT_VCENTER}, {Stdctrls::tlBottom, DT_BOTTOM},
+      {Stdctrls::TTextLayout(9), DT_VCENTER}};
+  // clang-format on
+  for (auto [layout, flags] : layouts) EXPECT_EQ(flags, Layout2DTFlags(layout)) << int(layout);
 
   using namespace Controls;
   const TAlign sides[][2] = {{alTop, alBottom}, {alBottom, alTop},    {alLeft, alRight},   {alRight, alLeft},
@@ -164,17 +154,11 @@ TEST(VCLNormalizeNRString, EveryRunOfLineBreaksBecomesOneLineFeed) {
   const struct {
     std::string in, out;
   } cases[] = {
-      {"a\r\n\r\nb", "a\nb"},
-      {"a\r\nb", "a\nb"},
-      {"a\n\nb", "a\nb"},
-      {"a\rb", "a\nb"},
-      {"a\n\rb\r", "a\nb\n"},
-      {"\r\n\r\n", "\n"},
-      {"", ""},
-      {"plain", "plain"},
-      {"x\n", "x\n"},
-      {"1\n2\r\n3", "1\n2\n3"},
+      // clang-format off
+      {"a\r\n\r\nb", "a\nb"}, {"a\r\nb", "a\nb"}, {"a\n\nb", "a\nb"}, {"a\rb", "a\nb"}, {"a\n\rb\r", "a\nb\n"},
+      {"\r\n\r\n", "\n"}, {"", ""}, {"plain", "plain"}, {"x\n", "x\n"}, {"1\n2\r\n3", "1\n2\n3"},
       {std::string("a\0b\n\nc", 6), std::string("a\0b\nc", 5)},
+      // clang-format on
   };
   for (const auto& c : cases) {
     const System::AnsiString out = VCLNormalizeNRString(System::AnsiString(c.in.data(), static_cast<int>(c.in.size())));
