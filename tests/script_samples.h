@@ -26,22 +26,17 @@ inline std::wstring Wide(const char* utf8) {
   return wide;
 }
 
-inline std::string Utf8(const std::wstring& wide) {
+// UTF-16 in code page codePage.
+inline std::string Narrow(const std::wstring& wide, UINT codePage) {
   const int n =
-      WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
-  std::string utf8(n > 0 ? n : 0, '\0');
-  WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), utf8.data(), n, nullptr, nullptr);
-  return utf8;
+      WideCharToMultiByte(codePage, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
+  std::string text(n > 0 ? n : 0, '\0');
+  WideCharToMultiByte(codePage, 0, wide.data(), static_cast<int>(wide.size()), text.data(), n, nullptr, nullptr);
+  return text;
 }
-
+inline std::string Utf8(const std::wstring& wide) { return Narrow(wide, CP_UTF8); }
 // UTF-16 in the process's ANSI code page.
-inline std::string Ansi(const std::wstring& wide) {
-  const int n =
-      WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), nullptr, 0, nullptr, nullptr);
-  std::string ansi(n > 0 ? n : 0, '\0');
-  WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), ansi.data(), n, nullptr, nullptr);
-  return ansi;
-}
+inline std::string Ansi(const std::wstring& wide) { return Narrow(wide, CP_ACP); }
 
 // utf8 in the process's ANSI code page; false when that cannot write it.
 inline bool InAnsi(const char* utf8, std::string& ansi) {

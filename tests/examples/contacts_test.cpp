@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <memory>
-#include <sstream>
 
 #include "tests/examples/example_process.h"
 
@@ -29,9 +29,7 @@ struct ContactsWindow {
 
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 TEST(ContactsExample, AddDeleteExportAndClose) {

@@ -2,7 +2,19 @@
 
 #include <cstdlib>
 
+#include "tests/script_samples.h"
+
 namespace example_driver {
+
+namespace {
+
+std::string ClassOf(HWND window) {
+  char name[64] = {};
+  GetClassNameA(window, name, sizeof name);
+  return name;
+}
+
+}  // namespace
 
 std::string ExamplePath(const char* variable) {
   const char* value = std::getenv(variable);
@@ -52,11 +64,8 @@ HWND ExampleProcess::WaitForWindow(const char* windowClass, DWORD timeoutMs) con
   HWND found = nullptr;
   WaitUntil(
       [&] {
-        for (HWND w : Windows()) {
-          char name[64] = {};
-          GetClassNameA(w, name, sizeof name);
-          if (std::string(name) == windowClass) return (found = w) != nullptr;
-        }
+        for (HWND w : Windows())
+          if (ClassOf(w) == windowClass) return (found = w) != nullptr;
         return false;
       },
       timeoutMs);
@@ -71,11 +80,8 @@ long ExampleProcess::WaitForExit(DWORD timeoutMs) {
 }
 
 HWND Child(HWND parent, const char* windowClass, const char* text) {
-  for (HWND w = GetWindow(parent, GW_CHILD); w; w = GetWindow(w, GW_HWNDNEXT)) {
-    char name[64] = {};
-    GetClassNameA(w, name, sizeof name);
-    if (std::string(name) == windowClass && TextOf(w) == text) return w;
-  }
+  for (HWND w = GetWindow(parent, GW_CHILD); w; w = GetWindow(w, GW_HWNDNEXT))
+    if (ClassOf(w) == windowClass && TextOf(w) == text) return w;
   return nullptr;
 }
 
@@ -85,16 +91,6 @@ LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return static_cast<LRESULT>(result);
 }
 
-namespace {
-
-std::string Utf8(const wchar_t* wide) {
-  char text[1024] = {};
-  WideCharToMultiByte(CP_UTF8, 0, wide, -1, text, sizeof text, nullptr, nullptr);
-  return text;
-}
-
-}  // namespace
-
 // WM_GETTEXT, not GetWindowText: for another process's window that gives
 // only the text the window was made with. Wide: the example's texts are
 // UTF-8, this program's code page another.
@@ -102,7 +98,7 @@ std::string TextOf(HWND window) {
   wchar_t text[512] = {};
   DWORD_PTR ignored = 0;
   SendMessageTimeoutW(window, WM_GETTEXT, 512, reinterpret_cast<LPARAM>(text), SMTO_ABORTIFHUNG, 5000, &ignored);
-  return Utf8(text);
+  return script_samples::Utf8(text);
 }
 
 // Wide (Wine hands a list box of a class of its own name the wide text even
@@ -115,7 +111,7 @@ std::vector<std::string> ListItems(HWND list) {
     DWORD_PTR ignored = 0;
     if (Ask(list, LB_GETTEXTLEN, i, 0) < 256)
       SendMessageTimeoutW(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(wide), SMTO_ABORTIFHUNG, 5000, &ignored);
-    items.push_back(Utf8(wide));
+    items.push_back(script_samples::Utf8(wide));
   }
   return items;
 }

@@ -18,6 +18,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -31,6 +34,7 @@
 #include "platform/vcl/stdctrls/std_buttons.h"
 #include "platform/vcl/stdctrls/std_edits.h"
 #include "tests/fuzz/mutations.h"
+#include "tests/platform/vcl/test_helpers.h"
 
 // The form the corpus designs: fields, a handler, values of kinds the
 // standard classes do not publish.
@@ -59,6 +63,8 @@ namespace {
 
 using namespace Classes;
 using fuzz::Sample;
+using vcl_test::Convert;
+using vcl_test::ThreadWindows;
 
 constexpr ULONGLONG kHangMs = 2000;
 constexpr int kGiveUp = 20;  // crashes and hangs after which the run stops
@@ -71,14 +77,6 @@ struct Findings {
   std::string undefined;  // errors of a type the path does not document
   std::string leaked;     // what a path or the whole input left behind
 };
-
-std::string Convert(void (*convert)(TStream*, TStream*), const std::string& input) {
-  TMemoryStream in, out;
-  in.WriteBuffer(input.data(), static_cast<long>(input.size()));
-  in.SetPosition(0);
-  convert(&in, &out);
-  return std::string(static_cast<const char*>(out.GetMemory()), static_cast<size_t>(out.GetSize()));
-}
 
 TComponent* Read(const std::string& bytes, TComponent* root, TComponent* owner) {
   TMemoryStream s;
@@ -151,21 +149,11 @@ void RunPaths(const std::string& input, TComponent* holder, Findings& f) {
 struct Counts {
   int windows = 0, forms = 0;
   long handles[OK_Count] = {};
-  bool operator==(const Counts&) const = default;
 };
 
 Counts Now() {
   Counts c;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND w, LPARAM p) {
-        auto* n = reinterpret_cast<int*>(p);
-        ++*n;
-        EnumChildWindows(
-            w, [](HWND, LPARAM q) { return ++*reinterpret_cast<int*>(q), TRUE; }, p);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&c.windows));
+  c.windows = ThreadWindows();
   c.forms = Forms::Screen->GetFormCount();
   for (int k = 0; k < OK_Count; ++k) c.handles[k] = OwnedHandleCount(static_cast<OwnedKind_Types>(k));
   return c;
@@ -229,28 +217,30 @@ LONG WINAPI Unhandled(EXCEPTION_POINTERS* e) {
 
 constexpr DWORD kTerminated = 0xE0000001;  // std::terminate or abort on the worker
 
+[[noreturn]] void Terminated() {
+  if (GetCurrentThreadId() == g.workerId) WorkerDies(kTerminated);
+  std::fprintf(stderr, "fuzz_streams: the harness itself terminated\n");
+  std::_Exit(3);
+}
+
 DWORD WINAPI Worker(void*) {
   TComponent holder(nullptr);
+  // Runs the input's paths; what they left behind ("" for nothing).
+  const auto run = [&](Findings& f) {
+    g.started = GetTickCount64();
+    const Counts before = Now();
+    RunPaths(*g.input, &holder, f);
+    DrainMessages();
+    return Difference(before, Now());
+  };
   for (;;) {
     WaitForSingleObject(g.start, INFINITE);
     if (!g.input) return 0;
-    Findings f;
-    g.started = GetTickCount64();
-    Counts before = Now();
-    RunPaths(*g.input, &holder, f);
-    DrainMessages();
-    Counts after = Now();
-    if (!(before == after)) {
-      // The first of a kind may make what lives for the process: a leak
-      // leaves something behind the second time too.
-      g.started = GetTickCount64();
-      Findings again;
-      before = Now();
-      RunPaths(*g.input, &holder, again);
-      DrainMessages();
-      after = Now();
-      if (!(before == after)) f.leaked += "left behind: " + Difference(before, after);
-    }
+    Findings f, again;
+    // The first of a kind may make what lives for the process: a leak
+    // leaves something behind the second time too.
+    if (!run(f).empty())
+      if (const std::string left = run(again); !left.empty()) f.leaked += "left behind: " + left;
     g.findings = std::move(f);
     SetEvent(g.done);
   }
@@ -263,15 +253,8 @@ class Runner {
     g.done = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     AddVectoredExceptionHandler(1, FirstChance);
     SetUnhandledExceptionFilter(Unhandled);
-    std::set_terminate([] {
-      if (GetCurrentThreadId() == g.workerId) WorkerDies(kTerminated);
-      std::fprintf(stderr, "fuzz_streams: the harness itself terminated\n");
-      std::_Exit(3);
-    });
-    std::signal(SIGABRT, [](int) {
-      if (GetCurrentThreadId() == g.workerId) WorkerDies(kTerminated);
-      std::_Exit(3);
-    });
+    std::set_terminate(Terminated);
+    std::signal(SIGABRT, [](int) { Terminated(); });
     StartWorker();
   }
   ~Runner() {
@@ -339,13 +322,8 @@ class Runner {
 // ---- the run ----
 
 std::string ReadFile(const std::string& path) {
-  std::string bytes;
-  if (FILE* f = std::fopen(path.c_str(), "rb")) {
-    char buffer[65536];
-    for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, f)) > 0;) bytes.append(buffer, n);
-    std::fclose(f);
-  }
-  return bytes;
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 // The files of dir/seeds (valid ones) and dir/regress, the texts among the
@@ -401,51 +379,28 @@ void RunOne(Runner& runner, Totals& t, const std::string& input, const std::stri
   ++t.inputs;
   Findings f;
   std::string what;
-  switch (runner.Run(input, f, what)) {
-    case Runner::kCrash:
-      ++t.crashes;
-      Report(t, input, how, "crash", what, saveDir);
-      return;
-    case Runner::kHang:
-      ++t.hangs;
-      Report(t, input, how, "hang", what, saveDir);
-      return;
-    case Runner::kDone:
-      break;
-  }
+  const auto note = [&](int& count, bool found, const char* kind, const std::string& text) {
+    if (found) ++count, Report(t, input, how, kind, text, saveDir);
+  };
+  const Runner::Result result = runner.Run(input, f, what);
+  note(t.crashes, result == Runner::kCrash, "crash", what);
+  note(t.hangs, result == Runner::kHang, "hang", what);
+  if (result != Runner::kDone) return;
   t.read += f.read;
   t.refused += f.refused;
-  if (!f.undefined.empty()) {
-    ++t.undefined;
-    Report(t, input, how, "undefined error", f.undefined, saveDir);
-  }
-  if (!f.leaked.empty()) {
-    ++t.leaks;
-    Report(t, input, how, "leak", f.leaked, saveDir);
-  }
-  if (mustRead && f.refused) {
-    ++t.broken;
-    Report(t, input, how, "a seed no longer reads", "refused on " + std::to_string(f.refused) + " paths", saveDir);
-  }
+  note(t.undefined, !f.undefined.empty(), "undefined error", f.undefined);
+  note(t.leaks, !f.leaked.empty(), "leak", f.leaked);
+  note(t.broken, mustRead && f.refused, "a seed no longer reads", "refused on " + std::to_string(f.refused) + " paths");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::string corpusDir, saveDir;
-  int inputs = 0;
-  unsigned long long seed = 1;
-  for (int i = 1; i + 1 < argc; i += 2) {
-    const std::string option = argv[i];
-    if (option == "--corpus")
-      corpusDir = argv[i + 1];
-    else if (option == "--inputs")
-      inputs = std::atoi(argv[i + 1]);
-    else if (option == "--seed")
-      seed = std::strtoull(argv[i + 1], nullptr, 10);
-    else if (option == "--save")
-      saveDir = argv[i + 1];
-  }
+  std::map<std::string, std::string> options{{"--seed", "1"}};
+  for (int i = 1; i + 1 < argc; i += 2) options[argv[i]] = argv[i + 1];
+  const std::string corpusDir = options["--corpus"], saveDir = options["--save"];
+  const int inputs = std::atoi(options["--inputs"].c_str());
+  const unsigned long long seed = std::strtoull(options["--seed"].c_str(), nullptr, 10);
   const std::vector<Sample> corpus = corpusDir.empty() ? std::vector<Sample>() : LoadCorpus(corpusDir);
   if (corpus.empty() || argc % 2 == 0) {
     std::fprintf(stderr, "usage: fuzz_streams --corpus DIR [--inputs N] [--seed S] [--save DIR]\n");

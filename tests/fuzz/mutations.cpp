@@ -13,50 +13,40 @@ namespace {
 
 using Random = std::mt19937_64;
 
-// The type bytes of the binary form's values, in their order.
-enum : unsigned char {
-  vNull,
-  vList,
-  vInt8,
-  vInt16,
-  vInt32,
-  vExtended,
-  vString,
-  vIdent,
-  vFalse,
-  vTrue,
-  vBinary,
-  vSet,
-  vLString,
-  vNil,
-  vCollection,
-  vSingle,
-  vCurrency,
-  vDate,
-  vWString,
-  vInt64,
-  vUTF8String,
-  vDouble,
-  vTypes
-};
+// The type bytes of the binary form's values that the mutations name, and
+// one past the last type.
+constexpr unsigned char vNull = 0, vList = 1, vString = 6, vBinary = 10, vLString = 12, vWString = 18, vUTF8String = 20,
+                        vTypes = 22;
 
-const char* const kClasses[] = {"TFuzzForm", "TForm",      "TButton",     "TLabel",    "TPanel",    "TEdit",
-                                "TMemo",     "TComboBox",  "TListBox",    "TCheckBox", "TGroupBox", "TScrollBox",
-                                "TBevel",    "TBitBtn",    "TTrackBar",   "TUpDown",   "TMainMenu", "TPopupMenu",
-                                "TMenuItem", "TComponent", "TPersistent", "TObject",   "TNoSuch"};
+// What follows a value's type byte: that many bytes, or a run of a kind.
+constexpr int kListRun = -1, kString = -2, kIdentRun = -3, kSetRun = -4, kLong = -5, kWide = -6, kUnmapped = -7;
+
+int Layout(unsigned char type) {
+  // clang-format off
+  static const signed char layouts[vTypes] = {
+      0,       kListRun,  1,         2,       4,      10,       // Null, List, Int8, Int16, Int32, Extended
+      kString, kIdentRun, 0,         0,       kLong,  kSetRun,  // String, Ident, False, True, Binary, Set
+      kLong,   0,         kUnmapped, 4,       8,      8,        // LString, Nil, Collection, Single, Currency, Date
+      kWide,   8,         kLong,     8};                        // WString, Int64, UTF8String, Double
+  // clang-format on
+  return type < vTypes ? layouts[type] : kUnmapped;
+}
+
+// clang-format off
+const char* const kClasses[] = {
+    "TFuzzForm", "TForm", "TButton", "TLabel", "TPanel", "TEdit", "TMemo", "TComboBox", "TListBox", "TCheckBox",
+    "TGroupBox", "TScrollBox", "TBevel", "TBitBtn", "TTrackBar", "TUpDown", "TMainMenu", "TPopupMenu", "TMenuItem",
+    "TComponent", "TPersistent", "TObject", "TNoSuch"};
 const char* const kProperties[] = {
-    "Left",          "Top",           "Width",         "Height",      "Caption",
-    "Text",          "Color",         "Font.Height",   "Font.Style",  "Font.Name",
-    "Items.Strings", "Lines.Strings", "Align",         "Anchors",     "Visible",
-    "Enabled",       "TabOrder",      "OnClick",       "Default",     "ModalResult",
-    "Ratio",         "Due",           "ActiveControl", "Menu",        "Tag",
-    "ItemIndex",     "Style",         "BorderStyle",   "BorderIcons", "FocusControl",
-    "Associate",     "Position",      "Max",           "ShortCut",    "Constraints.MinWidth",
-    "PixelsPerInch", "Scaled",        "ClientWidth",   "Name",        "Font",
-    "Items",         "Font.Nothing"};
-const char* const kIdents[] = {"True",     "False",  "nil",     "Null",      "clRed",    "clBtnFace",
-                               "alClient", "fsBold", "OkClick", "NameEdit",  "OkButton", "OrderForm",
-                               "bsDialog", "biHelp", "Panel1",  "MainMenu1", "Notes",    "FormCreate"};
+    "Left", "Top", "Width", "Height", "Caption", "Text", "Color", "Font.Height", "Font.Style", "Font.Name",
+    "Items.Strings", "Lines.Strings", "Align", "Anchors", "Visible", "Enabled", "TabOrder", "OnClick", "Default",
+    "ModalResult", "Ratio", "Due", "ActiveControl", "Menu", "Tag", "ItemIndex", "Style", "BorderStyle", "BorderIcons",
+    "FocusControl", "Associate", "Position", "Max", "ShortCut", "Constraints.MinWidth", "PixelsPerInch", "Scaled",
+    "ClientWidth", "Name", "Font", "Items", "Font.Nothing"};
+const char* const kIdents[] = {
+    "True", "False", "nil", "Null", "clRed", "clBtnFace", "alClient", "fsBold", "OkClick", "NameEdit", "OkButton",
+    "OrderForm", "bsDialog", "biHelp", "Panel1", "MainMenu1", "Notes", "FormCreate"};
+// clang-format on
 const char* const kNestable[] = {"TPanel", "TLabel", "TGroupBox", "TMenuItem", "TScrollBox", "TButton"};
 
 template <class T, size_t N>
@@ -91,39 +81,27 @@ const T* PickFrom(Random& r, const std::vector<T>& v) {
 void Edit(std::string& b, Random& r) {
   for (size_t n = 1 + Below(r, 4); n > 0; --n) {
     const size_t at = Below(r, b.size() + 1);
-    switch (r() % 4) {
-      case 0:
-        if (at < b.size()) b[at] = static_cast<char>(r());
-        break;
-      case 1:
-        for (size_t k = 1 + Below(r, 8); k > 0; --k)
-          b.insert(b.begin() + static_cast<long>(at), static_cast<char>(r()));
-        break;
-      case 2:
-        b.erase(at, 1 + Below(r, 16));
-        break;
-      default:
-        b.insert(at, b.substr(Below(r, b.size() + 1), 1 + Below(r, 32)));
-        break;
-    }
+    const auto op = r() % 4;
+    if (op == 0 && at < b.size())
+      b[at] = static_cast<char>(r());
+    else if (op == 1)
+      for (size_t k = 1 + Below(r, 8); k > 0; --k) b.insert(b.begin() + static_cast<long>(at), static_cast<char>(r()));
+    else if (op == 2)
+      b.erase(at, 1 + Below(r, 16));
+    else if (op == 3)
+      b.insert(at, b.substr(Below(r, b.size() + 1), 1 + Below(r, 32)));
   }
 }
 
 bool ByteLevel(std::string& b, int family, Random& r) {
-  switch (family) {
-    case kTruncate:
-      b.resize(Below(r, b.size()));
-      return true;
-    case kBitFlip:
-      for (size_t n = 1 + Below(r, 8); n > 0 && !b.empty(); --n)
-        b[Below(r, b.size())] ^= static_cast<char>(1 << (r() % 8));
-      return true;
-    case kEdit:
-      Edit(b, r);
-      return true;
-    default:
-      return false;
-  }
+  if (family == kTruncate)
+    b.resize(Below(r, b.size()));
+  else if (family == kBitFlip)
+    for (size_t n = 1 + Below(r, 8); n > 0 && !b.empty(); --n)
+      b[Below(r, b.size())] ^= static_cast<char>(1 << (r() % 8));
+  else if (family == kEdit)
+    Edit(b, r);
+  return family == kTruncate || family == kBitFlip || family == kEdit;
 }
 
 // ---- binary streams ----
@@ -139,51 +117,30 @@ std::string AnyValue(Random& r, int depth = 0) {
   const auto bytes = [&](size_t n) {
     for (; n > 0; --n) v += static_cast<char>(r());
   };
-  switch (type) {
-    case vList:
+  switch (const int layout = Layout(type)) {
+    case kListRun:
       for (size_t n = depth < 2 ? Below(r, 4) : 0; n > 0; --n) v += AnyValue(r, depth + 1);
       v += static_cast<char>(vNull);
       break;
-    case vInt8:
-      bytes(1);
-      break;
-    case vInt16:
-      bytes(2);
-      break;
-    case vInt32:
-    case vSingle:
-      bytes(4);
-      break;
-    case vInt64:
-    case vDouble:
-    case vDate:
-    case vCurrency:
-      bytes(8);
-      break;
-    case vExtended:
-      bytes(10);
-      break;
-    case vString:
+    case kString:
       v += Short(Ident(r, Below(r, 12)));
       break;
-    case vIdent:
+    case kIdentRun:
       v += Short(Pick(r, kIdents));
       break;
-    case vSet:
+    case kSetRun:
       for (size_t n = Below(r, 3); n > 0; --n) v += Short(Pick(r, kIdents));
       v += '\0';
       break;
-    case vBinary:
-    case vLString:
-    case vUTF8String:
-    case vWString: {
+    case kLong:
+    case kWide: {
       const size_t n = Below(r, 6);
       Int32(v, static_cast<uint32_t>(n));
-      bytes(type == vWString ? 2 * n : n);
+      bytes(layout == kWide ? 2 * n : n);
       break;
     }
     default:
-      break;
+      bytes(layout > 0 ? static_cast<size_t>(layout) : 0);
   }
   return v;
 }
@@ -229,58 +186,27 @@ class Mapper {
   bool Value(int depth) {
     if (!Has(1) || depth > 300) return false;
     const size_t start = pos_;
-    const unsigned char type = At();
+    const int layout = Layout(At());
     ++pos_;
     bool ok = true;
-    switch (type) {
-      case vList:
-        while (ok && Has(1) && At() != vNull) ok = Value(depth + 1);
+    switch (layout) {
+      case kListRun:
+      case kSetRun:
+        while (ok && Has(1) && At() != 0) ok = layout == kListRun ? Value(depth + 1) : Str(&m_.idents);
         ok = ok && Skip(1);
         break;
-      case vInt8:
-        ok = Skip(1);
+      case kString:
+      case kIdentRun:
+        ok = Str(layout == kIdentRun ? &m_.idents : nullptr);
         break;
-      case vInt16:
-        ok = Skip(2);
+      case kLong:
+      case kWide:
+        ok = Long(layout == kWide ? 2 : 1);
         break;
-      case vInt32:
-      case vSingle:
-        ok = Skip(4);
-        break;
-      case vInt64:
-      case vDouble:
-      case vDate:
-      case vCurrency:
-        ok = Skip(8);
-        break;
-      case vExtended:
-        ok = Skip(10);
-        break;
-      case vString:
-        ok = Str(nullptr);
-        break;
-      case vIdent:
-        ok = Str(&m_.idents);
-        break;
-      case vSet:
-        while (ok && Has(1) && At() != 0) ok = Str(&m_.idents);
-        ok = ok && Skip(1);
-        break;
-      case vBinary:
-      case vLString:
-      case vUTF8String:
-        ok = Long(1);
-        break;
-      case vWString:
-        ok = Long(2);
-        break;
-      case vFalse:
-      case vTrue:
-      case vNil:
-      case vNull:
-        break;
-      default:
+      case kUnmapped:
         return false;
+      default:
+        ok = Skip(static_cast<size_t>(layout));
     }
     if (ok) m_.values.push_back({start, pos_ - start});
     return ok;
@@ -357,8 +283,8 @@ void MutateBinary(std::string& b, const std::vector<Sample>& corpus, int family,
     case kNameClash:
       if (const size_t count = std::min(m.components.size(), m.classes.size()); count > 2) {
         const size_t i = 1 + Below(r, count - 2), j = i + 1 + Below(r, count - 1 - i);
-        const std::string name = b.substr(m.components[i].at, m.components[i].size);
-        const std::string cls = b.substr(m.classes[i].at, m.classes[i].size);
+        const std::string name = b.substr(m.components[i].at, m.components[i].size),
+                          cls = b.substr(m.classes[i].at, m.classes[i].size);
         b.replace(m.components[j].at, m.components[j].size, name);
         if (r() % 2) b.replace(m.classes[j].at, m.classes[j].size, cls);
         return;
@@ -373,21 +299,16 @@ void MutateBinary(std::string& b, const std::vector<Sample>& corpus, int family,
       break;
     case kUnbalanced:
       if (const Span* c = PickFrom(r, m.children); c && r() % 2) {
-        switch (r() % 3) {
-          case 0:
-            b.insert(c->at + c->size, b.substr(c->at, c->size));  // twice: a clash too
-            break;
-          case 1:
-            b.erase(c->at + c->size - 1, 1);
-            break;
-          default:
-            b.resize(c->at + c->size);
-            break;
-        }
+        const auto how = r() % 3;
+        if (how == 0)
+          b.insert(c->at + c->size, b.substr(c->at, c->size));  // twice: a clash too
+        else if (how == 1)
+          b.erase(c->at + c->size - 1, 1);
+        else
+          b.resize(c->at + c->size);
         return;
       } else if (const size_t* end = PickFrom(r, m.ends)) {
-        r() % 2 ? b.erase(*end, 1) : b.insert(*end, 1, '\0');
-        return;
+        return void(r() % 2 ? b.erase(*end, 1) : b.insert(*end, 1, '\0'));
       }
       break;
     case kNesting: {
@@ -455,13 +376,8 @@ TextMap MapText(const std::string& t) {
     const auto word = [&](size_t i) { return i < words.size() ? t.substr(words[i].at, words[i].size) : std::string(); };
     if (word(0) == "object" || word(0) == "inherited" || word(0) == "inline") {
       TextMap::Object o{m.lines.back(), {}, {}};
-      if (words.size() >= 3) {
-        o.name = words[1];
-        o.cls = words[2];
-        m.objectNames.push_back(o.name);
-      } else if (words.size() == 2) {
-        o.cls = words[1];
-      }
+      if (words.size() >= 2) o.cls = words[words.size() >= 3 ? 2 : 1];  // "object Name: Class" or "object Class"
+      if (words.size() >= 3) m.objectNames.push_back(o.name = words[1]);
       if (o.cls.size) m.classNames.push_back(o.cls);
       m.objects.push_back(o);
     } else if (word(0) == "end") {
@@ -483,36 +399,21 @@ TextMap MapText(const std::string& t) {
 }
 
 std::string AnyTextValue(Random& r) {
-  static const char* const values[] = {"5",
-                                       "-1",
-                                       "$7F",
-                                       "1.5",
-                                       "1e400",
-                                       "'text'",
-                                       "#0",
-                                       "#65",
-                                       "[]",
-                                       "[fsBold, biHelp]",
-                                       "(1 'a' [x])",
-                                       "()",
-                                       "{00FF}",
-                                       "{}",
-                                       "True",
-                                       "nil",
-                                       "Null",
-                                       "clRed",
-                                       "OkClick",
-                                       "<>",
-                                       "NameEdit",
-                                       "'a' + 'b'",
-                                       "-9223372036854775808",
-                                       "2147483648",
-                                       "1.0e-4930"};
+  // clang-format off
+  static const char* const values[] = {
+      "5", "-1", "$7F", "1.5", "1e400", "'text'", "#0", "#65", "[]", "[fsBold, biHelp]", "(1 'a' [x])", "()",
+      "{00FF}", "{}", "True", "nil", "Null", "clRed", "OkClick", "<>", "NameEdit", "'a' + 'b'",
+      "-9223372036854775808", "2147483648", "1.0e-4930"};
+  // clang-format on
   return Pick(r, values);
 }
 
 std::string HugeTextValue(Random& r) {
   static const size_t sizes[] = {256, 65536, 1 << 20};
+  // clang-format off
+  static const char* const numbers[] = {
+      "99999999999999999999", "1e99999", "-0.0e-99999", "$FFFFFFFFFFFFFFFFF", "#99999999", "#$FFFFFFFF", "$", "1e", "--5"};
+  // clang-format on
   switch (r() % 5) {
     case 0:
       return "'" + std::string(Pick(r, sizes), 'x') + "'";
@@ -523,18 +424,8 @@ std::string HugeTextValue(Random& r) {
     }
     case 2:
       return "{" + std::string(2 * Pick(r, sizes), 'A') + "}";
-    case 3: {
-      static const char* const numbers[] = {"99999999999999999999",
-                                            "1e99999",
-                                            "-0.0e-99999",
-                                            "$FFFFFFFFFFFFFFFFF",
-                                            "#99999999",
-                                            "#$FFFFFFFF",
-                                            "$",
-                                            "1e",
-                                            "--5"};
+    case 3:
       return Pick(r, numbers);
-    }
     default:
       return std::string(Pick(r, sizes), ' ') + "5";
   }
@@ -587,21 +478,14 @@ void MutateText(std::string& t, const std::vector<Sample>& corpus, int family, R
         return void(t.replace(n->at, n->size, Ident(r, 256 + Below(r, 3000))));
       break;
     }
-    case kUnbalanced:
-      switch (r() % 4) {
-        case 0:
-          if (const Span* e = PickFrom(r, m.endLines)) return void(t.erase(e->at, e->size));
-          break;
-        case 1:
-          if (const auto* o = PickFrom(r, m.objects); o && o->line.at > 0)
-            return void(t.erase(o->line.at, o->line.size));
-          break;
-        case 2:
-          return void(t.insert(lineStart(), "end\n"));
-        default:
-          return void(t.insert(lineStart(), "object Extra: TLabel\n"));
-      }
+    case kUnbalanced: {
+      const auto how = r() % 4;
+      if (const Span* e = how == 0 ? PickFrom(r, m.endLines) : nullptr) return void(t.erase(e->at, e->size));
+      if (const auto* o = how == 1 ? PickFrom(r, m.objects) : nullptr; o && o->line.at > 0)
+        return void(t.erase(o->line.at, o->line.size));
+      if (how >= 2) return void(t.insert(lineStart(), how == 2 ? "end\n" : "object Extra: TLabel\n"));
       break;
+    }
     case kNesting: {
       const auto depth = static_cast<size_t>(Depth(r));
       const size_t closed = r() % 4 ? depth : Below(r, depth);

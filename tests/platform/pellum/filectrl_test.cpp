@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/vcl/graphics/measuring_dc.h"
@@ -166,17 +167,14 @@ TEST(Filectrl, TextsInTheScreensLanguage) {
     Forms::TCustomForm* d = Dialog();
     if (!d) return false;
     seen.push_back({"caption", 2001, text(d->GetHandle())});
-    const struct {
-      const char* name;
-      int id;
-    } parts[] = {
+    const std::pair<const char*, int> parts[] = {
         {"NameLabel", 2002}, {"FoldersLabel", 2003}, {"DrivesLabel", 2004}, {"OkButton", 2005}, {"CancelButton", 2006}};
-    for (const auto& p : parts) {
-      auto* c = Part<Controls::TControl>(p.name);
+    for (const auto& [name, id] : parts) {
+      auto* c = Part<Controls::TControl>(name);
       const std::string bytes = c ? c->GetText().c_str() : "(none)";
       wchar_t wide[256];
       const int n = MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()), wide, 256);
-      seen.push_back({p.name, p.id, std::wstring(wide, n)});
+      seen.push_back({name, id, std::wstring(wide, n)});
     }
     clipped = text_fit::Clipped(d);
     if (auto* ok = Part<Controls::TWinControl>("OkButton");
