@@ -68,13 +68,26 @@ inline std::string Bytes(Classes::TMemoryStream& s) {
   return std::string(static_cast<char*>(s.GetMemory()), static_cast<size_t>(s.GetSize()));
 }
 
+// Puts bytes into an empty stream and goes back to their start.
+inline void Load(Classes::TMemoryStream& s, const std::string& bytes) {
+  s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
+  s.SetPosition(0);
+}
+
 // What convert (text to binary or back) makes of input.
 inline std::string Convert(void (*convert)(Classes::TStream*, Classes::TStream*), const std::string& input) {
   Classes::TMemoryStream in, out;
-  in.WriteBuffer(input.data(), static_cast<long>(input.size()));
-  in.SetPosition(0);
+  Load(in, input);
   convert(&in, &out);
   return Bytes(out);
+}
+
+// Writes from to a stream and reads it back into into.
+inline void ReadBack(Classes::TComponent* from, Classes::TComponent* into) {
+  Classes::TMemoryStream s;
+  s.WriteComponent(from);
+  s.SetPosition(0);
+  s.ReadComponent(into);
 }
 
 // The message of the E that call raises; "" when it raises none.

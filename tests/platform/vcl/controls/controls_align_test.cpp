@@ -175,14 +175,9 @@ TEST(TWinControl, AnchorsKeepDistancesAndConstraintsBoundSizes) {
       "object F: TForm\n BorderStyle = bsNone\n ClientWidth = 500\n ClientHeight = 300\n"
       " object Ok: TPanel\n  Left = 410\n  Top = 260\n  Width = 80\n  Height = 30\n"
       "  Anchors = [akRight, akBottom]\n  Constraints.MinHeight = 25\n end\nend\n";
-  std::unique_ptr<Classes::TComponent> read([&] {
-    Classes::TMemoryStream in, out;
-    in.WriteBuffer(text.data(), static_cast<long>(text.size()));
-    in.SetPosition(0);
-    Classes::ObjectTextToBinary(&in, &out);
-    out.SetPosition(0);
-    return out.ReadComponent(nullptr);
-  }());
+  Classes::TMemoryStream binary;
+  Load(binary, Convert(&Classes::ObjectTextToBinary, text));
+  std::unique_ptr<Classes::TComponent> read(binary.ReadComponent(nullptr));
   auto* design = dynamic_cast<Forms::TForm*>(read.get());
   ASSERT_NE(nullptr, design);
   auto* ok = dynamic_cast<TPanel*>(design->GetControl(0));

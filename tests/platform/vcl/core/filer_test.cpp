@@ -86,7 +86,7 @@ std::string Values(TPersistent* p, TComponent* root, const std::string& prefix =
         std::snprintf(exact, sizeof exact, "%.17g", GetFloatProp(p, prop));
         out += name + "=" + exact + " ";
         break;
-      } break;
+      }
       case tkLString:
         out += name + "='" + Str(GetStrProp(p, prop)) + "' ";
         break;
@@ -268,11 +268,8 @@ TEST(TStream, EveryStandardClassRoundTripsItsPublishedValues) {
     sample->SetName("Sample");
     Mutate(sample);
     sample->SetName("");
-    stream.Clear();
-    stream.WriteComponent(sample);
     TComponent* copy = CreateComponent(cls, &owner);
-    stream.SetPosition(0);
-    stream.ReadComponent(copy);
+    ReadBack(sample, copy);
     EXPECT_EQ(Values(sample, sample), Values(copy, copy)) << name;
     EXPECT_TRUE(copy->GetName().IsEmpty()) << name;
   }
@@ -286,10 +283,7 @@ std::string FromText(const std::string& body) {
 // The stream of a form F holding nameless components of class cls nested
 // levels deep, the form the first level.
 std::string NestedComponents(int levels, const std::string& cls) {
-  std::string b = std::string(
-                      "TPF0\x0DTStreamedForm\x01"
-                      "F") +
-                  '\0';
+  std::string b("TPF0\x0DTStreamedForm\1F", 21);  // the NUL ends F's properties
   for (int i = 1; i < levels; ++i) b += static_cast<char>(cls.size()) + cls + std::string(2, '\0');
   return b + std::string(static_cast<size_t>(levels), '\0');
 }
@@ -343,12 +337,11 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
     const int windows = ThreadWindows();
     {
       TMemoryStream s;
-      s.WriteBuffer(c.bytes.data(), static_cast<long>(c.bytes.size()));
+      Load(s, c.bytes);
       TStreamedForm target(nullptr);
       const int forms = Forms::Screen->GetFormCount();
       std::string message;
       try {
-        s.SetPosition(0);
         s.ReadComponent(&target);
       } catch (const EReadError& e) {
         message = Str(e.Message);
@@ -380,8 +373,7 @@ TEST(TReader, MalformedStreamsNameWhatFailedAndLeaveNothingBehind) {
   const int forms = Forms::Screen->GetFormCount(), windows = ThreadWindows();
   for (size_t n = 0; n < smallBytes.size(); ++n) {
     TMemoryStream s;
-    s.WriteBuffer(smallBytes.data(), static_cast<long>(n));
-    s.SetPosition(0);
+    Load(s, smallBytes.substr(0, n));
     EXPECT_THROW(s.ReadComponent(nullptr), EReadError) << "cut at " << n;
     TStreamedForm into(nullptr);
     s.SetPosition(0);
@@ -408,8 +400,7 @@ std::string NestingOutcome(int levels) {
   const std::string listStream = std::string("TPF0\1F\0\1P", 9) + listBytes + std::string(2, '\0');
   const auto read = [](const std::string& bytes, TComponent* root, TComponent* owner) {
     TMemoryStream s;
-    s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
-    s.SetPosition(0);
+    Load(s, bytes);
     TReader reader(&s);
     return reader.ReadRootComponent(root, owner);
   };
@@ -442,8 +433,7 @@ std::string NestingOutcome(int levels) {
       {"lists skipped",
        [&] {
          TMemoryStream s;
-         s.WriteBuffer(listBytes.data(), static_cast<long>(listBytes.size()));
-         s.SetPosition(0);
+         Load(s, listBytes);
          TReader(&s).SkipValue();
        }},
   };
@@ -590,11 +580,8 @@ TEST(TStream, TextsOfAnyScriptReadTheSameInEveryCodePage) {
   std::string bytes;
   for (int c = 0x20; c <= 0xFF; ++c) bytes += static_cast<char>(c);
   Named<Stdctrls::TLabel>(&made, &made, "Bytes")->SetText(bytes);
-  written.Clear();
-  written.WriteComponent(&made);
   TStreamedForm again(nullptr);
-  written.SetPosition(0);
-  written.ReadComponent(&again);
+  ReadBack(&made, &again);
   auto* back = dynamic_cast<Stdctrls::TLabel*>(again.FindComponent("Bytes"));
   ASSERT_NE(nullptr, back);
   EXPECT_EQ(bytes, Str(back->GetText()));
@@ -626,8 +613,7 @@ TEST(TReader, StringsOfEveryTypeAndDamagedOnesReadIntoTheCodePage) {
     std::string bytes = stream;
     bytes.replace(bytes.find("\x06\x02XX"), 4, value);
     TMemoryStream s;
-    s.WriteBuffer(bytes.data(), static_cast<long>(bytes.size()));
-    s.SetPosition(0);
+    Load(s, bytes);
     s.ReadComponent(&form);
   };
   for (const auto& c : cases) {

@@ -94,8 +94,8 @@ TEST(VclPackage, NonPackagesAndMissingFilesRaise) {
 
 constexpr int kShared = 100;   // in the package (English) and the satellite (French)
 constexpr int kPackage = 101;  // only in the package
-constexpr int kUnwritable =
-    200;  // in the satellite (a string block of its own): French with a Cyrillic letter, English
+// In the satellite (a string block of its own): French with a Cyrillic letter, English.
+constexpr int kUnwritable = 200;
 
 TEST(VclResources, LoadStrSearchesRegisteredModulesNewestFirst) {
   HMODULE pkg = LoadLibraryA("vclfix_pkg.dll");

@@ -52,11 +52,8 @@ TEST(TCustomLabel, FitsItsTextAndIsPaintedWhereItLies) {
   EXPECT_EQ(200, fixed->GetWidth()) << "not fitted when AutoSize is off";
 
   // Read back, the caption comes before AutoSize = False: still not fitted.
-  Classes::TMemoryStream stream;
-  stream.WriteComponent(fixed);
-  stream.SetPosition(0);
   TLabel copy(nullptr);
-  stream.ReadComponent(&copy);
+  ReadBack(fixed, &copy);
   EXPECT_EQ((MyRect{20, 50, 220, 70}), copy.GetBoundsRect()) << "a fixed label read back keeps its size";
 
   form.Show();
